@@ -1,0 +1,38 @@
+# A folder of the house is a target, and a folder's headers can be included only by targets that
+# link it: each target gets an include directory of its own, holding a link to its folder.
+
+# vx_expose(<target> <folder> <scope> [header...]): headers of <folder> become "<folder>/x.h" for
+# whoever links <target>; all of them, or only those that are named.
+function(vx_expose target folder scope)
+  set(root ${CMAKE_BINARY_DIR}/include/${target})
+  if(ARGN)
+    file(MAKE_DIRECTORY ${root}/${folder})
+    foreach(header IN LISTS ARGN)
+      file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${folder}/${header} ${root}/${folder}/${header} SYMBOLIC)
+    endforeach()
+  else()
+    file(MAKE_DIRECTORY ${root})
+    get_filename_component(parent ${root}/${folder} DIRECTORY)
+    file(MAKE_DIRECTORY ${parent})
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${folder} ${root}/${folder} SYMBOLIC)
+  endif()
+  target_include_directories(${target} ${scope} ${root})
+endfunction()
+
+# vx_agent_options(<target>): the agent is C with namespaces and types: C++17, no exceptions, no
+# run-time types, nothing that would need the C++ run-time library on the switch.
+function(vx_agent_options target)
+  set_target_properties(${target} PROPERTIES CXX_STANDARD 17 POSITION_INDEPENDENT_CODE ON)
+  target_compile_options(${target} PRIVATE
+    -fno-exceptions -fno-rtti -fno-threadsafe-statics -fvisibility=default -Wconversion
+    -Wno-sign-conversion)
+endfunction()
+
+# vx_agent_layer(<target> <folder> [linked layers...]): every source of <folder> is in it.
+function(vx_agent_layer target folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+  add_library(${target} STATIC ${sources})
+  vx_expose(${target} ${folder} PUBLIC)
+  vx_agent_options(${target})
+  target_link_libraries(${target} PUBLIC ${ARGN})
+endfunction()

@@ -1,0 +1,12 @@
+// The debug console: what the agent is doing, for an engineer at the switch's serial port.
+#pragma once
+
+#include <stdint.h>
+
+extern "C" {
+extern uint32_t debug_flag;  // 0 silences the console; re-read from the store at each loop turn
+}
+
+// Writes a text to "/dev/console" when debug_flag is set, and formats nothing when it is clear.
+// Never fails: a text that cannot be formatted or written is lost.
+void debug_print(const char* format, ...) __attribute__((format(printf, 1, 2)));

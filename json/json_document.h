@@ -1,0 +1,76 @@
+// JSON documents as the agent reads and writes them: a function layer over cJSON, with the exact
+// unsigned 32-bit and 64-bit numbers that a switch's counters need.
+//
+// A node belongs to whoever created or parsed its root; a node that is added to an object or array
+// is handed over to it. Texts that are added are copied. A null document, a missing member and a
+// node of another type give the stated default, never a crash. Where memory is short a builder
+// returns null and an add leaves the document as it was.
+#pragma once
+
+#include <cjson/cJSON.h>
+#include <stdint.h>
+
+// What kind of value a node holds. Numbers that were parsed are always JSON_NUMBER.
+enum JsonType {
+    JSON_FALSE = 0,
+    JSON_TRUE = 1,
+    JSON_NULL = 2,
+    JSON_NUMBER = 3,  // a double, with its integer truncation beside it
+    JSON_STRING = 4,
+    JSON_ARRAY = 5,
+    JSON_OBJECT = 6,
+    JSON_UINT32 = 7,
+    JSON_UINT64 = 8,
+};
+
+extern "C" {
+
+// --- Reading. Member names match without regard to letter case.
+
+cJSON* parseJsonString(const char* text);  // null if the text is not JSON; the caller deletes it
+cJSON* getJsonObjectForKey(const cJSON* object, const char* name);
+int getJsonArraySize(const cJSON* array);
+cJSON* getJsonArrayItem(const cJSON* array, int index);
+cJSON* getJsonChild(const cJSON* node);
+cJSON* getJsonNext(const cJSON* node);
+
+// Null for a member or node that is missing or not a string.
+const char* getJsonStringValueForKey(const cJSON* object, const char* name);
+const char* getJsonStringValue(const cJSON* node);
+
+// `*found` is set to 1, or to 0 (and the result is 0) when the member is missing.
+int getJsonIntValueForKey(const cJSON* object, const char* name, int* found);
+int getJsonIntValue(const cJSON* node);
+
+// The member's JsonType: 1 for true, 0 for false, and a type number, hence "true" to a caller that
+// tests for non-zero, for any other member. `*found` as above.
+int getJsonBoolValueForKey(const cJSON* object, const char* name, int* found);
+int getJsonBoolValue(const cJSON* node);
+
+double getJsonDoubleValueForKey(const cJSON* object, const char* name);
+double getJsonDoubleValue(const cJSON* node);
+
+// --- Building.
+
+cJSON* createJsonObject();
+cJSON* createJsonArray();
+cJSON* createJsonIntArray(const int32_t* values, int count);
+cJSON* createJsonDoubleArray(const double* values, int count);
+cJSON* createJsonStringArray(const char* const* texts, int count);
+cJSON* cJSON_CreateLongUintNumber(uint32_t value);
+cJSON* cJSON_CreateLongLongUintNumber(uint64_t value);
+
+// The node is handed over; where memory is short it is deleted instead. Adding null does nothing.
+void addJsonObject(cJSON* object, const char* name, cJSON* node);
+void addJsonArrayItem(cJSON* array, cJSON* node);
+
+void addJsonObjectStringItem(cJSON* object, const char* name, const char* text);
+void addJsonObjectIntItem(cJSON* object, const char* name, int32_t value);
+void addJsonObjectLongUintItem(cJSON* object, const char* name, uint32_t value);
+void addJsonObjectLongLongUintItem(cJSON* object, const char* name, uint64_t value);
+void addJsonObjectBoolItem(cJSON* object, const char* name, int value);
+void addJsonObjectDoubleItem(cJSON* object, const char* name, double value);
+void copyJsonStringItem(const cJSON* source, cJSON* destination, const char* name);
+
+void deleteJsonObject(cJSON* root);
+}
