@@ -28,10 +28,12 @@ function(vx_agent_options target)
     -Wno-sign-conversion)
 endfunction()
 
-# vx_agent_layer(<target> <folder> [linked layers...]): every source of <folder> is in it.
+# vx_agent_layer(<target> <folder> [linked layers...]): every source of <folder> is in it. The folder's
+# own list counts as one, so that a layer is a target before its first source is written.
 function(vx_agent_layer target folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
-  add_library(${target} STATIC ${sources})
+  add_library(${target} STATIC CMakeLists.txt ${sources})
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
   vx_expose(${target} ${folder} PUBLIC)
   vx_agent_options(${target})
   target_link_libraries(${target} PUBLIC ${ARGN})
