@@ -1,3 +1,20 @@
-# The agent's layers in link order, highest first. Static libraries name each other in both
-# directions through the ground floor, so they are linked as one group.
+# The agent as a whole: its layers call each other through the ground floor and the firmware calls
+# the driver functions by name, so an executable takes the layers as one group and the driver entire.
 set(VX_AGENT_LAYERS vx_core vx_transport vx_sections vx_driver vx_json vx_ground)
+
+# vx_agent_executable(<target> <platform>): core/main on the given platform library.
+function(vx_agent_executable target platform)
+  add_executable(${target} ${CMAKE_SOURCE_DIR}/core/main.cpp)
+  set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
+  vx_agent_options(${target})
+  target_link_libraries(${target} PRIVATE
+    "$<LINK_LIBRARY:WHOLE_ARCHIVE,vx_driver>"
+    -Wl,--start-group vx_core vx_transport vx_sections vx_json vx_ground ${platform}
+    -Wl,--end-group)
+endfunction()
+
+# What ships: no C++ run-time library, which the switch does not have.
+if(PLATFORM_LIBRARY)
+  vx_agent_executable(vx_cloud ${PLATFORM_LIBRARY})
+  target_link_options(vx_cloud PRIVATE -Wl,--as-needed)
+endif()

@@ -4,7 +4,7 @@
 #include <stdint.h>
 
 extern "C" {
-extern uint32_t debug_flag;  // 0 silences the console; re-read from the store at each loop turn
+extern uint32_t debug_flag; // 0 silences the console; re-read from the store at each loop turn
 }
 
 // Writes a text to "/dev/console" when debug_flag is set, and formats nothing when it is clear.

@@ -19,4 +19,6 @@ void clear_errors() {
     memset(error_flags, 0, sizeof error_flags);
 }
 
-int log_failure(const char* text) { return sys_log(SYS_LOG_FACILITY_CLOUD, SYS_LOG_LEVEL_CLOUD, text); }
+int log_failure(const char* text) {
+    return sys_log(SYS_LOG_FACILITY_CLOUD, SYS_LOG_LEVEL_CLOUD, text);
+}

@@ -6,18 +6,18 @@
 
 // The agent's own codes; every other code is the platform library's, passed on unchanged.
 enum {
-    ERROR_REFUSED = -1,        // a change that would do harm
-    ERROR_BAD_VALUE = 19,      // a value missing or out of range in a settings document
-    ERROR_OUT_OF_RANGE = 28,   // a cloud setting out of range
-    ERROR_BAD_PRIORITY = 351,  // a spanning-tree bridge priority
-    ERROR_NO_SECTION = 498,    // the section's own object is missing
+    ERROR_REFUSED = -1,       // a change that would do harm
+    ERROR_BAD_VALUE = 19,     // a value missing or out of range in a settings document
+    ERROR_OUT_OF_RANGE = 28,  // a cloud setting out of range
+    ERROR_BAD_PRIORITY = 351, // a spanning-tree bridge priority
+    ERROR_NO_SECTION = 498,   // the section's own object is missing
 };
 
 enum { ERROR_LIST_SIZE = 1024 };
 
 extern "C" {
 extern uint32_t error_flags[ERROR_LIST_SIZE];
-extern uint32_t error_count;  // codes in error_flags, never above ERROR_LIST_SIZE
+extern uint32_t error_count; // codes in error_flags, never above ERROR_LIST_SIZE
 }
 
 // Appends `code` and returns it, so that a handler fails in one expression. A full list drops the

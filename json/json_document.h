@@ -15,7 +15,7 @@ enum JsonType {
     JSON_FALSE = 0,
     JSON_TRUE = 1,
     JSON_NULL = 2,
-    JSON_NUMBER = 3,  // a double, with its integer truncation beside it
+    JSON_NUMBER = 3, // a double, with its integer truncation beside it
     JSON_STRING = 4,
     JSON_ARRAY = 5,
     JSON_OBJECT = 6,
@@ -27,7 +27,7 @@ extern "C" {
 
 // --- Reading. Member names match without regard to letter case.
 
-cJSON* parseJsonString(const char* text);  // null if the text is not JSON; the caller deletes it
+cJSON* parseJsonString(const char* text); // null if the text is not JSON; the caller deletes it
 cJSON* getJsonObjectForKey(const cJSON* object, const char* name);
 int getJsonArraySize(const cJSON* array);
 cJSON* getJsonArrayItem(const cJSON* array, int index);

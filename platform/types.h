@@ -6,8 +6,8 @@
 enum {
     SYS_ERR_OK = 0,
     MAC_ADDRESS_SIZE = 6,
-    PORT_BITMAP_WORDS = 3,   // room for 96 logical ports
-    VLAN_MASK_WORDS = 128,   // room for VLAN ids 0 to 4095
+    PORT_BITMAP_WORDS = 3, // room for 96 logical ports
+    VLAN_MASK_WORDS = 128, // room for VLAN ids 0 to 4095
 };
 
 // A set of logical ports: port p (zero-based) is bit p % 32 of words[p / 32].

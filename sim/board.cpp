@@ -1,0 +1,104 @@
+// The board; see board.h.
+#include "sim/board.h"
+
+#include <cjson/cJSON.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "sim/allocation.h"
+#include "sim/scenario.h"
+
+namespace sim {
+
+namespace {
+
+Board* current = nullptr;
+
+constexpr int default_ports = 28;
+
+int port_count(const std::filesystem::path& scenario) {
+    return scenario.empty() ? default_ports
+                            : peek_number(scenario, "hardware", "logical_ports", default_ports);
+}
+
+} // namespace
+
+Board& board() {
+    if (!current) {
+        std::fputs("no board is under this process\n", stderr);
+        std::abort();
+    }
+    return *current;
+}
+
+bool has_board() { return current != nullptr; }
+
+Board::Board(std::filesystem::path root, const std::filesystem::path& scenario)
+    : device(port_count(scenario)), root_(std::filesystem::absolute(root)) {
+    for (const char* folder : {"/dev", "/etc/ssl/certs", "/run", "/tmp", "/var/run"})
+        std::filesystem::create_directories(path(folder));
+    load(scenario);
+    current = this;
+    use_faultable_allocator();
+}
+
+Board::~Board() { current = nullptr; }
+
+void Board::load(const std::filesystem::path& scenario) {
+    if (!scenario.empty())
+        read_fields(scenario, [&](Fields& f) {
+            f.object("hardware", [&](Fields& inner) { device.hardware(inner); });
+            f.object("config", [&](Fields& inner) { device.config(inner); });
+            f.object("cloud", device.cloud);
+        });
+    if (std::filesystem::exists(cloud_settings()))
+        read_fields(cloud_settings(), [&](Fields& f) { device.cloud.fields(f); });
+    bool warm = std::filesystem::exists(running_config());
+    auto config = warm ? running_config() : startup_config();
+    if (std::filesystem::exists(config))
+        read_fields(config, [&](Fields& f) {
+            f.object("config", [&](Fields& inner) { device.config(inner); });
+            if (warm)
+                f.object("running", [&](Fields& inner) { device.running(inner, clock); });
+        });
+    std::filesystem::remove(running_config());
+}
+
+std::string Board::console() const {
+    std::ifstream in(path("/dev/console"), std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void Board::save_startup_config() {
+    std::lock_guard guard(lock);
+    write_atomically(startup_config(), write_fields([&](Fields& f) {
+                         f.object("config", [&](Fields& inner) { device.config(inner); });
+                     }));
+}
+
+void Board::save_cloud() {
+    std::lock_guard guard(lock);
+    write_atomically(cloud_settings(), write_fields([&](Fields& f) { device.cloud.fields(f); }));
+}
+
+void Board::reboot() {
+    ++reboots;
+    if (start_agent_again)
+        start_agent_again();
+}
+
+void Board::restart_agent() {
+    ++agent_restarts;
+    if (!start_agent_again)
+        return;
+    write_atomically(running_config(), write_fields([&](Fields& f) {
+                         f.object("config", [&](Fields& inner) { device.config(inner); });
+                         f.object("running", [&](Fields& inner) { device.running(inner, clock); });
+                     }));
+    start_agent_again();
+}
+
+} // namespace sim

@@ -1,0 +1,31 @@
+// The simulated switch: one member a family of the platform library. `config` is what a save writes
+// to the startup configuration, `hardware` what only a scenario sets: what is plugged in, and
+// where.
+#pragma once
+
+#include "sim/chip.h"
+#include "sim/clock.h"
+#include "sim/cloud_store.h"
+#include "sim/fields.h"
+#include "sim/system.h"
+
+namespace sim {
+
+struct Switch {
+    explicit Switch(int logical_ports = 28) : chip(logical_ports) {}
+
+    int logical_ports() const { return chip.ports(); }
+    bool has_port(int port) const { return port >= 0 && port < logical_ports(); }
+
+    Chip chip;
+    bool driver_loaded = true; // "/dev/ski" exists
+    CloudStore cloud;
+    System system;
+
+    void hardware(Fields& f);
+    void config(Fields& f);
+    // What a restart of the agent alone does not change.
+    void running(Fields& f, Clock& clock);
+};
+
+} // namespace sim
