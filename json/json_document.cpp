@@ -1,0 +1,212 @@
+// The function layer over cJSON; see json_document.h.
+#include "json/json_document.h"
+
+#include <stddef.h>
+#include <string.h>
+
+#include "json/json_node.h"
+
+static_assert(sizeof(double) == sizeof(uint64_t) && sizeof(int) == sizeof(uint32_t));
+
+uint32_t node_uint32(const cJSON* node) {
+    uint32_t value;
+    memcpy(&value, &node->valueint, sizeof value);
+    return value;
+}
+
+uint64_t node_uint64(const cJSON* node) {
+    uint64_t value;
+    memcpy(&value, &node->valuedouble, sizeof value);
+    return value;
+}
+
+// --- Reading.
+
+cJSON* parseJsonString(const char* text) { return cJSON_Parse(text); }
+
+cJSON* getJsonObjectForKey(const cJSON* object, const char* name) {
+    return cJSON_GetObjectItem(object, name);
+}
+
+int getJsonArraySize(const cJSON* array) { return cJSON_GetArraySize(array); }
+
+cJSON* getJsonArrayItem(const cJSON* array, int index) { return cJSON_GetArrayItem(array, index); }
+
+cJSON* getJsonChild(const cJSON* node) { return node ? node->child : nullptr; }
+
+cJSON* getJsonNext(const cJSON* node) { return node ? node->next : nullptr; }
+
+const char* getJsonStringValue(const cJSON* node) { return cJSON_GetStringValue(node); }
+
+const char* getJsonStringValueForKey(const cJSON* object, const char* name) {
+    return getJsonStringValue(getJsonObjectForKey(object, name));
+}
+
+int getJsonIntValue(const cJSON* node) { return node ? node->valueint : 0; }
+
+int getJsonIntValueForKey(const cJSON* object, const char* name, int* found) {
+    const cJSON* member = getJsonObjectForKey(object, name);
+    *found = member != nullptr;
+    return getJsonIntValue(member);
+}
+
+int getJsonBoolValue(const cJSON* node) {
+    if (!node)
+        return JSON_FALSE;
+    if (node->type & NODE_UINT32)
+        return JSON_UINT32;
+    if (node->type & NODE_UINT64)
+        return JSON_UINT64;
+    static const int kinds[] = {cJSON_False,  cJSON_True,  cJSON_NULL,  cJSON_Number,
+                                cJSON_String, cJSON_Array, cJSON_Object};
+    for (int type = JSON_FALSE; type <= JSON_OBJECT; type++) {
+        if ((node->type & NODE_KIND) == kinds[type])
+            return type;
+    }
+    return JSON_FALSE;
+}
+
+int getJsonBoolValueForKey(const cJSON* object, const char* name, int* found) {
+    const cJSON* member = getJsonObjectForKey(object, name);
+    *found = member != nullptr;
+    return getJsonBoolValue(member);
+}
+
+// The double of a 64-bit counter is only the place where its bits are kept.
+double getJsonDoubleValue(const cJSON* node) {
+    return node && !(node->type & NODE_UINT64) ? node->valuedouble : 0;
+}
+
+double getJsonDoubleValueForKey(const cJSON* object, const char* name) {
+    return getJsonDoubleValue(getJsonObjectForKey(object, name));
+}
+
+// --- Building.
+
+// A node, its member name and its text in one allocation: a report has thousands of members, and
+// allocating is most of what building one costs. The two flags tell cJSON_Delete that the texts are
+// not allocations of their own; they also make cJSON_Duplicate share the name with the original,
+// which is why the layer has no copy of a tree.
+static cJSON* new_node(int type, const char* name, const char* text) {
+    size_t name_size = name ? strlen(name) + 1 : 0;
+    size_t text_size = text ? strlen(text) + 1 : 0;
+    cJSON* node = static_cast<cJSON*>(cJSON_malloc(sizeof(cJSON) + name_size + text_size));
+    if (!node)
+        return nullptr;
+    *node = cJSON{};
+    node->type = type;
+    char* texts = reinterpret_cast<char*>(node + 1);
+    if (name) {
+        node->type |= cJSON_StringIsConst;
+        node->string = static_cast<char*>(memcpy(texts, name, name_size));
+    }
+    if (text) {
+        node->type |= cJSON_IsReference;
+        node->valuestring = static_cast<char*>(memcpy(texts + name_size, text, text_size));
+    }
+    return node;
+}
+
+// A double outside the range of an int is cut to the nearer end, as the parser does.
+static int truncated(double value) {
+    if (value >= INT32_MAX)
+        return INT32_MAX;
+    if (value <= INT32_MIN)
+        return INT32_MIN;
+    return value == value ? static_cast<int>(value) : 0;
+}
+
+static cJSON* new_number(const char* name, double value) {
+    cJSON* node = new_node(cJSON_Number, name, nullptr);
+    if (node) {
+        node->valuedouble = value;
+        node->valueint = truncated(value);
+    }
+    return node;
+}
+
+static cJSON* new_uint32(const char* name, uint32_t value) {
+    cJSON* node = new_node(cJSON_Number | NODE_UINT32, name, nullptr);
+    if (node)
+        memcpy(&node->valueint, &value, sizeof value);
+    return node;
+}
+
+static cJSON* new_uint64(const char* name, uint64_t value) {
+    cJSON* node = new_node(cJSON_Number | NODE_UINT64, name, nullptr);
+    if (node)
+        memcpy(&node->valuedouble, &value, sizeof value);
+    return node;
+}
+
+// For a node that already carries its name; to cJSON, appending to an object is the same as
+// appending to an array.
+static void append(cJSON* parent, cJSON* node) {
+    if (node && node != parent && !cJSON_AddItemToArray(parent, node))
+        cJSON_Delete(node);
+}
+
+static void append_member(cJSON* object, cJSON* node) {
+    if (node && node->string)
+        append(object, node);
+    else
+        cJSON_Delete(node);
+}
+
+cJSON* createJsonObject() { return cJSON_CreateObject(); }
+
+cJSON* createJsonArray() { return cJSON_CreateArray(); }
+
+cJSON* createJsonIntArray(const int32_t* values, int count) {
+    return cJSON_CreateIntArray(values, count);
+}
+
+cJSON* createJsonDoubleArray(const double* values, int count) {
+    return cJSON_CreateDoubleArray(values, count);
+}
+
+cJSON* createJsonStringArray(const char* const* texts, int count) {
+    return cJSON_CreateStringArray(texts, count);
+}
+
+cJSON* cJSON_CreateLongUintNumber(uint32_t value) { return new_uint32(nullptr, value); }
+
+cJSON* cJSON_CreateLongLongUintNumber(uint64_t value) { return new_uint64(nullptr, value); }
+
+void addJsonObject(cJSON* object, const char* name, cJSON* node) {
+    if (node && node != object && !cJSON_AddItemToObject(object, name, node))
+        cJSON_Delete(node);
+}
+
+void addJsonArrayItem(cJSON* array, cJSON* node) { append(array, node); }
+
+void addJsonObjectStringItem(cJSON* object, const char* name, const char* text) {
+    if (text)
+        append_member(object, new_node(cJSON_String, name, text));
+}
+
+void addJsonObjectIntItem(cJSON* object, const char* name, int32_t value) {
+    append_member(object, new_number(name, value));
+}
+
+void addJsonObjectLongUintItem(cJSON* object, const char* name, uint32_t value) {
+    append_member(object, new_uint32(name, value));
+}
+
+void addJsonObjectLongLongUintItem(cJSON* object, const char* name, uint64_t value) {
+    append_member(object, new_uint64(name, value));
+}
+
+void addJsonObjectBoolItem(cJSON* object, const char* name, int value) {
+    append_member(object, new_node(value ? cJSON_True : cJSON_False, name, nullptr));
+}
+
+void addJsonObjectDoubleItem(cJSON* object, const char* name, double value) {
+    append_member(object, new_number(name, value));
+}
+
+void copyJsonStringItem(const cJSON* source, cJSON* destination, const char* name) {
+    addJsonObjectStringItem(destination, name, getJsonStringValueForKey(source, name));
+}
+
+void deleteJsonObject(cJSON* root) { cJSON_Delete(root); }

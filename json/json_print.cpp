@@ -1,0 +1,291 @@
+// The printer; see json_print.h. One pass over the tree into one growing buffer.
+#include "json/json_print.h"
+
+#include <charconv>
+#include <float.h>
+#include <math.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "json/json_node.h"
+
+static constexpr size_t first_text_size = 1024;
+static constexpr size_t first_depth = 16;
+static constexpr size_t number_size = 80; // a sign and 60 digits are the longest number
+
+// Every writer below returns false when memory is short; the print is then given up.
+struct Printer {
+    char* text;
+    size_t length;
+    size_t capacity;
+    const cJSON** open; // the objects and arrays around the present place, outermost first
+    size_t depth;
+    size_t open_capacity;
+};
+
+// --- The buffer.
+
+static bool grow(Printer* out, size_t extra) {
+    if (extra > SIZE_MAX / 2 - out->length)
+        return false;
+    size_t capacity = out->capacity ? out->capacity : first_text_size;
+    while (capacity < out->length + extra)
+        capacity *= 2;
+    char* text = static_cast<char*>(realloc(out->text, capacity));
+    if (!text)
+        return false;
+    out->text = text;
+    out->capacity = capacity;
+    return true;
+}
+
+static inline bool reserve(Printer* out, size_t extra) {
+    return out->capacity - out->length >= extra || grow(out, extra);
+}
+
+static inline void put(Printer* out, char letter) { out->text[out->length++] = letter; }
+
+static bool append(Printer* out, const char* text, size_t length) {
+    if (!reserve(out, length))
+        return false;
+    memcpy(out->text + out->length, text, length);
+    out->length += length;
+    return true;
+}
+
+// --- Strings.
+
+static inline bool needs_escape(unsigned char letter) {
+    return letter < 0x20 || letter == '"' || letter == '\\';
+}
+
+// Whether one of eight letters needs an escape, by the classic test for a zero byte in a word.
+static inline bool eight_need_escape(const char* letters) {
+    constexpr uint64_t ones = 0x0101010101010101, tops = 0x8080808080808080;
+    uint64_t word;
+    memcpy(&word, letters, sizeof word);
+    uint64_t quote = word ^ ones * '"', backslash = word ^ ones * '\\';
+    return ((((word - ones * 0x20) & ~word) | ((quote - ones) & ~quote) |
+             ((backslash - ones) & ~backslash)) &
+            tops) != 0;
+}
+
+static const char* end_of_plain_letters(const char* text, const char* end) {
+    while (end - text >= 8 && !eight_need_escape(text))
+        text += 8;
+    while (text < end && !needs_escape(static_cast<unsigned char>(*text)))
+        text++;
+    return text;
+}
+
+static bool print_escape(Printer* out, unsigned char letter) {
+    static const char letters[] = "\"\\\b\f\n\r\t";
+    static const char escapes[] = "\"\\bfnrt";
+    static const char digits[] = "0123456789abcdef";
+    if (const char* found = strchr(letters, letter)) {
+        const char escape[] = {'\\', escapes[found - letters]};
+        return append(out, escape, sizeof escape);
+    }
+    const char escape[] = {'\\', 'u', '0', '0', digits[letter >> 4], digits[letter & 15]};
+    return append(out, escape, sizeof escape);
+}
+
+// `text` may be null, as the name of a member that was never given one.
+static bool print_string(Printer* out, const char* text) {
+    size_t length = text ? strlen(text) : 0;
+    const char* end = text + length;
+    if (!reserve(out, length + 2))
+        return false;
+    put(out, '"');
+    while (text < end) {
+        const char* stop = end_of_plain_letters(text, end);
+        if (!append(out, text, static_cast<size_t>(stop - text)))
+            return false;
+        if (stop < end && !print_escape(out, static_cast<unsigned char>(*stop++)))
+            return false;
+        text = stop;
+    }
+    return append(out, "\"", 1);
+}
+
+// --- Numbers.
+
+template <typename Integer> static void put_integer(Printer* out, Integer value) {
+    char* start = out->text + out->length;
+    out->length +=
+        static_cast<size_t>(std::to_chars(start, start + number_size, value).ptr - start);
+}
+
+// `text` as the C library formatted it, with the decimal sign of the process's locale, which may be
+// several bytes long.
+static void put_with_point(Printer* out, const char* text) {
+    bool in_sign = false;
+    for (; *text; text++) {
+        bool plain = strchr("+-e0123456789", *text) != nullptr;
+        if (plain || !in_sign)
+            put(out, plain ? *text : '.');
+        in_sign = !plain;
+    }
+}
+
+static void put_fraction(Printer* out, double value) {
+    char text[number_size];
+    if (fabs(value) < 1e-6 || fabs(value) > 1e9)
+        snprintf(text, sizeof text, "%e", value);
+    else
+        snprintf(text, sizeof text, "%.1f", value);
+    put_with_point(out, text);
+}
+
+static void put_large_whole(Printer* out, double value) {
+    char text[number_size];
+    snprintf(text, sizeof text, "%.0f", value);
+    put_with_point(out, text);
+}
+
+static void put_double(Printer* out, double value, int truncated) {
+    constexpr double whole_limit = 1e60;
+    constexpr double int64_limit = 9e18; // a little inside the range of int64_t
+    bool whole = fabs(floor(value) - value) <= DBL_EPSILON && fabs(value) < whole_limit;
+    if (fabs(truncated - value) <= DBL_EPSILON && value >= INT32_MIN && value <= INT32_MAX)
+        put_integer(out, truncated);
+    else if (whole && fabs(value) < int64_limit)
+        put_integer(out, static_cast<int64_t>(floor(value)));
+    else if (whole)
+        put_large_whole(out, value);
+    else
+        put_fraction(out, value);
+}
+
+static bool print_number(Printer* out, const cJSON* node) {
+    if (!reserve(out, number_size))
+        return false;
+    if (node->type & NODE_UINT32)
+        put_integer(out, node_uint32(node));
+    else if (node->type & NODE_UINT64)
+        put_integer(out, node_uint64(node));
+    else if (isfinite(node->valuedouble))
+        put_double(out, node->valuedouble, node->valueint);
+    else
+        return append(out, "null", 4);
+    return true;
+}
+
+// --- The tree.
+
+static bool is_object(const cJSON* node) { return (node->type & NODE_KIND) == cJSON_Object; }
+
+static bool indent(Printer* out) {
+    if (!reserve(out, out->depth))
+        return false;
+    memset(out->text + out->length, '\t', out->depth);
+    out->length += out->depth;
+    return true;
+}
+
+static bool enter(Printer* out, const cJSON* container) {
+    if (out->depth == out->open_capacity) {
+        size_t capacity = out->open_capacity ? out->open_capacity * 2 : first_depth;
+        void* open = realloc(out->open, capacity * sizeof *out->open);
+        if (!open)
+            return false;
+        out->open = static_cast<const cJSON**>(open);
+        out->open_capacity = capacity;
+    }
+    out->open[out->depth++] = container;
+    return is_object(container) ? append(out, "{\n", 2) : append(out, "[", 1);
+}
+
+static bool leave(Printer* out) {
+    const cJSON* container = out->open[--out->depth];
+    return is_object(container) ? indent(out) && append(out, "}", 1) : append(out, "]", 1);
+}
+
+static bool is_member(const Printer* out) {
+    return out->depth > 0 && is_object(out->open[out->depth - 1]);
+}
+
+// What stands before a value and after it depends on what it stands in.
+static bool print_name(Printer* out, const cJSON* node) {
+    if (!is_member(out))
+        return true;
+    return indent(out) && print_string(out, node->string) && append(out, ":\t", 2);
+}
+
+static bool print_separator(Printer* out, const cJSON* node) {
+    if (is_member(out))
+        return node->next ? append(out, ",\n", 2) : append(out, "\n", 1);
+    return !node->next || append(out, ", ", 2);
+}
+
+// A whole value, or the opening of an object or array.
+static bool print_value(Printer* out, const cJSON* node) {
+    switch (node->type & NODE_KIND) {
+    case cJSON_False:
+        return append(out, "false", 5);
+    case cJSON_True:
+        return append(out, "true", 4);
+    case cJSON_NULL:
+        return append(out, "null", 4);
+    case cJSON_Number:
+        return print_number(out, node);
+    case cJSON_String:
+        return print_string(out, node->valuestring);
+    case cJSON_Raw:
+        return node->valuestring && append(out, node->valuestring, strlen(node->valuestring));
+    case cJSON_Array:
+    case cJSON_Object:
+        return enter(out, node);
+    default:
+        return false;
+    }
+}
+
+// Ends the value `*node`, and every object and array whose last value that is. `*node` becomes the
+// value to print next, or null.
+static bool advance(Printer* out, const cJSON** node) {
+    while (out->depth > 0) {
+        if (!print_separator(out, *node))
+            return false;
+        if ((*node)->next) {
+            *node = (*node)->next;
+            return true;
+        }
+        *node = out->open[out->depth - 1];
+        if (!leave(out))
+            return false;
+    }
+    *node = nullptr;
+    return true;
+}
+
+// Without recursion: the depth of a document is its author's choice, the stack is the thread's.
+static bool print_tree(Printer* out, const cJSON* node) {
+    while (node) {
+        size_t depth = out->depth;
+        if (!print_name(out, node) || !print_value(out, node))
+            return false;
+        bool entered = out->depth > depth;
+        if (entered && node->child) {
+            node = node->child;
+            continue;
+        }
+        if ((entered && !leave(out)) || !advance(out, &node))
+            return false;
+    }
+    return true;
+}
+
+char* printJson(const cJSON* root) {
+    Printer out = {};
+    bool printed = root && print_tree(&out, root) && append(&out, "", 1);
+    free(out.open);
+    if (!printed) {
+        free(out.text);
+        return nullptr;
+    }
+    char* text = static_cast<char*>(realloc(out.text, out.length));
+    return text ? text : out.text;
+}

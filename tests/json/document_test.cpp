@@ -1,0 +1,305 @@
+// Reading and building documents.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "support.h"
+
+namespace {
+
+Document object() { return Document(createJsonObject()); }
+
+TEST(Parse, TextThatIsNotJsonIsNull) {
+    for (const char* text : {"", "{", "nope", "{\"a\":}", "[1,]", "\"open"})
+        EXPECT_EQ(parseJsonString(text), nullptr) << text;
+    EXPECT_EQ(parseJsonString(nullptr), nullptr);
+}
+
+TEST(Parse, NumbersAreNeverExactCounters) {
+    Document root = parse("[1, 4294967295, 18446744073709551615, -1, 1.5]");
+    for (cJSON* node = getJsonChild(root.get()); node; node = getJsonNext(node))
+        EXPECT_EQ(getJsonBoolValue(node), JSON_NUMBER);
+}
+
+TEST(Parse, IntegerBeyond32BitsIsCutToTheRange) {
+    Document root = parse(R"({"high": 4294967295, "low": -4294967295})");
+    int found = 0;
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "high", &found), INT32_MAX);
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "low", &found), INT32_MIN);
+}
+
+TEST(Parse, NestingBeyondAThousandIsRefused) {
+    EXPECT_NE(parse(std::string(1000, '[') + std::string(1000, ']')), nullptr);
+    EXPECT_EQ(parse(std::string(1001, '[') + std::string(1001, ']')), nullptr);
+}
+
+TEST(Read, MemberNamesMatchWithoutRegardToCase) {
+    Document root = parse(R"({"Device_Name": "x"})");
+    EXPECT_STREQ(getJsonStringValueForKey(root.get(), "device_name"), "x");
+    EXPECT_STREQ(getJsonStringValueForKey(root.get(), "DEVICE_NAME"), "x");
+}
+
+TEST(Read, FirstOfTwoMembersOfOneNameCounts) {
+    Document root = parse(R"({"a": 1, "A": 2})");
+    int found = 0;
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "A", &found), 1);
+}
+
+TEST(Read, NullDocumentGivesTheDefaults) {
+    int found = 7;
+    EXPECT_EQ(getJsonObjectForKey(nullptr, "a"), nullptr);
+    EXPECT_EQ(getJsonArraySize(nullptr), 0);
+    EXPECT_EQ(getJsonArrayItem(nullptr, 0), nullptr);
+    EXPECT_EQ(getJsonStringValueForKey(nullptr, "a"), nullptr);
+    EXPECT_EQ(getJsonIntValueForKey(nullptr, "a", &found), 0);
+    EXPECT_EQ(found, 0);
+    found = 7;
+    EXPECT_EQ(getJsonBoolValueForKey(nullptr, "a", &found), 0);
+    EXPECT_EQ(found, 0);
+    EXPECT_EQ(getJsonBoolValue(nullptr), 0);
+    EXPECT_EQ(getJsonStringValue(nullptr), nullptr);
+    EXPECT_EQ(getJsonIntValue(nullptr), 0);
+    EXPECT_EQ(getJsonDoubleValue(nullptr), 0);
+    EXPECT_EQ(getJsonDoubleValueForKey(nullptr, "a"), 0);
+    EXPECT_EQ(getJsonChild(nullptr), nullptr);
+    EXPECT_EQ(getJsonNext(nullptr), nullptr);
+}
+
+TEST(Read, MissingMemberGivesTheDefaults) {
+    Document root = parse(R"({"b": 1})");
+    int found = 7;
+    EXPECT_EQ(getJsonObjectForKey(root.get(), "a"), nullptr);
+    EXPECT_EQ(getJsonObjectForKey(root.get(), nullptr), nullptr);
+    EXPECT_EQ(getJsonStringValueForKey(root.get(), "a"), nullptr);
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "a", &found), 0);
+    EXPECT_EQ(found, 0);
+    found = 7;
+    EXPECT_EQ(getJsonBoolValueForKey(root.get(), "a", &found), 0);
+    EXPECT_EQ(found, 0);
+    EXPECT_EQ(getJsonDoubleValueForKey(root.get(), "a"), 0);
+}
+
+TEST(Read, MembersOfAnArrayAreMissing) {
+    Document root = parse(R"([1, {"a": 2}])");
+    EXPECT_EQ(getJsonObjectForKey(root.get(), "a"), nullptr);
+}
+
+TEST(Read, StringOfAMemberThatIsNoStringIsNull) {
+    Document root = parse(R"({"a": 1, "b": true, "c": null, "d": [], "e": {}})");
+    for (const char* name : {"a", "b", "c", "d", "e"})
+        EXPECT_EQ(getJsonStringValueForKey(root.get(), name), nullptr) << name;
+}
+
+TEST(Read, IntegerOfAMemberThatIsNoNumberIsZeroButFound) {
+    Document root = parse(R"({"a": "12"})");
+    int found = 0;
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "a", &found), 0);
+    EXPECT_EQ(found, 1);
+}
+
+TEST(Read, IntegerOfAFractionIsTruncated) {
+    Document root = parse(R"([2.9, -2.9])");
+    EXPECT_EQ(getJsonIntValue(getJsonArrayItem(root.get(), 0)), 2);
+    EXPECT_EQ(getJsonIntValue(getJsonArrayItem(root.get(), 1)), -2);
+    EXPECT_EQ(getJsonDoubleValue(getJsonArrayItem(root.get(), 0)), 2.9);
+}
+
+TEST(Read, BooleanOfTheNumberSevenIsThreeAndFound) {
+    Document root = parse(R"({"a": 7})");
+    int found = 0;
+    EXPECT_EQ(getJsonBoolValueForKey(root.get(), "a", &found), 3);
+    EXPECT_EQ(found, 1);
+}
+
+TEST(Read, BooleanIsTheTypeNumberOfAnyMember) {
+    Document root = parse(R"({"false": false, "true": true, "null": null, "number": 0,
+                              "string": "false", "array": [], "object": {}})");
+    addJsonObjectLongUintItem(root.get(), "u32", 0);
+    addJsonObjectLongLongUintItem(root.get(), "u64", 0);
+    int type = 0;
+    for (cJSON* node = getJsonChild(root.get()); node; node = getJsonNext(node)) {
+        int found = 0;
+        EXPECT_EQ(getJsonBoolValueForKey(root.get(), node->string, &found), type);
+        EXPECT_EQ(found, 1);
+        EXPECT_EQ(getJsonBoolValue(node), type++);
+    }
+    EXPECT_EQ(type, 9);
+}
+
+TEST(Read, ArrayItemsAreCountedFromZero) {
+    Document root = parse("[10, 11, 12]");
+    EXPECT_EQ(getJsonArraySize(root.get()), 3);
+    EXPECT_EQ(getJsonIntValue(getJsonArrayItem(root.get(), 0)), 10);
+    EXPECT_EQ(getJsonIntValue(getJsonArrayItem(root.get(), 2)), 12);
+    EXPECT_EQ(getJsonArrayItem(root.get(), 3), nullptr);
+    EXPECT_EQ(getJsonArrayItem(root.get(), -1), nullptr);
+}
+
+TEST(Counter, Unsigned32BitsAreKeptInTheIntegerValue) {
+    Document node(cJSON_CreateLongUintNumber(4294967295));
+    EXPECT_EQ(getJsonIntValue(node.get()), -1);
+    EXPECT_EQ(getJsonDoubleValue(node.get()), 0);
+    EXPECT_EQ(printed(node), "4294967295");
+}
+
+TEST(Counter, Unsigned64BitsShowInNeitherNumberOfTheNode) {
+    Document node(cJSON_CreateLongLongUintNumber(UINT64_MAX));
+    EXPECT_EQ(getJsonIntValue(node.get()), 0);
+    EXPECT_EQ(getJsonDoubleValue(node.get()), 0);
+    EXPECT_EQ(printed(node), "18446744073709551615");
+}
+
+TEST(Counter, AnyBitPatternOf64BitsSurvives) {
+    // Among them what would be a NaN, an infinity and a denormal as a double.
+    for (uint64_t value :
+         {uint64_t{0}, uint64_t{1}, uint64_t{0x7FF0000000000001}, uint64_t{0x7FF0000000000000},
+          uint64_t{0xFFF8000000000000}}) {
+        Document node(cJSON_CreateLongLongUintNumber(value));
+        EXPECT_EQ(printed(node), std::to_string(value));
+    }
+}
+
+TEST(Build, EveryKindOfMemberInTheOrderOfTheAdds) {
+    Document root = object();
+    addJsonObjectStringItem(root.get(), "string", "text");
+    addJsonObjectIntItem(root.get(), "int", -5);
+    addJsonObjectLongUintItem(root.get(), "u32", 4294967295);
+    addJsonObjectLongLongUintItem(root.get(), "u64", 18446744073709551615u);
+    addJsonObjectBoolItem(root.get(), "yes", 2);
+    addJsonObjectBoolItem(root.get(), "no", 0);
+    addJsonObjectDoubleItem(root.get(), "double", 12.345);
+    cJSON* array = createJsonArray();
+    addJsonArrayItem(array, createJsonObject());
+    addJsonObject(root.get(), "array", array);
+    EXPECT_EQ(
+        printed(root), "{\n\t\"string\":\t\"text\",\n\t\"int\":\t-5,\n\t\"u32\":\t4294967295,\n"
+                       "\t\"u64\":\t18446744073709551615,\n\t\"yes\":\ttrue,\n\t\"no\":\tfalse,\n"
+                       "\t\"double\":\t12.3,\n\t\"array\":\t[{\n\t\t}]\n}");
+}
+
+TEST(Build, AddedTextsAreCopied) {
+    Document root = object();
+    char name[] = "name", text[] = "text";
+    addJsonObjectStringItem(root.get(), name, text);
+    name[0] = text[0] = 'X';
+    EXPECT_STREQ(getJsonStringValueForKey(root.get(), "name"), "text");
+}
+
+TEST(Build, MembersCanBeReadBackLikeParsedOnes) {
+    Document root = object();
+    addJsonObjectIntItem(root.get(), "a", INT32_MIN);
+    addJsonObjectDoubleItem(root.get(), "b", 2.75);
+    addJsonObjectBoolItem(root.get(), "c", -1);
+    int found = 0;
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "A", &found), INT32_MIN);
+    EXPECT_EQ(getJsonDoubleValueForKey(root.get(), "a"), double{INT32_MIN});
+    EXPECT_EQ(getJsonDoubleValueForKey(root.get(), "b"), 2.75);
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "b", &found), 2);
+    EXPECT_EQ(getJsonBoolValueForKey(root.get(), "c", &found), 1);
+}
+
+TEST(Build, DoubleBeyondAnIntegerIsCutInTheIntegerValue) {
+    Document root = object();
+    addJsonObjectDoubleItem(root.get(), "high", 1e300);
+    addJsonObjectDoubleItem(root.get(), "low", -1e300);
+    addJsonObjectDoubleItem(root.get(), "nan", std::nan(""));
+    addJsonObjectDoubleItem(root.get(), "inf", std::numeric_limits<double>::infinity());
+    int found = 0;
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "high", &found), INT32_MAX);
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "low", &found), INT32_MIN);
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "nan", &found), 0);
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "inf", &found), INT32_MAX);
+}
+
+TEST(Build, AddingNullIsIgnored) {
+    Document root = object();
+    addJsonObject(root.get(), "a", nullptr);
+    addJsonArrayItem(root.get(), nullptr);
+    addJsonObjectStringItem(root.get(), "a", nullptr);
+    EXPECT_EQ(printed(root), "{\n}");
+}
+
+TEST(Build, AddingToNullDeletesTheNode) {
+    addJsonObject(nullptr, "a", createJsonObject());
+    addJsonArrayItem(nullptr, createJsonObject());
+    addJsonObjectStringItem(nullptr, "a", "text");
+    addJsonObjectIntItem(nullptr, "a", 1);
+    addJsonObjectLongUintItem(nullptr, "a", 1);
+    addJsonObjectLongLongUintItem(nullptr, "a", 1);
+    addJsonObjectBoolItem(nullptr, "a", 1);
+    addJsonObjectDoubleItem(nullptr, "a", 1);
+    deleteJsonObject(nullptr);
+    SUCCEED() << "the leak checker is the judge";
+}
+
+TEST(Build, AddingWithoutANameDeletesTheNode) {
+    Document root = object();
+    addJsonObject(root.get(), nullptr, createJsonObject());
+    addJsonObjectStringItem(root.get(), nullptr, "text");
+    addJsonObjectIntItem(root.get(), nullptr, 1);
+    EXPECT_EQ(printed(root), "{\n}");
+}
+
+TEST(Build, AddingADocumentToItselfLeavesItAsItWas) {
+    Document root = object();
+    addJsonObject(root.get(), "a", root.get());
+    addJsonArrayItem(root.get(), root.get());
+    EXPECT_EQ(printed(root), "{\n}");
+}
+
+TEST(Build, MemberThatAlreadyHasANameTakesTheNewOne) {
+    Document root = parse(R"({"old": {"x": 1}})");
+    Document other = object();
+    addJsonObjectIntItem(other.get(), "built", 2);
+    addJsonObject(other.get(), "new", cJSON_DetachItemFromObject(root.get(), "old"));
+    addJsonObject(other.get(), "renamed", cJSON_DetachItemFromObject(other.get(), "built"));
+    EXPECT_EQ(printed(other), "{\n\t\"new\":\t{\n\t\t\"x\":\t1\n\t},\n\t\"renamed\":\t2\n}");
+}
+
+TEST(Build, ArraysOfValues) {
+    const std::array<int32_t, 3> integers{INT32_MIN, 0, INT32_MAX};
+    const std::array<double, 3> doubles{1, 2.5, -0.04};
+    const std::array<const char*, 2> texts{"a", "\n"};
+    EXPECT_EQ(
+        printed(Document(createJsonIntArray(integers.data(), 3))), "[-2147483648, 0, 2147483647]");
+    EXPECT_EQ(printed(Document(createJsonDoubleArray(doubles.data(), 3))), "[1, 2.5, -0.0]");
+    EXPECT_EQ(printed(Document(createJsonStringArray(texts.data(), 2))), "[\"a\", \"\\n\"]");
+}
+
+TEST(Build, ArraysOfNothing) {
+    const int32_t integer = 1;
+    EXPECT_EQ(printed(Document(createJsonIntArray(&integer, 0))), "[]");
+    EXPECT_EQ(createJsonIntArray(nullptr, 1), nullptr);
+    EXPECT_EQ(createJsonIntArray(&integer, -1), nullptr);
+    EXPECT_EQ(createJsonDoubleArray(nullptr, 1), nullptr);
+    EXPECT_EQ(createJsonStringArray(nullptr, 1), nullptr);
+}
+
+TEST(Build, ItemsCanBeAppendedToAnArrayOfValues) {
+    const int32_t integer = 1;
+    Document root(createJsonIntArray(&integer, 1));
+    addJsonArrayItem(root.get(), cJSON_CreateLongUintNumber(2));
+    EXPECT_EQ(printed(root), "[1, 2]");
+}
+
+TEST(Copy, StringMemberGoesOverUnderTheSameName) {
+    Document source = parse(R"({"Id": "F1", "n": 1})");
+    Document destination = object();
+    copyJsonStringItem(source.get(), destination.get(), "id");
+    source.reset();
+    EXPECT_EQ(printed(destination), "{\n\t\"id\":\t\"F1\"\n}");
+}
+
+TEST(Copy, MemberThatIsMissingOrNoStringAddsNothing) {
+    Document source = parse(R"({"n": 1})");
+    Document destination = object();
+    copyJsonStringItem(source.get(), destination.get(), "n");
+    copyJsonStringItem(source.get(), destination.get(), "missing");
+    copyJsonStringItem(nullptr, destination.get(), "n");
+    EXPECT_EQ(printed(destination), "{\n}");
+}
+
+} // namespace

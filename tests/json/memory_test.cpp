@@ -1,0 +1,153 @@
+// What is left of a document when memory is short.
+#include <gtest/gtest.h>
+
+#include "allocation.h"
+#include "support.h"
+#include "json/json_parser.h"
+#include "json/validators.h"
+
+namespace {
+
+using allocation::Failure;
+
+Document build() {
+    Document root(createJsonObject());
+    addJsonObjectStringItem(root.get(), "string", "text");
+    addJsonObjectIntItem(root.get(), "int", 1);
+    addJsonObjectLongUintItem(root.get(), "u32", 2);
+    addJsonObjectLongLongUintItem(root.get(), "u64", 3);
+    addJsonObjectBoolItem(root.get(), "bool", 1);
+    addJsonObjectDoubleItem(root.get(), "double", 4.5);
+    const int32_t integers[] = {1, 2};
+    const double doubles[] = {1.5, 2.5};
+    const char* const texts[] = {"a", "b"};
+    addJsonObject(root.get(), "integers", createJsonIntArray(integers, 2));
+    addJsonObject(root.get(), "doubles", createJsonDoubleArray(doubles, 2));
+    addJsonObject(root.get(), "texts", createJsonStringArray(texts, 2));
+    cJSON* array = createJsonArray();
+    addJsonArrayItem(array, createJsonObject());
+    addJsonArrayItem(array, cJSON_CreateLongUintNumber(5));
+    addJsonObject(root.get(), "array", array);
+    copyJsonStringItem(root.get(), getJsonObjectForKey(root.get(), "array"), "string");
+    return root;
+}
+
+// Runs `step` with its n-th allocation failing, for every n; `step` is told whether it will fail.
+template <typename Step> int fail_every_allocation(bool for_good, Step step) {
+    for (int nth = 0;; nth++) {
+        Failure failure(nth, for_good);
+        step(failure);
+        if (!failure.happened())
+            return nth;
+    }
+}
+
+TEST(OutOfMemory, AnyAllocationOfABuildMayFail) {
+    std::string whole = printed(build());
+    for (bool for_good : {false, true}) {
+        int count = fail_every_allocation(for_good, [&](const Failure& failure) {
+            Document root = build();
+            if (!failure.happened())
+                EXPECT_EQ(getJsonArraySize(root.get()), 10);
+            else
+                EXPECT_LE(getJsonArraySize(root.get()), 10);
+        });
+        EXPECT_GT(count, 20);
+    }
+    EXPECT_EQ(printed(build()), whole);
+}
+
+TEST(OutOfMemory, AMemberIsAddedWholeOrNotAtAll) {
+    using Add = void (*)(cJSON*);
+    const Add adds[] = {
+        [](cJSON* o) { addJsonObjectStringItem(o, "a", "text"); },
+        [](cJSON* o) { addJsonObjectIntItem(o, "a", 1); },
+        [](cJSON* o) { addJsonObjectLongUintItem(o, "a", 1); },
+        [](cJSON* o) { addJsonObjectLongLongUintItem(o, "a", 1); },
+        [](cJSON* o) { addJsonObjectBoolItem(o, "a", 1); },
+        [](cJSON* o) { addJsonObjectDoubleItem(o, "a", 1); },
+        [](cJSON* o) { addJsonObject(o, "a", createJsonObject()); },
+    };
+    for (Add add : adds) {
+        Document root(createJsonObject());
+        addJsonObjectIntItem(root.get(), "before", 1);
+        int count = fail_every_allocation(false, [&](const Failure& failure) {
+            add(root.get());
+            EXPECT_EQ(getJsonArraySize(root.get()), failure.happened() ? 1 : 2);
+        });
+        EXPECT_GT(count, 0);
+        addJsonObjectIntItem(root.get(), "after", 2);
+        EXPECT_EQ(getJsonArraySize(root.get()), 3);
+    }
+}
+
+TEST(OutOfMemory, BuildersReturnNull) {
+    const int32_t integer = 1;
+    const double fraction = 1.5;
+    const char* const text = "a";
+    Failure failure(0, true);
+    EXPECT_EQ(createJsonObject(), nullptr);
+    EXPECT_EQ(createJsonArray(), nullptr);
+    EXPECT_EQ(createJsonIntArray(&integer, 1), nullptr);
+    EXPECT_EQ(createJsonDoubleArray(&fraction, 1), nullptr);
+    EXPECT_EQ(createJsonStringArray(&text, 1), nullptr);
+    EXPECT_EQ(cJSON_CreateLongUintNumber(1), nullptr);
+    EXPECT_EQ(cJSON_CreateLongLongUintNumber(1), nullptr);
+}
+
+TEST(OutOfMemory, AnyAllocationOfAParseMayFail) {
+    int count = fail_every_allocation(false, [](const Failure& failure) {
+        Document root = parse(R"({"a": [1, "text", {"b": null}], "c": true})");
+        EXPECT_EQ(root != nullptr, !failure.happened());
+    });
+    EXPECT_GT(count, 8);
+}
+
+TEST(OutOfMemory, AnyAllocationOfAPrintMayFailAndGivesNull) {
+    std::string deep = std::string(40, '[') + std::string(40, ']');
+    std::string wide = "[\"" + std::string(5000, 'x') + "\", \"\\n\", 1, 2.5, {\"a\": {}}]";
+    for (const std::string& text : {deep, wide}) {
+        Document root = parse(text);
+        std::string whole = printed(root);
+        // The last allocation only gives back what was not needed: without it the text stands.
+        int nulls = 0;
+        int count = fail_every_allocation(false, [&](const Failure&) {
+            Text result(printJson(root.get()));
+            if (result)
+                EXPECT_EQ(result.get(), whole);
+            else
+                nulls++;
+        });
+        EXPECT_GE(count, 3);
+        EXPECT_EQ(nulls, count - 1);
+    }
+}
+
+TEST(OutOfMemory, AddressCheckRefuses) {
+    Failure failure(0);
+    EXPECT_EQ(ipv4_addr_validate("192.168.1.1"), -1);
+    EXPECT_TRUE(failure.happened());
+}
+
+TEST(JsonRpc, ObjectHoldsTheVersionOnly) {
+    Document root(initJsonRpcObject());
+    EXPECT_EQ(printed(root), "{\n\t\"jsonrpc\":\t\"2.0\"\n}");
+}
+
+TEST(JsonRpcDeathTest, WithoutMemoryForTheObjectTheProcessEnds) {
+    EXPECT_DEATH(
+        {
+            Failure failure(0);
+            initJsonRpcObject();
+        },
+        "json_parser.*\\(\\(void \\*\\)0\\) != root");
+}
+
+TEST(JsonRpc, WithoutMemoryForTheMemberTheObjectIsEmpty) {
+    Failure failure(1);
+    Document root(initJsonRpcObject());
+    EXPECT_TRUE(failure.happened());
+    EXPECT_EQ(printed(root), "{\n}");
+}
+
+} // namespace
