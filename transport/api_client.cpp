@@ -1,0 +1,249 @@
+// One signed request to the cloud API; see api_client.h.
+#include "transport/api_client.h"
+
+#include <curl/curl.h>
+#include <resolv.h>
+#include <stdarg.h>
+#include <stdio.h>
+#include <string.h>
+#include <time.h>
+
+#include "core/debug.h"
+#include "core/state.h"
+#include "transport/clock_sync.h"
+#include "transport/signature.h"
+#include "transport/transfer_info.h"
+
+struct ApiRequest {
+    const char* protocol;
+    const char* host;
+    const char* path;
+    const char* method;
+    const char* content_type;
+    const char* body;
+    int32_t body_length;
+    api_reply* reply;
+    const char* extra_header;
+    const char* key;
+    const char* secret;
+    time_t timestamp;
+};
+
+// The header lines made so far. Once one was lost for want of memory the request is not worth
+// sending: the cloud would refuse it.
+struct HeaderList {
+    curl_slist* lines;
+    bool lost;
+};
+
+// Each header line in turn, and at last the URL.
+static char header_line[256];
+
+static void print_request(const ApiRequest& request) {
+    const api_reply& reply = *request.reply;
+    debug_print(
+        "sending body (len=%d) via API method: %s proto: %s host: %s path: %s content-type: %s "
+        "reply_type: %u (%s)\n",
+        static_cast<int>(request.body_length), request.method, request.protocol, request.host,
+        request.path, request.content_type, static_cast<unsigned>(reply.type),
+        reply.type == REPLY_TO_FILE ? reply.path : "");
+}
+
+static bool is_either(const char* text, const char* one, const char* other) {
+    return strcmp(text, one) == 0 || strcmp(text, other) == 0;
+}
+
+static bool is_acceptable(const ApiRequest& request) {
+    if (request.path[0] != '/') {
+        debug_print("path must start with '/' (%s)\n", request.path);
+        return false;
+    }
+    if (!is_either(request.protocol, "http", "https")) {
+        debug_print("invalid proto: %s\n", request.protocol);
+        return false;
+    }
+    if (!is_either(request.method, "GET", "POST")) {
+        debug_print("invalid method: %s\n", request.method);
+        return false;
+    }
+    return true;
+}
+
+static void empty_reply_file(const api_reply& reply) {
+    if (reply.type == REPLY_TO_FILE && file_exists(reply.path))
+        file_trunc_to_zero(reply.path);
+}
+
+static void add_header(HeaderList* headers, const char* format, ...)
+    __attribute__((format(printf, 2, 3)));
+
+static void add_header(HeaderList* headers, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    vsnprintf(header_line, sizeof header_line, format, arguments);
+    va_end(arguments);
+    debug_print("curl_slist_append(): %s\n", header_line);
+    curl_slist* grown = curl_slist_append(headers->lines, header_line);
+    if (grown)
+        headers->lines = grown;
+    else
+        headers->lost = true;
+}
+
+// `digits` holds two characters a byte and a terminator.
+static const char* to_hex(const uint8_t* bytes, int count, char* digits) {
+    for (int i = 0; i < count; i++)
+        snprintf(digits + 2 * i, 3, "%02x", bytes[i]);
+    return digits;
+}
+
+// The signature covers the authorization value as the line buffer holds it.
+static int32_t add_authentication(const ApiRequest& request, HeaderList* headers) {
+    uint8_t nonce[NONCE_SIZE];
+    uint8_t signature[SIGNATURE_SIZE];
+    char digits[2 * SIGNATURE_SIZE + 1] = "";
+    if (api_nonce_gen(request.timestamp, nonce) < 0)
+        return API_REJECTED;
+    add_header(
+        headers, "Authorization: key=%s,timestamp=%lu,nonce=%s", request.key,
+        static_cast<unsigned long>(request.timestamp), to_hex(nonce, NONCE_SIZE, digits));
+    api_sign_gen(
+        request.secret, header_line + strlen("Authorization: "), request.path, request.body,
+        request.body_length, signature);
+    add_header(headers, "Signature: %s", to_hex(signature, SIGNATURE_SIZE, digits));
+    return API_OK;
+}
+
+static int32_t add_headers(const ApiRequest& request, HeaderList* headers) {
+    add_header(headers, "Content-Length: %d", static_cast<int>(request.body_length));
+    add_header(headers, "Content-Type: %s", request.content_type);
+    if (int32_t code = add_authentication(request, headers))
+        return code;
+    if (request.extra_header)
+        add_header(headers, "%s", request.extra_header);
+    return headers->lost ? API_FAILED : API_OK;
+}
+
+// libcurl takes a null body for "read it from standard input", so a request without one gets an
+// empty text.
+static void set_request(CURL* curl, const ApiRequest& request, char* error) {
+    snprintf(
+        header_line, sizeof header_line, "%s://%s%s", request.protocol, request.host, request.path);
+    debug_print("url: %s\n", header_line);
+    curl_easy_setopt(curl, CURLOPT_URL, header_line);
+    curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, request.method);
+    curl_easy_setopt(curl, CURLOPT_POSTFIELDS, request.body ? request.body : "");
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error);
+}
+
+static void set_tls(CURL* curl) {
+    curl_easy_setopt(curl, CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
+    curl_easy_setopt(curl, CURLOPT_CAPATH, "/etc/ssl/certs/");
+}
+
+static void set_address_family(CURL* curl) {
+    if (checkin_type == CHECKIN_ANY_ADDRESS)
+        return;
+    curl_easy_setopt(curl, CURLOPT_IPRESOLVE, static_cast<long>(checkin_type));
+    if (checkin_type == CHECKIN_IPV4_ONLY)
+        debug_print("CURLOPT_IPRESOLVE set to CURL_IPRESOLVE_V4\n");
+    else if (checkin_type == CHECKIN_IPV6_ONLY)
+        debug_print("CURLOPT_IPRESOLVE set to CURL_IPRESOLVE_V6\n");
+}
+
+// Without NOSIGNAL libcurl would change signal handlers, which all threads of the process share.
+static void set_limits(CURL* curl) {
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT, static_cast<long>(checkin_timeout));
+    debug_print("CURLOPT_TIMEOUT: %d\n", static_cast<int>(checkin_timeout));
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, static_cast<long>(checkin_connect_timeout));
+    debug_print("CURLOPT_CONNECTTIMEOUT: %d\n", static_cast<int>(checkin_connect_timeout));
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+}
+
+static void
+set_options(CURL* curl, const ApiRequest& request, const HeaderList& headers, char* error) {
+    set_request(curl, request, error);
+    if (strcmp(request.protocol, "https") == 0)
+        set_tls(curl);
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, api_write_cb);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, request.reply);
+    set_address_family(curl);
+    set_limits(curl);
+    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.lines);
+    if (debug_flag) {
+        curl_easy_setopt(curl, CURLOPT_VERBOSE, 1L);
+        debug_print("sending HTTP request..\n");
+    }
+}
+
+static int32_t result_of_failure(CURLcode code, const char* error) {
+    debug_print("curl error (%d): %s\n", code, error);
+    switch (code) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+        res_init();
+        debug_print("CURLE_COULDNT_RESOLVE_HOST checkin_retry_count + 1\n");
+        checkin_retry_count++;
+        return API_NO_HOST;
+    case CURLE_COULDNT_CONNECT:
+        debug_print("CURLE_COULDNT_CONNECT checkin_retry_count + 1\n");
+        checkin_retry_count++;
+        return API_NO_CONNECT;
+    case CURLE_PEER_FAILED_VERIFICATION:
+        sync_clock();
+        return API_FAILED;
+    default:
+        return API_FAILED;
+    }
+}
+
+static int32_t result_of_status(long status) {
+    debug_print("curl returned HTTP status: %lu\n", static_cast<unsigned long>(status));
+    if (status == 200)
+        return API_OK;
+    debug_print("curl call error\n");
+    return status >= 500 && status <= 599 ? API_FAILED : API_REJECTED;
+}
+
+// Releases the headers.
+static int32_t transfer(const ApiRequest& request, const HeaderList& headers) {
+    CURL* curl = curl_easy_init();
+    if (!curl) {
+        curl_slist_free_all(headers.lines);
+        return API_FAILED;
+    }
+    char error[CURL_ERROR_SIZE] = "";
+    long status = 0;
+    set_options(curl, request, headers, error);
+    CURLcode code = curl_easy_perform(curl);
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    get_infos(curl);
+    curl_slist_free_all(headers.lines);
+    curl_easy_cleanup(curl);
+    return code == CURLE_OK ? result_of_status(status) : result_of_failure(code, error);
+}
+
+static int32_t run(ApiRequest& request) {
+    print_request(request);
+    if (!is_acceptable(request))
+        return API_REJECTED;
+    request.timestamp = time(nullptr);
+    empty_reply_file(*request.reply);
+    debug_print("connection attempt %d\n", 0);
+    HeaderList headers = {nullptr, false};
+    if (int32_t code = add_headers(request, &headers)) {
+        curl_slist_free_all(headers.lines);
+        return code;
+    }
+    return transfer(request, headers);
+}
+
+int32_t api_call(
+    const char* protocol, const char* host, const char* path, const char* method,
+    const char* content_type, const char* body, int32_t body_length, api_reply* reply,
+    const char* extra_header, const char* key, const char* secret) {
+    ApiRequest request = {protocol,    host,  path,         method, content_type, body,
+                          body_length, reply, extra_header, key,    secret,       0};
+    return run(request);
+}
