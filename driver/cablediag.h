@@ -1,0 +1,29 @@
+// Copper cable diagnosis.
+// Commands from 384 on.
+#pragma once
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// The result of a cable test, and the record of the driver's read: 12 bytes. Pairs A to D.
+typedef struct CableResult {
+    uint32_t port;         // logical port, zero-based
+    uint8_t pair_state[4]; // the driver's codes; 0 is a pair without fault
+    uint8_t length_m[4];   // metres to the fault, or to the other end
+} CableResult;
+
+// Starts a test on a logical port. The link of the port is interrupted for as long as it takes.
+int rsd_cablediag_copper_set(uint32_t port);
+
+// The result of the port's last test. On failure `result` is unchanged.
+int rsd_cablediag_copper_get(uint32_t port, CableResult* result);
+
+// The same, as diagnostics asks for it: the record first. It makes the same request, 449.
+int cablediag_getret(CableResult* result, uint32_t port);
+
+#ifdef __cplusplus
+}
+#endif
