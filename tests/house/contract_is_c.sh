@@ -5,8 +5,8 @@ compiler=$1
 cd "$2"
 count=0
 for header in platform/*.h; do
-  "$compiler" -std=c11 -pedantic -Wall -Wextra -Werror -Wno-pragma-once-outside-header \
-    -fsyntax-only -I. -x c "$header"
+  echo "#include \"$header\"" |
+    "$compiler" -std=c11 -pedantic -Wall -Wextra -Werror -fsyntax-only -I. -x c -
   count=$((count + 1))
 done
 echo "$count headers"

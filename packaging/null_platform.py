@@ -1,0 +1,36 @@
+"""Writes a platform library that does nothing, as C, from the headers of the contract: every
+function returns 0, every variable is zero. With it the shipped agent can be linked and looked at.
+
+    python3 null_platform.py HEADER... > null_platform.c
+"""
+import pathlib
+import re
+import sys
+
+COMMENT = re.compile(r"//[^\n]*|/\*.*?\*/", re.S)
+PREPROCESSOR = re.compile(r"^\s*#.*?(?<!\\)$", re.M)
+FUNCTION = re.compile(r"^([A-Za-z_][\w\s*]*?[\s*])([A-Za-z_]\w*)\s*\(([^;{}]*)\)\s*;", re.M | re.S)
+VARIABLE = re.compile(r"^extern\s+([^;({\"]+?)\s*([A-Za-z_]\w*)\s*;", re.M)
+
+
+def declarations(header):
+    text = header.read_text()
+    text = re.sub(r"#ifdef __cplusplus.*?#endif", "", text, flags=re.S)
+    return PREPROCESSOR.sub("", COMMENT.sub("", text))
+
+
+def main(headers):
+    print("/* Made from the headers of the contract. */")
+    for header in headers:
+        print(f'#include "platform/{header.name}"')
+    for header in headers:
+        text = declarations(header)
+        for kind, name, arguments in FUNCTION.findall(text):
+            if kind.split()[0] in ("typedef", "return", "static"):
+                continue
+            print(f"{kind.strip()} {name}({' '.join(arguments.split())}) {{ return 0; }}")
+        for kind, name in VARIABLE.findall(text):
+            print(f"{kind} {name};")
+
+
+main([pathlib.Path(name) for name in sys.argv[1:]])

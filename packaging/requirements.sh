@@ -1,0 +1,32 @@
+# What a Debian machine needs to build and run this project, and how it gets it. Sourced.
+
+build_packages=(
+  cmake ninja-build pkg-config g++ libc6-dev
+  libcurl4-openssl-dev libmbedtls-dev libcjson-dev
+  libssl-dev libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev
+  libgtest-dev libgmock-dev libbenchmark-dev python3)
+check_packages=(clang-14 libclang-rt-14-dev clang-format-14 binutils python3-jsonschema)
+
+missing_packages() {
+  local package
+  for package in "$@"; do
+    dpkg-query -W -f '${Status}\n' "$package" 2>/dev/null | grep -q 'ok installed' ||
+      echo "$package"
+  done
+}
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# Installs those of the named packages that are missing.
+need_packages() {
+  local missing
+  missing=$(missing_packages "$@")
+  [ -z "$missing" ] && return
+  echo "Installing:" $missing
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null
+  # shellcheck disable=SC2086
+  as_root env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -q --no-install-recommends $missing >/dev/null
+}
