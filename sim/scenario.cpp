@@ -19,6 +19,13 @@ using nlohmann::ordered_json;
 
 namespace {
 
+// A place in a text. A newline counts once the character behind it is read, for a parser must read
+// one character too many to see where a number ends.
+struct Place {
+    int line = 1;
+    bool at_end = false;
+};
+
 // Text that knows which line its reader has come to.
 class CountedText {
   public:
@@ -28,11 +35,14 @@ class CountedText {
     using pointer = const char*;
     using reference = const char&;
 
-    CountedText(const char* at, int* line) : at_(at), line_(line) {}
+    CountedText(const char* at, Place* place) : at_(at), place_(place) {}
     const char& operator*() const { return *at_; }
     CountedText& operator++() {
-        if (*at_++ == '\n' && line_)
-            ++*line_;
+        if (place_) {
+            place_->line += place_->at_end;
+            place_->at_end = *at_ == '\n';
+        }
+        ++at_;
         return *this;
     }
     bool operator==(const CountedText& other) const { return at_ == other.at_; }
@@ -40,7 +50,7 @@ class CountedText {
 
   private:
     const char* at_;
-    int* line_;
+    Place* place_;
 };
 
 struct Document {
@@ -255,10 +265,10 @@ std::string slurp(const std::filesystem::path& file) {
 void read_fields(const std::filesystem::path& file, const std::function<void(Fields&)>& record) {
     Document document{file.string(), {}, {}};
     std::string text = slurp(file);
-    int line = 1;
-    LineNoter noter(document, line);
+    Place place;
+    LineNoter noter(document, place.line);
     const char* begin = text.c_str();
-    CountedText first(begin, &line);
+    CountedText first(begin, &place);
     ordered_json::sax_parse(first, CountedText(begin + text.size(), nullptr), &noter);
     document.root = ordered_json::parse(text);
     Reader reader(document, document.root, "");
