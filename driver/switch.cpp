@@ -4,8 +4,9 @@
 #include "driver/request.h"
 
 // clang-format off
-int rsd_switch_maxFrameSize_set(uint32_t bytes)                     { return chip_request(4097, bytes); }
-int rsd_switch_portMaxFrameSize_set(uint32_t port, uint32_t bytes)  { return chip_port_request(4098, port, bytes); }
+int rsd_switch_maxFrameSize_set(uint32_t bytes)                    { return chip_request(4097, bytes); }
+int rsd_switch_portMaxFrameSize_set(uint32_t port, uint32_t bytes) { return chip_port_request(4098, port, bytes); }
+
 int rsd_switch_maxFrameSize_get(uint32_t* bytes)                    { return chip_request(4161, bytes); }
 int rsd_switch_portMaxFrameSize_get(uint32_t port, uint32_t* bytes) { return chip_port_request(4162, port, bytes); }
 // clang-format on

@@ -1,0 +1,11 @@
+// The chip's multicast entries, walked from first to last.
+#include "driver/mcast_entry.h"
+
+#include "driver/request.h"
+
+// clang-format off
+int rsd_l2McastEntry_getFirst(L2McastEntry* entry) { return chip_entry_get(1857, entry); }
+int rsd_l2McastEntry_getNext(L2McastEntry* entry)  { return chip_entry_find(1858, entry); }
+int rsd_ipMcastEntry_getFirst(IpMcastEntry* entry) { return chip_entry_get(1859, entry); }
+int rsd_ipMcastEntry_getNext(IpMcastEntry* entry)  { return chip_entry_find(1860, entry); }
+// clang-format on

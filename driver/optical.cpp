@@ -1,0 +1,8 @@
+// Fibre modules: what they measure.
+#include "driver/optical.h"
+
+#include "driver/request.h"
+
+// clang-format off
+int rsd_optical_data_get(uint32_t port, OpticalData* data) { return chip_port_entry_get(3393, data, port); }
+// clang-format on

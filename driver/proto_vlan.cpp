@@ -1,0 +1,10 @@
+// VLANs by protocol.
+#include "driver/proto_vlan.h"
+
+#include "driver/request.h"
+
+// clang-format off
+int rsd_vlan_protoGroup_set(uint32_t group, const ProtoGroup* protocol)     { return chip_entry_set(4737, protocol, group); }
+int rsd_vlan_portProtoVlan_set(uint32_t port, uint32_t group, uint32_t vid) { return chip_port_request(4738, port, group, vid); }
+int rsd_vlan_portProtoVlan_disable(uint32_t port, uint32_t group)           { return chip_port_request(4739, port, group); }
+// clang-format on
