@@ -1,0 +1,38 @@
+// The admin interface: JSON over plain HTTP for people, scripts and tests on the same machine.
+#pragma once
+
+#include "lab/events.h"
+#include "lab/firmware_service.h"
+#include "lab/http.h"
+#include "lab/keeper_service.h"
+#include "lab/misbehaviour.h"
+#include "lab/policy.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace lab {
+
+struct AdminParts {
+    Store& store;
+    EventLog& events;
+    PolicyBox& policy;
+    KeeperService& keeper;
+    Misbehaviours& misbehaviours;
+    FirmwareShelf& shelf;
+    std::function<std::string()> ports;         // the text of ports.json
+    std::function<bool(int port)> is_port;      // of a door that can misbehave
+    std::function<void()> misbehaviour_changed; // opens or closes doors to fit
+};
+
+class AdminService {
+  public:
+    explicit AdminService(AdminParts parts) : parts_(std::move(parts)) {}
+    Reply answer(const Call& call);
+
+  private:
+    AdminParts parts_;
+};
+
+} // namespace lab

@@ -1,0 +1,117 @@
+// One check-in from the request to the reply.
+#include "lab/checkin_service.h"
+
+#include "lab/request_head.h"
+#include "lab/settings_document.h"
+
+#include <nlohmann/json.hpp>
+
+#include <limits>
+
+namespace lab {
+
+namespace {
+
+std::string joined_keys(const nlohmann::json& object) {
+    std::string text;
+    for (const auto& [key, value] : object.items())
+        text += (text.empty() ? "" : ", ") + key;
+    return text.empty() ? "none" : text;
+}
+
+nlohmann::json keys(const nlohmann::json& object) {
+    auto list = nlohmann::json::array();
+    for (const auto& [key, value] : object.items())
+        list.push_back(key);
+    return list;
+}
+
+std::string target_of(const Call& call) {
+    const auto head = parse_request_head(call.head);
+    return head ? head->target : std::string();
+}
+
+} // namespace
+
+Reply CheckinService::answer(const Call& call) {
+    const auto verdict = examine_call(call);
+    if (const auto* rejection = std::get_if<Rejection>(&verdict))
+        return reject(call, *rejection);
+    const auto report = nlohmann::json::parse(call.body, nullptr, false);
+    if (!report.is_object())
+        return reject(call, {"body", "the body is not a JSON object"});
+    return accept(call, std::get<Verified>(verdict), report);
+}
+
+std::variant<Verified, Rejection> CheckinService::examine_call(const Call& call) {
+    Examiner examiner;
+    examiner.window = policy_.get().window;
+    examiner.now = policy_.now();
+    // What lies outside the window is refused by its timestamp and need not be remembered.
+    const int64_t oldest =
+        examiner.window > 0 ? examiner.now - examiner.window : std::numeric_limits<int64_t>::min();
+    examiner.find_account = [this](const std::string& mac) { return store_.account(mac); };
+    examiner.first_use = [this, oldest](const Authorization& authorization) {
+        return store_.first_use(authorization, oldest);
+    };
+    return examine(call, examiner);
+}
+
+Reply CheckinService::reject(const Call& call, const Rejection& rejection) {
+    const std::string target = target_of(call);
+    std::string mac;
+    if (target.size() == 39 && target.ends_with("/checkin"))
+        mac = target.substr(14, 17);
+    store_.count("rejected." + rejection.code);
+    events_.note(
+        "rejected", mac, "rejected " + target + ": " + rejection.reason,
+        {{"code", rejection.code}, {"reason", rejection.reason}, {"target", target}});
+    // Plain text on purpose: a switch applies the body of any reply that is a JSON document.
+    return {403, rejection.code + ": " + rejection.reason + "\n", "text/plain"};
+}
+
+Reply CheckinService::accept(
+    const Call& call, const Verified& verified, const nlohmann::json& report) {
+    const std::string& mac = verified.mac;
+    const int64_t seqno = reported_seqno(report).value_or(0);
+    store_.add_report(mac, wall_seconds(), call.body, seqno);
+    note_report(call, mac, report, seqno);
+    if (store_.acknowledge(mac, seqno))
+        events_.note(
+            "settings-acknowledged", mac, mac + " acknowledged settings " + std::to_string(seqno),
+            {{"config_seqno", seqno}});
+    return deliver(mac, seqno);
+}
+
+void CheckinService::note_report(
+    const Call& call, const std::string& mac, const nlohmann::json& report, int64_t seqno) {
+    events_.note(
+        "checkin", mac,
+        mac + " checked in: signature verified, " + std::to_string(call.body.size()) +
+            " bytes, sections " + joined_keys(report) + "; config_seqno " + std::to_string(seqno),
+        {{"bytes", call.body.size()}, {"sections", keys(report)}, {"config_seqno", seqno}});
+}
+
+Reply CheckinService::deliver(const std::string& mac, int64_t seqno) {
+    const Policy policy = policy_.get();
+    const auto delivery = store_.deliver(
+        mac, seqno,
+        {wall_milliseconds(), static_cast<int64_t>(policy.redeliver_seconds * 1000),
+         policy.redeliver_tries});
+    for (const int64_t refused : delivery.refused)
+        events_.note(
+            "settings-refused", mac,
+            mac + " did not acknowledge settings " + std::to_string(refused) + ", given up",
+            {{"config_seqno", refused}});
+    if (!delivery.document)
+        return {200, "{}"};
+    const SettingsRecord& settings = *delivery.document;
+    events_.note(
+        "settings-delivered", mac,
+        mac + " is sent settings " + std::to_string(settings.seqno) + ", try " +
+            std::to_string(settings.tries),
+        {{"config_seqno", settings.seqno}, {"try", settings.tries}});
+    return {200, numbered(settings.document, settings.seqno)};
+}
+
+} // namespace lab

@@ -1,0 +1,32 @@
+// The check-in service: examines, keeps the report, acknowledges and delivers settings.
+#pragma once
+
+#include "lab/events.h"
+#include "lab/http.h"
+#include "lab/policy.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace lab {
+
+class CheckinService {
+  public:
+    CheckinService(Store& store, EventLog& events, const PolicyBox& policy)
+        : store_(store), events_(events), policy_(policy) {}
+
+    Reply answer(const Call& call);
+
+  private:
+    std::variant<Verified, Rejection> examine_call(const Call& call);
+    Reply reject(const Call& call, const Rejection& rejection);
+    Reply accept(const Call& call, const Verified& verified, const nlohmann::json& report);
+    void note_report(
+        const Call& call, const std::string& mac, const nlohmann::json& report, int64_t seqno);
+    Reply deliver(const std::string& mac, int64_t seqno);
+
+    Store& store_;
+    EventLog& events_;
+    const PolicyBox& policy_;
+};
+
+} // namespace lab

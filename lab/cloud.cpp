@@ -1,0 +1,172 @@
+// Doors, parts and the ways between them.
+#include "lab/cloud.h"
+
+#include <nlohmann/json.hpp>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <stdexcept>
+
+namespace lab {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path made(const fs::path& folder) {
+    fs::create_directories(folder);
+    return fs::canonical(folder);
+}
+
+} // namespace
+
+Cloud::Cloud(const Options& options)
+    : options_([&] {
+          Options own = options;
+          own.data = made(options.data);
+          return own;
+      }()),
+      store_((options_.data / "lab.db").string()), events_(store_, options_.quiet),
+      policy_(options_.policy), authority_(options_.data / "ca"),
+      shelf_(options_.data / "firmware"), checkin_(store_, events_, policy_),
+      keeper_(store_, events_, policy_), time_(events_, policy_), firmware_(events_, shelf_),
+      admin_(
+          {store_, events_, policy_, keeper_, misbehaviours_, shelf_,
+           [this] { return ports_json(); },
+           [this](int port) {
+               return std::ranges::any_of(doors_, [&](const NamedDoor& named) {
+                   return named.name != "admin" && named.door->port() == port;
+               });
+           },
+           [this] { fit_doors(); }}) {
+    for (const auto& [mac, account] : options_.accounts)
+        store_.put_switch(mac, account);
+    add_doors();
+}
+
+Cloud::~Cloud() { stop(); }
+
+DoorPlan Cloud::plain_plan(int port, const std::string& name, Handler handler) {
+    DoorPlan plan;
+    plan.port = port;
+    plan.plain_name = name;
+    plan.plain = std::move(handler);
+    if (name != "admin")
+        plan.misbehaviours = &misbehaviours_;
+    plan.on_misbehaviour = [this](const std::string& door, int at, Fault fault) {
+        events_.note(
+            "misbehaviour", "",
+            "misbehaving on " + door + " port " + std::to_string(at) + ": " +
+                std::string(name_of(fault)),
+            {{"mode", name_of(fault)}, {"door", door}, {"port", at}});
+    };
+    return plan;
+}
+
+DoorPlan Cloud::checkin_plan(int port) {
+    DoorPlan plan = plain_plan(port, "plain", [this](const Call& call) {
+        const bool fetch = TimeService::serves(call) || FirmwareService::serves(call);
+        return fetch ? answer_plain(call) : checkin_.answer(call);
+    });
+    plan.tls_name = "checkin";
+    plan.tls = [this](const Call& call) { return checkin_.answer(call); };
+    plan.authority = &authority_;
+    plan.on_tls_failure = [this](const std::string& reason) {
+        events_.note("tls-failed", "", "TLS handshake failed: " + reason, {{"reason", reason}});
+    };
+    return plan;
+}
+
+Reply Cloud::answer_plain(const Call& call) {
+    if (TimeService::serves(call))
+        return time_.answer(call);
+    if (FirmwareService::serves(call))
+        return firmware_.answer(call);
+    return {404, "there is nothing at " + call.path + "\n", "text/plain"};
+}
+
+void Cloud::add_doors() {
+    const auto add = [this](const std::string& name, DoorPlan plan) {
+        doors_.push_back({name, std::make_unique<Door>(std::move(plan))});
+    };
+    for (const int port : options_.https_ports)
+        add("checkin", checkin_plan(port));
+    add("plain", plain_plan(options_.http_port, "plain", [this](const Call& call) {
+            return answer_plain(call);
+        }));
+    for (const int port : options_.keeper_ports)
+        add("keeper",
+            plain_plan(port, "keeper", [this](const Call& call) { return keeper_.listen(call); }));
+    add("admin", plain_plan(options_.admin_port, "admin", [this](const Call& call) {
+            return admin_.answer(call);
+        }));
+}
+
+// Doors that are to refuse are closed, all others are open.
+void Cloud::fit_doors() {
+    const std::lock_guard lock(doors_mutex_);
+    for (const auto& [name, door] : doors_) {
+        if (misbehaviours_.refuses(name, door->port()))
+            door->close(true);
+        else
+            door->open();
+    }
+}
+
+void Cloud::start() {
+    std::signal(SIGPIPE, SIG_IGN);
+    fit_doors();
+    const fs::path draft = options_.data / "ports.json.new";
+    std::ofstream file(draft);
+    file << ports_json();
+    file.close();
+    if (!file)
+        throw std::runtime_error("cannot write " + draft.string());
+    fs::rename(draft, ports_file());
+}
+
+void Cloud::stop() {
+    events_.stop();
+    keeper_.stop();
+    std::error_code ignored;
+    fs::remove(ports_file(), ignored);
+    // The admin door is the last to open and the first to close: it opens and closes the others.
+    for (auto named = doors_.rbegin(); named != doors_.rend(); ++named)
+        named->door->close();
+}
+
+std::vector<int> Cloud::ports(const std::string& name) const {
+    std::vector<int> list;
+    for (const auto& named : doors_)
+        if (named.name == name)
+            list.push_back(named.door->port());
+    return list;
+}
+
+std::string Cloud::ports_json() const {
+    const nlohmann::ordered_json ports = {
+        {"https", this->ports("checkin")},
+        {"http", this->ports("plain").front()},
+        {"keeper", this->ports("keeper")},
+        {"admin", this->ports("admin").front()},
+        {"ca_dir", authority_.trust_folder().string()},
+        {"pid", getpid()}};
+    return ports.dump() + "\n";
+}
+
+std::string Cloud::addresses(const std::string& name) const {
+    std::string text;
+    for (const int port : ports(name))
+        text += " 127.0.0.1:" + std::to_string(port);
+    return text;
+}
+
+std::string Cloud::ready_line() const {
+    return "lab cloud ready: https" + addresses("checkin") + " http" + addresses("plain") +
+           " keeper" + addresses("keeper") + " admin" + addresses("admin");
+}
+
+} // namespace lab

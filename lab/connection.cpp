@@ -1,0 +1,165 @@
+// Reading that remembers the head, writing that can go wrong on purpose.
+#include "lab/connection.h"
+
+#include <openssl/ssl.h>
+
+#include <arpa/inet.h>
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace lab {
+
+namespace {
+
+constexpr std::string_view head_end = "\r\n\r\n";
+
+void name_of_peer(const sockaddr_in& address, std::string& ip, int& port) {
+    char text[INET_ADDRSTRLEN] = "";
+    inet_ntop(AF_INET, &address.sin_addr, text, sizeof text);
+    ip = text;
+    port = ntohs(address.sin_port);
+}
+
+} // namespace
+
+std::string Connection::head() const { return head_received_ ? received_ : std::string(); }
+
+bool Connection::hung_up() const {
+    pollfd entry{socket_, POLLRDHUP, 0};
+    return poll(&entry, 1, 0) > 0 && (entry.revents & (POLLRDHUP | POLLHUP | POLLERR));
+}
+
+void Connection::expect_reply_body(size_t length) {
+    reply_expected_ = true;
+    body_length_ = length;
+}
+
+bool Connection::is_readable() const {
+    pollfd entry{socket_, POLLIN, 0};
+    return (ssl_ && SSL_pending(ssl_) > 0) || poll(&entry, 1, 0) > 0;
+}
+
+bool Connection::is_writable() const { return !hung_up(); }
+
+ssize_t Connection::read(char* bytes, size_t size) {
+    ssize_t count;
+    if (ssl_)
+        count = SSL_read(ssl_, bytes, static_cast<int>(std::min(size, size_t{1} << 20)));
+    else
+        do
+            count = recv(socket_, bytes, size, 0);
+        while (count < 0 && errno == EINTR);
+    // The HTTP library takes a head byte by byte, so it never runs past the end into the body.
+    if (count > 0 && !head_received_) {
+        received_.append(bytes, static_cast<size_t>(count));
+        head_received_ = received_.ends_with(head_end);
+    }
+    return count;
+}
+
+ssize_t Connection::write(const char* bytes, size_t size) {
+    std::string_view rest(bytes, size);
+    const size_t head = head_left(rest);
+    const bool sent = write_all(bytes, head) && write_body(rest.substr(head));
+    if (!sent)
+        write_failed_ = true;
+    return sent ? static_cast<ssize_t>(size) : -1;
+}
+
+// How many of the bytes still belong to the reply's head.
+size_t Connection::head_left(std::string_view bytes) {
+    if (!reply_expected_)
+        return bytes.size();
+    if (reply_head_.ends_with(head_end))
+        return 0;
+    const size_t before = reply_head_.size();
+    reply_head_.append(bytes);
+    const size_t end = reply_head_.find(head_end);
+    if (end == std::string::npos)
+        return bytes.size();
+    reply_head_.resize(end + head_end.size());
+    return reply_head_.size() - before;
+}
+
+bool Connection::write_body(std::string_view bytes) {
+    if (bytes.empty())
+        return true;
+    bool sent = false;
+    switch (misbehaviour_.fault) {
+    case Fault::slow:
+        sent = write_slowly(bytes);
+        break;
+    case Fault::corrupt:
+        sent = write_corrupted(std::string(bytes));
+        break;
+    case Fault::truncate:
+        sent = write_half(bytes);
+        break;
+    default:
+        sent = write_all(bytes.data(), bytes.size());
+    }
+    body_written_ += bytes.size();
+    return sent;
+}
+
+bool Connection::write_slowly(std::string_view bytes) {
+    const auto piece = static_cast<size_t>(misbehaviour_.piece);
+    for (; !bytes.empty(); bytes.remove_prefix(std::min(piece, bytes.size()))) {
+        pollfd entry{socket_, 0, 0}; // a pause that a closed connection ends
+        if (poll(&entry, 1, static_cast<int>(misbehaviour_.delay_ms)) > 0)
+            return false;
+        if (!write_all(bytes.data(), std::min(piece, bytes.size())))
+            return false;
+    }
+    return true;
+}
+
+bool Connection::write_corrupted(std::string bytes) {
+    const size_t middle = body_length_ / 2;
+    if (middle >= body_written_ && middle < body_written_ + bytes.size())
+        bytes[middle - body_written_] = static_cast<char>(bytes[middle - body_written_] ^ 1);
+    return write_all(bytes.data(), bytes.size());
+}
+
+bool Connection::write_half(std::string_view bytes) {
+    const size_t half = body_length_ / 2;
+    if (body_written_ < half)
+        write_all(bytes.data(), std::min(bytes.size(), half - body_written_));
+    return body_written_ + bytes.size() <= half;
+}
+
+bool Connection::write_all(const char* bytes, size_t size) {
+    while (size > 0) {
+        ssize_t count;
+        if (ssl_)
+            count = SSL_write(ssl_, bytes, static_cast<int>(std::min(size, size_t{1} << 20)));
+        else
+            count = send(socket_, bytes, size, MSG_NOSIGNAL);
+        if (count < 0 && !ssl_ && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        bytes += count;
+        size -= static_cast<size_t>(count);
+    }
+    return true;
+}
+
+void Connection::get_remote_ip_and_port(std::string& ip, int& port) const {
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    getpeername(socket_, reinterpret_cast<sockaddr*>(&address), &length);
+    name_of_peer(address, ip, port);
+}
+
+void Connection::get_local_ip_and_port(std::string& ip, int& port) const {
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &length);
+    name_of_peer(address, ip, port);
+}
+
+} // namespace lab

@@ -1,0 +1,59 @@
+// One accepted connection, plain or under TLS, as a stream of the HTTP library. It keeps the head
+// of the request as it came in and spoils the body of the reply when told to.
+#pragma once
+
+#include "lab/misbehaviour.h"
+
+#include <httplib.h>
+
+#include <functional>
+#include <string>
+
+namespace lab {
+
+class Connection : public httplib::Stream {
+  public:
+    Connection(int socket, SSL* ssl, const Misbehaviour& misbehaviour)
+        : socket_(socket), ssl_(ssl), misbehaviour_(misbehaviour) {}
+
+    // Everything up to and with the empty line; empty while that has not come.
+    std::string head() const;
+    bool tls() const { return ssl_ != nullptr; }
+    bool hung_up() const;
+    const Misbehaviour& misbehaviour() const { return misbehaviour_; }
+
+    // Announces the reply's body: what is written from here on is a head and `length` bytes.
+    void expect_reply_body(size_t length);
+    bool write_failed() const { return write_failed_; }
+
+    bool is_readable() const override;
+    bool is_writable() const override;
+    ssize_t read(char* bytes, size_t size) override;
+    ssize_t write(const char* bytes, size_t size) override;
+    void get_remote_ip_and_port(std::string& ip, int& port) const override;
+    void get_local_ip_and_port(std::string& ip, int& port) const override;
+    int socket() const override { return socket_; }
+
+    std::function<void()> unsent; // what to do should the reply not get through
+
+  private:
+    bool write_all(const char* bytes, size_t size);
+    bool write_body(std::string_view bytes);
+    bool write_slowly(std::string_view bytes);
+    bool write_corrupted(std::string bytes);
+    bool write_half(std::string_view bytes);
+    size_t head_left(std::string_view bytes);
+
+    const int socket_;
+    SSL* const ssl_;
+    const Misbehaviour misbehaviour_;
+    std::string received_;
+    bool head_received_ = false;
+    bool reply_expected_ = false;
+    std::string reply_head_;
+    size_t body_length_ = 0;
+    size_t body_written_ = 0;
+    bool write_failed_ = false;
+};
+
+} // namespace lab

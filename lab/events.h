@@ -1,0 +1,44 @@
+// The events of the lab: a plain line on standard output for a person, a record for a script.
+#pragma once
+
+#include "lab/store.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <chrono>
+#include <condition_variable>
+#include <string>
+#include <vector>
+
+namespace lab {
+
+struct EventFilter {
+    int64_t after = 0;
+    std::string kind; // empty: every kind
+    std::string mac;  // empty: every switch and none
+};
+
+class EventLog {
+  public:
+    EventLog(Store& store, bool quiet) : store_(store), quiet_(quiet) {}
+
+    // Counts the kind, too. `mac` is empty for what concerns no switch.
+    void note(const std::string& kind, const std::string& mac, const std::string& text);
+    void note(
+        const std::string& kind, const std::string& mac, const std::string& text,
+        const nlohmann::json& details);
+
+    // Returns at once when an event is there, else after the first one or the time-out.
+    std::vector<EventRecord> wait(const EventFilter& filter, std::chrono::milliseconds timeout);
+    int64_t last() { return store_.last_event(); }
+    void stop(); // ends every wait, now and later
+
+  private:
+    Store& store_;
+    const bool quiet_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool stopping_ = false;
+};
+
+} // namespace lab

@@ -1,0 +1,88 @@
+// Long-polls wait here. A switch has one at a time: a newer one takes the place of an older one,
+// whose switch has most likely gone without a word.
+#include "lab/keeper_service.h"
+
+#include "lab/mac.h"
+
+#include <nlohmann/json.hpp>
+
+#include <chrono>
+
+namespace lab {
+
+namespace {
+
+constexpr std::string_view listen_path = "/router/listen/";
+// How often a waiting poll looks whether its peer is still there.
+constexpr auto glance = std::chrono::milliseconds(200);
+
+Reply nothing() { return {200, "{}"}; }
+
+} // namespace
+
+Reply KeeperService::listen(const Call& call) {
+    const std::string mac =
+        call.path.starts_with(listen_path) ? call.path.substr(listen_path.size()) : std::string();
+    if (call.method == "GET" && canonical_mac(mac) == mac)
+        return wait_for_action(mac, call);
+    const std::string reason = call.method + " " + call.path + " is not GET /router/listen/MAC";
+    store_.count("rejected.path");
+    events_.note(
+        "rejected", "", "rejected on the keeper channel: " + reason,
+        {{"code", "path"}, {"reason", reason}, {"target", call.path}});
+    return {403, "path: " + reason + "\n", "text/plain"};
+}
+
+// A switch that nobody registered waits like any other: an answer would make it ask again at once.
+Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
+    std::unique_lock lock(mutex_);
+    const uint64_t number = ++latest_[mac];
+    changed_.notify_all();
+    waiting_[mac]++;
+    events_.note("poll", mac, mac + " waits on the keeper channel");
+    const auto end = std::chrono::steady_clock::now() +
+                     std::chrono::milliseconds(int64_t(policy_.get().poll_seconds * 1000));
+    std::optional<ActionRecord> action;
+    while (!stopping_ && latest_[mac] == number && !call.hung_up()) {
+        if ((action = store_.take_action(mac)) || std::chrono::steady_clock::now() >= end)
+            break;
+        changed_.wait_for(lock, glance);
+    }
+    waiting_[mac]--;
+    return action ? answer(*action, mac) : nothing();
+}
+
+Reply KeeperService::answer(const ActionRecord& action, const std::string& mac) {
+    events_.note(
+        "action-answered", mac, mac + " is sent action " + action.document,
+        {{"action_id", action.id}});
+    Reply reply{200, action.document};
+    reply.unsent = [this, id = action.id] { store_.put_back_action(id); };
+    return reply;
+}
+
+int64_t KeeperService::push(const std::string& mac, const std::string& document) {
+    const int64_t id = store_.queue_action(mac, document, wall_seconds());
+    events_.note(
+        "action-queued", mac, "action for " + mac + " queued: " + document, {{"action_id", id}});
+    const std::lock_guard lock(mutex_);
+    changed_.notify_all();
+    return id;
+}
+
+int64_t KeeperService::waiting(const std::string& mac) const {
+    const std::lock_guard lock(mutex_);
+    int64_t count = 0;
+    for (const auto& [owner, polls] : waiting_)
+        if (mac.empty() || mac == owner)
+            count += polls;
+    return count;
+}
+
+void KeeperService::stop() {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+    changed_.notify_all();
+}
+
+} // namespace lab

@@ -1,0 +1,38 @@
+// What can be set while the lab runs.
+#pragma once
+
+#include "lab/clock.h"
+
+#include <cstdint>
+#include <mutex>
+
+namespace lab {
+
+struct Policy {
+    int64_t window = 300;          // seconds a timestamp may lie off either way; 0: any
+    int64_t clock_offset = 0;      // seconds by which the lab's idea of time differs
+    double redeliver_seconds = 10; // least time between two deliveries of one document
+    int64_t redeliver_tries = 10;  // deliveries before a document counts as refused; 0: no limit
+    double poll_seconds = 1500;    // a long-poll without an action is answered after this
+};
+
+class PolicyBox {
+  public:
+    explicit PolicyBox(const Policy& policy) : policy_(policy) {}
+
+    Policy get() const {
+        const std::lock_guard lock(mutex_);
+        return policy_;
+    }
+    void set(const Policy& policy) {
+        const std::lock_guard lock(mutex_);
+        policy_ = policy;
+    }
+    int64_t now() const { return wall_seconds() + get().clock_offset; }
+
+  private:
+    mutable std::mutex mutex_;
+    Policy policy_;
+};
+
+} // namespace lab
