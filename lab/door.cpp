@@ -17,6 +17,7 @@
 #include <set>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace lab {
 
@@ -221,7 +222,6 @@ class Door::Server : public httplib::Server {
         set_error_handler([this](const Request& request, Response& response) {
             if (response.body.empty())
                 answer(request, response, {}, false);
-            return HandlerResponse::Handled;
         });
         set_exception_handler([](const Request&, Response& response, std::exception_ptr) {
             response.status = 500;
