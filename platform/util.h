@@ -15,6 +15,15 @@ int sys_util_mac2Str(const uint8_t* mac, char* text);
 // An IPv4 address as dotted text; the buffer holds at least 16 bytes.
 int sys_util_ip2Str(uint32_t address, char* text);
 
+// The reverse of the two: a MAC address written with ":" or "-" between its bytes, in upper or
+// lower case; a dotted IPv4 address. Any other text is an error.
+int sys_util_str2Mac(const char* text, uint8_t* mac);
+int sys_util_str2Ip(const char* text, uint32_t* address);
+
+// Copies a name or description, cut to `longest` characters, and terminates it; `copy` holds
+// longest + 1 bytes. A text with a control character is an error.
+int sys_util_namestrcpy(char* copy, const char* text, uint32_t longest);
+
 // A decimal text, and nothing else, as an unsigned number.
 int sys_util_str2ul_ret(const char* text, uint32_t* number);
 
