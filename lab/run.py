@@ -1,0 +1,96 @@
+"""What `./run` starts: the lab cloud, one simulated switch, and somebody who tells what happens.
+
+    run.py --build DIR --state DIR [--once]"""
+import argparse
+import pathlib
+import re
+import shutil
+import signal
+import sys
+import time
+
+import story
+from workbench import Failed, Lab, MAC, Switch
+
+# What of the switch's trace is worth telling: what changes it, not what is read from it.
+WORTH_TELLING = re.compile(
+    r"_set\(|_add\(|_del\(|_create\(|_destroy\(|_save\(|_reset|reboot|restart|system\(|"
+    r"^transfer|clock_settime|_kill|_clr|_bind|_unbind|_download|_write\(|_sel\(")
+
+
+def say(text):
+    print(text, flush=True)
+
+
+def follow(file, prefix, worth_telling):
+    """Yields control until interrupted, telling new lines of a growing file."""
+    position = 0
+    while True:
+        if file.exists():
+            with open(file, errors="replace") as trace:
+                trace.seek(position)
+                for line in trace:
+                    if worth_telling.search(line):
+                        say(f"{prefix}{line.rstrip()}")
+                position = trace.tell()
+        time.sleep(0.2)
+
+
+def start(arguments, state, listener, speed):
+    lab = Lab(arguments.build / "lab/lab_cloud", state / "cloud", listener)
+    switch = Switch(arguments.build / "sim/vx_cloud_sim", state / "switch", lab, speed,
+                    scenario={})
+    return lab, switch
+
+
+def once(arguments):
+    state = arguments.state / "once"
+    shutil.rmtree(state, ignore_errors=True)
+    lab, switch = start(arguments, state, None, 60)
+    try:
+        switch.start()
+        ok = story.play(lab, switch, say)
+    finally:
+        switch.stop()
+        lab.stop()
+    say("All of it happened." if ok else f"Not all of it happened; see {state}")
+    return 0 if ok else 1
+
+
+def forever(arguments):
+    state = arguments.state / "live"
+    lab, switch = start(arguments, state, lambda line: say(f"cloud  | {line}"), 10)
+    admin = f"http://127.0.0.1:{lab.ports['admin']}"
+    say(f"The lab cloud's admin interface is {admin}; try")
+    say(f"  curl {admin}/switches/{MAC}/report")
+    say(f"  curl -d '{{\"system\":{{\"jumbo_frames\":{{\"size\":9000}}}}}}' "
+        f"{admin}/switches/{MAC}/settings")
+    say(f"  curl -d '{{\"action\":\"checkin\"}}' {admin}/switches/{MAC}/actions")
+    say("The switch lives ten times as fast as you. Ctrl-C ends both.")
+    (switch.root / "trace.log").unlink(missing_ok=True)
+    try:
+        switch.start()
+        follow(switch.root / "trace.log", "switch | ", WORTH_TELLING)
+    finally:
+        switch.stop()
+        lab.stop()
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("--state", type=pathlib.Path, required=True)
+    parser.add_argument("--once", action="store_true")
+    arguments = parser.parse_args()
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(0))
+    try:
+        return once(arguments) if arguments.once else forever(arguments)
+    except Failed as failure:
+        say(f"FAILED: {failure}")
+        return 1
+    except KeyboardInterrupt:
+        say("")
+        return 0
+
+
+sys.exit(main())

@@ -1,0 +1,143 @@
+"""The story that `./run --once` plays: a switch checks in, is configured, refuses, is told, moves.
+
+Each step says what was seen; one that does not see what it should raises Failed."""
+import time
+
+from workbench import Failed
+
+
+def expect(condition, what):
+    if not condition:
+        raise Failed(what)
+
+
+def member(document, *path):
+    for key in path:
+        document = document[key] if isinstance(document, dict) else {}
+    return document
+
+
+class Story:
+    """The steps share the lab, the switch, and the id of the last event they looked at."""
+
+    def __init__(self, lab, switch, say):
+        self.lab, self.switch, self.say = lab, switch, say
+        self.after = 0
+        self.keeper_changed = False
+
+    def event(self, kind, seconds=20, **details):
+        event = self.lab.event(kind, self.after, seconds, lambda e: all(
+            e.get(key) == value for key, value in details.items()))
+        self.after = event["id"]
+        return event
+
+    def mark(self):
+        """What is waited for from here on happens after now."""
+        self.after = self.lab.last_event()
+
+    def deliver(self, document):
+        number = self.lab.queue_settings(document)
+        self.event("settings-delivered", config_seqno=number)
+        return number
+
+    def apply(self, document):
+        """Settings are queued, delivered, and acknowledged; the report that did it."""
+        number = self.deliver(document)
+        self.event("settings-acknowledged", config_seqno=number)
+        return number, self.lab.report()
+
+    def push(self, **action):
+        """An action is pushed and a check-in follows; the seconds between."""
+        self.mark()
+        started = time.monotonic()
+        self.lab.push(**action)
+        answered = self.event("action-answered")
+        self.event("checkin")
+        return time.monotonic() - started, answered
+
+    # --- The steps, in their order.
+
+    def first_checkin(self):
+        event = self.event("checkin", 30)
+        self.say(f"signature verified, {event['bytes']} bytes, sections "
+                 f"{', '.join(event['sections'])}")
+        summary = member(self.lab.report(), "system", "summary_info")
+        self.say(f"it is \"{summary['device_name']}\", a {summary['model']} with "
+                 f"{summary['total_ports']} ports, firmware {summary['firmware_version']}")
+
+    def settings_round_trip(self):
+        number, report = self.apply({"system": {
+            "summary_info": {"device_name": "Lobby-1"},
+            "cloud": {"checkin_interval": 120},
+            "jumbo_frames": {"size": 9000}}})
+        seen = (member(report, "system", "summary_info", "device_name"),
+                member(report, "system", "cloud", "checkin_interval"),
+                member(report, "system", "jumbo_frames", "size"))
+        expect(seen == ("Lobby-1", 120, 9000), f"the report shows {seen}")
+        saved = member(self.switch.startup_config(), "system", "name")
+        expect(saved == "Lobby-1", f"the startup configuration has the name {saved!r}")
+        self.say(f"settings {number}: name, interval and frame size applied, saved, acknowledged "
+                 "by number in the next report")
+
+    def refusal(self):
+        acknowledged = member(self.lab.report(), "system", "cloud", "config_seqno")
+        number = self.deliver({"system": {"jumbo_frames": {"size": 20000}}})
+        self.event("checkin", config_seqno=acknowledged)
+        report = self.lab.report()
+        expect(member(report, "system", "jumbo_frames", "size") == 9000, "the frame size changed")
+        self.lab.withdraw_settings(number)
+        self.say(f"settings {number}: a frame size of 20000 bytes refused, 9000 kept, the switch "
+                 f"still reports number {acknowledged}")
+
+    def pushed_checkin(self):
+        seconds, _ = self.push(action="checkin")
+        expect(seconds < 1, f"the check-in came after {seconds:.2f} s")
+        self.say(f"a pushed \"checkin\" was performed after {seconds * 1000:.0f} ms")
+
+    def local_request(self):
+        self.mark()
+        self.switch.request({"system": {"summary_info": {"device_name": "Lobby-2"}}})
+        self.wait_for_report("device name Lobby-2", lambda r: member(
+            r, "system", "summary_info", "device_name") == "Lobby-2")
+        expect(self.switch.request_is_gone(), "the request file is still there")
+        self.say("a local request renamed the switch on SIGUSR1; its file is gone")
+
+    def wait_for_report(self, what, condition, seconds=20):
+        end = time.monotonic() + seconds
+        while not condition(self.lab.report()):
+            if time.monotonic() > end:
+                raise Failed(f"no report with {what} within {seconds} s")
+            self.event("checkin", seconds)
+
+    def keeper_host(self):
+        port = self.lab.ports["keeper"][1]
+        self.apply({"system": {"cloud": {"connkeeper_host": f"localhost:{port}"}}})
+        self.event("poll", port=port)
+        seconds, answered = self.push(action="checkin")
+        expect(answered.get("port") == port, f"the push was answered on port {answered.get('port')}")
+        expect(seconds < 1, f"the check-in came after {seconds:.2f} s")
+        self.say(f"the keeper thread was restarted on localhost:{port}; a push there was performed "
+                 f"after {seconds * 1000:.0f} ms")
+
+
+STEPS = (
+    ("A switch checks in", Story.first_checkin),
+    ("It is configured", Story.settings_round_trip),
+    ("It refuses a bad setting", Story.refusal),
+    ("It is told to check in", Story.pushed_checkin),
+    ("It takes a local request", Story.local_request),
+    ("Its connection keeper moves", Story.keeper_host),
+)
+
+
+def play(lab, switch, say):
+    """Plays every step; true when all of it happened."""
+    story = Story(lab, switch, lambda text: say(f"      {text}"))
+    for number, (title, step) in enumerate(STEPS, 1):
+        say(f"{number:2}. {title}")
+        try:
+            step(story)
+        except Failed as failure:
+            say(f"      FAILED: {failure}")
+            return False
+    return True

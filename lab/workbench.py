@@ -1,0 +1,205 @@
+"""A lab cloud and simulated switches as processes: started, asked and stopped from a script."""
+import json
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import threading
+import time
+import urllib.error
+import urllib.request
+
+MAC = "02:1B:2C:3D:4E:5F"
+KEY = "lab-key"
+SECRET = "lab-secret"
+
+
+class Failed(Exception):
+    """What was expected did not happen."""
+
+
+def wait_until(what, condition, seconds=20):
+    """The first true value of `condition`; Failed, naming `what`, when there is none in time."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise Failed(f"{what}: not within {seconds} s")
+        time.sleep(0.02)
+
+
+class Process:
+    """A program whose output goes to a file, and to `listener` line by line."""
+
+    def __init__(self, command, log, listener=None):
+        self.log = pathlib.Path(log)
+        self.child = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                      stdin=subprocess.DEVNULL)
+        self.reader = threading.Thread(target=self._read, args=(listener,), daemon=True)
+        self.reader.start()
+
+    def _read(self, listener):
+        with open(self.log, "ab") as log:
+            for line in self.child.stdout:
+                log.write(line)
+                log.flush()
+                if listener:
+                    listener(line.decode(errors="replace").rstrip("\n"))
+
+    def running(self):
+        return self.child.poll() is None
+
+    def stop(self, how=signal.SIGTERM):
+        if self.running():
+            self.child.send_signal(how)
+            try:
+                self.child.wait(10)
+            except subprocess.TimeoutExpired:
+                self.child.kill()
+                self.child.wait()
+        self.reader.join(10)
+        return self.child.returncode
+
+
+class Lab:
+    """The lab cloud, with one account for the switch of MAC unless others are given."""
+
+    def __init__(self, program, folder, listener=None, options=()):
+        self.folder = pathlib.Path(folder)
+        self.folder.mkdir(parents=True, exist_ok=True)
+        ports = self.folder / "ports.json"
+        ports.unlink(missing_ok=True)
+        self.process = Process(
+            [str(program), "--data", str(self.folder), "--https-port", "0", "--https-port", "0",
+             "--keeper-port", "0", "--keeper-port", "0", "--account", f"{MAC},{KEY},{SECRET}",
+             *options],
+            self.folder / "lab.log", listener)
+        wait_until("the lab cloud is ready", lambda: ports.exists() or self._check_running())
+        self.ports = json.loads(ports.read_text())
+
+    def _check_running(self):
+        if not self.process.running():
+            raise Failed("the lab cloud ended: " + (self.folder / "lab.log").read_text())
+
+    def ask(self, method, path, document=None):
+        body = None
+        if document is not None:
+            body = document if isinstance(document, bytes) else json.dumps(document).encode()
+        request = urllib.request.Request(
+            f"http://127.0.0.1:{self.ports['admin']}{path}", body, method=method)
+        with urllib.request.urlopen(request, timeout=70) as answer:
+            text = answer.read()
+        return json.loads(text) if text else None
+
+    def last_event(self):
+        return self.ask("GET", "/events?after=999999999&timeout=0")["last"]
+
+    def event(self, kind, after, seconds=20, where=lambda event: True):
+        """The first event of a kind after an id that meets a condition."""
+        end = time.monotonic() + seconds
+        while True:
+            left = end - time.monotonic()
+            if left <= 0:
+                raise Failed(f"no event \"{kind}\" within {seconds} s")
+            found = self.ask("GET", f"/events?after={after}&kind={kind}&timeout={left:.2f}")
+            for event in found["events"]:
+                after = event["id"]
+                if where(event):
+                    return event
+
+    def report(self):
+        return self.ask("GET", f"/switches/{MAC}/report")
+
+    def queue_settings(self, document):
+        return self.ask("POST", f"/switches/{MAC}/settings", document)["config_seqno"]
+
+    def withdraw_settings(self, number):
+        self.ask("DELETE", f"/switches/{MAC}/settings/{number}")
+
+    def push(self, **action):
+        return self.ask("POST", f"/switches/{MAC}/actions", action)["id"]
+
+    def misbehave(self, mode, **how):
+        self.ask("POST", "/misbehave", {"mode": mode, **how})
+
+    def behave(self):
+        self.ask("DELETE", "/misbehave")
+
+    def stop(self):
+        return self.process.stop()
+
+
+class Switch:
+    """A simulated switch whose cloud is a lab, with the agent on it."""
+
+    def __init__(self, program, folder, lab, speed=60, scenario=None, listener=None, options=()):
+        self.program = program
+        self.root = pathlib.Path(folder)
+        self.root.mkdir(parents=True, exist_ok=True)
+        self.speed = speed
+        self.listener = listener
+        self.options = options
+        self.scenario = self.root.with_suffix(".json")
+        self._trust(lab)
+        self._write_scenario(lab, scenario or {})
+        self.process = None
+
+    def _trust(self, lab):
+        certificates = self.root / "etc/ssl/certs"
+        shutil.rmtree(certificates, ignore_errors=True)
+        shutil.copytree(lab.ports["ca_dir"], certificates)
+
+    def _write_scenario(self, lab, scenario):
+        suffix = MAC.replace(":", "").lower()
+        cloud = {
+            "checkin_host": f"localhost:{lab.ports['https'][0]}",
+            "fallback_host": f"localhost:{lab.ports['https'][1]}",
+            "connkeeper_host": f"localhost:{lab.ports['keeper'][0]}",
+            "key": KEY + suffix,
+            "secret": SECRET + suffix,
+            **scenario.get("cloud", {}),
+        }
+        hardware = {**scenario.get("hardware", {})}
+        hardware["system"] = {"mac": MAC, **hardware.get("system", {})}
+        self.scenario.write_text(
+            json.dumps({**scenario, "hardware": hardware, "cloud": cloud}, indent=1))
+
+    def start(self):
+        self.process = Process(
+            [str(self.program), "--root", str(self.root), "--scenario", str(self.scenario),
+             "--speed", str(self.speed), "--trace", str(self.root / "trace.log"), *self.options],
+            self.root / "agent.log", self.listener)
+        return self
+
+    def running(self):
+        return self.process.running()
+
+    def trace(self):
+        file = self.root / "trace.log"
+        return file.read_text(errors="replace").splitlines() if file.exists() else []
+
+    def console(self):
+        file = self.root / "dev/console"
+        return file.read_text(errors="replace") if file.exists() else ""
+
+    def startup_config(self):
+        file = self.root / "etc/startup-config.json"
+        return json.loads(file.read_text())["config"] if file.exists() else {}
+
+    def request(self, document):
+        """Leaves a local request and tells the agent."""
+        text = document if isinstance(document, str) else json.dumps(document)
+        (self.root / "tmp/vx_cloud_post").write_text(text)
+        self.tell()
+
+    def tell(self):
+        os.kill(self.process.child.pid, signal.SIGUSR1)
+
+    def request_is_gone(self):
+        return not (self.root / "tmp/vx_cloud_post").exists()
+
+    def stop(self, how=signal.SIGTERM):
+        return self.process.stop(how) if self.process else None
