@@ -4,15 +4,12 @@
 #include <string>
 
 #include "core/errors.h"
+#include "tests/support/on_board.h"
 #include "json/validators.h"
 
 namespace {
 
-class Ipv4 : public testing::Test {
-  protected:
-    void SetUp() override { clear_errors(); }
-    void TearDown() override { clear_errors(); }
-};
+class Ipv4 : public OnBoard {};
 
 TEST_F(Ipv4, AcceptsAnAddress) {
     for (const char* text : {"192.168.1.254", "0.0.0.0", "255.255.255.255"})
@@ -51,6 +48,27 @@ TEST_F(Ipv4, TooFewPartsIsTheTokenizersErrorAndIsRecorded) {
         ASSERT_EQ(error_count, ++count) << text;
         EXPECT_EQ(error_flags[count - 1], static_cast<uint32_t>(code)) << text;
     }
+}
+
+TEST_F(Ipv4, TheTokenizersOwnCodeIsPassedOn) {
+    fail("sys_util_getnext", 77, 2);
+    EXPECT_EQ(ipv4_addr_validate("1.2.3.4"), 77);
+    EXPECT_EQ(recorded(), Codes{77});
+}
+
+TEST_F(Ipv4, AConversionThatFailsIsARefusalAndNotRecorded) {
+    fail("sys_util_str2ul_ret", 77, 4);
+    EXPECT_EQ(ipv4_addr_validate("1.2.3.4"), -1);
+    EXPECT_EQ(recorded(), Codes{});
+}
+
+TEST_F(Ipv4, TakesThreePartsAndConvertsTheRemainder) {
+    ipv4_addr_validate("1.2.3.4");
+    const Lines expected{
+        "sys_util_getnext", "sys_util_str2ul_ret", "sys_util_getnext",    "sys_util_str2ul_ret",
+        "sys_util_getnext", "sys_util_str2ul_ret", "sys_util_str2ul_ret",
+    };
+    EXPECT_EQ(calls(), expected);
 }
 
 TEST_F(Ipv4, MissingTextIs498AndNotRecorded) {
