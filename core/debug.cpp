@@ -24,7 +24,8 @@ static void write_to_console(const char* text, size_t length) {
 }
 
 // A report is far longer than any buffer worth keeping, so the text is measured first.
-static void print_formatted(const char* format, va_list arguments) {
+__attribute__((format(printf, 1, 0))) static void
+print_formatted(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
     int length = vsnprintf(nullptr, 0, format, arguments);

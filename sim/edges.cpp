@@ -245,10 +245,11 @@ int __wrap___res_init() {
     return 0;
 }
 
-CURLcode __wrap_curl_easy_setopt(CURL* transfer, CURLoption option, ...) {
+// The option is passed as the integer that va_start can stand on.
+CURLcode __wrap_curl_easy_setopt(CURL* transfer, unsigned option, ...) {
     va_list arguments;
     va_start(arguments, option);
-    CURLcode result = sim::set_option(transfer, option, arguments);
+    CURLcode result = sim::set_option(transfer, static_cast<CURLoption>(option), arguments);
     va_end(arguments);
     return result;
 }

@@ -60,14 +60,11 @@ std::string write_set(std::span<const std::uint32_t> words) {
 bool read_range(const std::string& item, std::span<std::uint32_t> words) {
     unsigned first = 0;
     const char* end = item.data() + item.size();
-    auto [at, error] = std::from_chars(item.data(), end, first);
+    std::from_chars_result read = std::from_chars(item.data(), end, first);
     unsigned last = first;
-    if (error == std::errc{} && at != end && *at == '-')
-        std::tie(at, error) = [&] {
-            auto result = std::from_chars(at + 1, end, last);
-            return std::pair(result.ptr, result.ec);
-        }();
-    if (error != std::errc{} || at != end || last < first || last >= words.size() * 32)
+    if (read.ec == std::errc{} && read.ptr != end && *read.ptr == '-')
+        read = std::from_chars(read.ptr + 1, end, last);
+    if (read.ec != std::errc{} || read.ptr != end || last < first || last >= words.size() * 32)
         return false;
     for (unsigned bit = first; bit <= last; ++bit)
         words[bit / 32] |= 1u << (bit % 32);
