@@ -26,6 +26,10 @@ function(vx_agent_options target)
   target_compile_options(${target} PRIVATE
     -fno-exceptions -fno-rtti -fno-threadsafe-statics -fvisibility=default -Wconversion
     -Wno-sign-conversion)
+  # Lets the fuzz targets see which way an input took; AddressSanitizer brings the other half.
+  if(CMAKE_CXX_COMPILER_ID MATCHES Clang AND VX_SANITIZE MATCHES address)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # vx_agent_layer(<target> <folder> [linked layers...]): every source of <folder> is in it. The folder's
