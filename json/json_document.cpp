@@ -173,6 +173,21 @@ cJSON* cJSON_CreateLongUintNumber(uint32_t value) { return new_uint32(nullptr, v
 
 cJSON* cJSON_CreateLongLongUintNumber(uint64_t value) { return new_uint64(nullptr, value); }
 
+static cJSON* attach(cJSON* object, cJSON* node) {
+    if (!node || cJSON_AddItemToArray(object, node))
+        return node;
+    cJSON_Delete(node);
+    return nullptr;
+}
+
+cJSON* attachJsonObject(cJSON* object, const char* name) {
+    return attach(object, new_node(cJSON_Object, name, nullptr));
+}
+
+cJSON* attachJsonArray(cJSON* object, const char* name) {
+    return attach(object, new_node(cJSON_Array, name, nullptr));
+}
+
 void addJsonObject(cJSON* object, const char* name, cJSON* node) {
     if (node && node != object && !cJSON_AddItemToObject(object, name, node))
         cJSON_Delete(node);

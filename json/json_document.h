@@ -60,7 +60,13 @@ cJSON* createJsonStringArray(const char* const* texts, int count);
 cJSON* cJSON_CreateLongUintNumber(uint32_t value);
 cJSON* cJSON_CreateLongLongUintNumber(uint64_t value);
 
-// The node is handed over; where memory is short it is deleted instead. Adding null does nothing.
+// A new object or array as a member of `object`, for the caller to fill. It belongs to `object`.
+// Null where memory is short or `object` is null; a null may be filled too, to no effect.
+cJSON* attachJsonObject(cJSON* object, const char* name);
+cJSON* attachJsonArray(cJSON* object, const char* name);
+
+// The node is handed over; where memory is short it is deleted instead, so a node that is to be
+// filled after it was added comes from attachJsonObject. Adding null does nothing.
 void addJsonObject(cJSON* object, const char* name, cJSON* node);
 void addJsonArrayItem(cJSON* array, cJSON* node);
 
