@@ -10,6 +10,7 @@ int rsd_acl_mgmt_ace_add(const AclMgmtEntry* entry)   { return chip_entry_set(28
 int rsd_acl_mgmt_ace_del(const AclMgmtEntry* entry)   { return chip_entry_set(2820, entry); }
 int rsd_acl_mgmt_class_add(const AclMgmtClass* entry) { return chip_entry_set(2821, entry); }
 int rsd_acl_mgmt_class_del(const AclMgmtClass* entry) { return chip_entry_set(2822, entry); }
+
 int rsd_acl_mgmt_list_num_get(uint32_t* lists)        { return chip_request(2881, lists); }
 int rsd_acl_mgmt_name_get(uint32_t index, char* name) { return chip_text_get<ACL_MGMT_NAME_SIZE>(2882, name, index); }
 int rsd_acl_mgmt_list_acenum_get(AclMgmtCount* count) { return chip_entry_find(2883, count); }

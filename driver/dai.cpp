@@ -4,16 +4,17 @@
 #include "driver/request.h"
 
 // clang-format off
-int dai_enable_set(uint32_t enable)                          { return request_set(513, enable); }
-int dai_vlan_enable_set(uint32_t vlan, uint32_t enable)      { return request_vlan_set(514, vlan, enable); }
-int dai_port_trust_set(uint32_t port, uint32_t trusted)      { return request_port_set(515, port, trusted); }
-int dai_port_smacChk_set(uint32_t port, uint32_t enable)     { return request_port_set(516, port, enable); }
-int dai_port_dmacChk_set(uint32_t port, uint32_t enable)     { return request_port_set(517, port, enable); }
-int dai_port_ipChk_set(uint32_t port, uint32_t enable)       { return request_port_set(518, port, enable); }
-int dai_port_ipZeroAllow_set(uint32_t port, uint32_t allow)  { return request_port_set(519, port, allow); }
-int dai_portMib_clear(uint32_t port)                         { return request_port_clear(520, port); }
-int dai_vlanMib_clear(uint32_t vlan)                         { return request_vlan_clear(521, vlan); }
-int dai_arp_rateLimit_set(uint32_t port, uint32_t packets)   { return request_port_set(522, port, packets); }
+int dai_enable_set(uint32_t enable)                         { return request_set(513, enable); }
+int dai_vlan_enable_set(uint32_t vlan, uint32_t enable)     { return request_vlan_set(514, vlan, enable); }
+int dai_port_trust_set(uint32_t port, uint32_t trusted)     { return request_port_set(515, port, trusted); }
+int dai_port_smacChk_set(uint32_t port, uint32_t enable)    { return request_port_set(516, port, enable); }
+int dai_port_dmacChk_set(uint32_t port, uint32_t enable)    { return request_port_set(517, port, enable); }
+int dai_port_ipChk_set(uint32_t port, uint32_t enable)      { return request_port_set(518, port, enable); }
+int dai_port_ipZeroAllow_set(uint32_t port, uint32_t allow) { return request_port_set(519, port, allow); }
+int dai_portMib_clear(uint32_t port)                        { return request_port_clear(520, port); }
+int dai_vlanMib_clear(uint32_t vlan)                        { return request_vlan_clear(521, vlan); }
+int dai_arp_rateLimit_set(uint32_t port, uint32_t packets)  { return request_port_set(522, port, packets); }
+
 int dai_enable_get(uint32_t* enable)                         { return request_get(577, enable); }
 int dai_vlan_enable_get(uint32_t vlan, uint32_t* enable)     { return request_vlan_get(578, vlan, enable); }
 int dai_port_trust_get(uint32_t port, uint32_t* trusted)     { return request_port_get(579, port, trusted); }

@@ -30,9 +30,10 @@ static int indexed_counter(uint32_t command, uint32_t counter, uint64_t* count) 
 }
 
 // clang-format off
-int rsd_mib_cntr_clr(uint32_t port)                                              { return chip_request(2945, port); }
-int rsd_mib_cntrGlobal_clr()                                                     { return chip_request(2946); }
-int rsd_mib_cntrDebug_clr()                                                      { return MIB_NOT_CLEARABLE; /* 2947 is never sent */ }
+int rsd_mib_cntr_clr(uint32_t port) { return chip_request(2945, port); }
+int rsd_mib_cntrGlobal_clr()        { return chip_request(2946); }
+int rsd_mib_cntrDebug_clr()         { return MIB_NOT_CLEARABLE; /* 2947 is never sent */ }
+
 int rsd_mib_etherStatsDropEvents_get(uint32_t port, uint64_t* count)             { return port_counter(3009, port, count); }
 int rsd_mib_etherStatsOctets_get(uint32_t port, uint64_t* count)                 { return port_counter(3010, port, count); }
 int rsd_mib_etherStatsPkts_get(uint32_t port, uint64_t* count)                   { return port_counter(3011, port, count); }

@@ -7,5 +7,6 @@
 int rsd_mirror_group_set(uint32_t group, const MirrorGroup* entry) { return chip_entry_set(3077, entry, group); }
 int rsd_mirror_group_del(uint32_t group)                           { return chip_request(3078, group); }
 int rsd_mirror_egrMode_set(uint32_t mode)                          { return chip_request(3079, mode); }
-int rsd_mirror_egrMode_get(uint32_t* mode)                         { return chip_request(3140, mode); }
+
+int rsd_mirror_egrMode_get(uint32_t* mode) { return chip_request(3140, mode); }
 // clang-format on

@@ -4,10 +4,11 @@
 #include "driver/request.h"
 
 // clang-format off
-int rsd_port_securityEnable_set(uint32_t port, uint32_t enable)         { return chip_port_request(3586, port, enable); }
-int rsd_port_security_set(uint32_t port, const PortSecurity* security)  { return chip_port_entry_set(3587, security, port); }
-int rsd_port_securityEntryNum_set(uint32_t port, uint32_t entries)      { return chip_port_request(3588, port, entries); }
-int rsd_port_securityAction_set(uint32_t port, uint32_t action)         { return chip_port_request(3589, port, action); }
+int rsd_port_securityEnable_set(uint32_t port, uint32_t enable)        { return chip_port_request(3586, port, enable); }
+int rsd_port_security_set(uint32_t port, const PortSecurity* security) { return chip_port_entry_set(3587, security, port); }
+int rsd_port_securityEntryNum_set(uint32_t port, uint32_t entries)     { return chip_port_request(3588, port, entries); }
+int rsd_port_securityAction_set(uint32_t port, uint32_t action)        { return chip_port_request(3589, port, action); }
+
 int rsd_portSecurity_global_get(PortSecurityGlobal* security)           { return chip_entry_get(3649, security); }
 int rsd_port_securityEnable_get(uint32_t port, uint32_t* enable)        { return chip_port_request(3650, port, enable); }
 int rsd_port_security_get(uint32_t port, PortSecurity* security)        { return chip_port_entry_get(3651, security, port); }

@@ -18,5 +18,6 @@ int rsd_qos_queueIpp_set(uint32_t queue, uint32_t precedence)                   
 int rsd_qos_portRemarkCos_set(uint32_t port, uint32_t enable)                   { return chip_port_request(3724, port, enable); }
 int rsd_qos_portRemarkDscp_set(uint32_t port, uint32_t enable)                  { return chip_port_request(3725, port, enable); }
 int rsd_qos_portRemarkIpp_set(uint32_t port, uint32_t enable)                   { return chip_port_request(3726, port, enable); }
-int rsd_qos_ipRemarkAbility_check(uint32_t* able)                               { return chip_request(3777, able); }
+
+int rsd_qos_ipRemarkAbility_check(uint32_t* able) { return chip_request(3777, able); }
 // clang-format on

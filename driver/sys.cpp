@@ -7,6 +7,7 @@
 int rsd_sys_ipAddr_set(uint32_t address, uint32_t mask) { return chip_request(1, address, mask); }
 int rsd_sys_info_set(const SysInfo* info)               { return chip_entry_set(3, info); }
 int rsd_sys_status_set(uint32_t status)                 { return chip_request(5, status); }
+
 int rsd_sys_macAddr_get(SysMac* mac)                    { return chip_entry_get(65, mac); }
 int rsd_sys_portMacAddr_get(uint32_t port, SysMac* mac) { return chip_port_entry_get(66, mac, port); }
 int rsd_sys_info_get(SysInfo* info)                     { return chip_entry_get(67, info); }

@@ -1,18 +1,122 @@
 // The simulated switch chip: what answers a request on "/dev/ski".
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace sim {
 
+constexpr int chip_mirror_groups = 4;
+constexpr int chip_trunk_groups = 8; // the last logical ports
+constexpr int chip_l4_ranges = 16;
+
+// Packets a second that pass a port while it has link; of 100 packets 90 are unicast, 6 multicast
+// and 4 broadcast.
+struct ChipTraffic {
+    double rx_packets = 0;
+    double tx_packets = 0;
+    std::uint32_t packet_bytes = 512;
+};
+
+// A pair of a copper cable, as a test finds it.
+struct ChipPair {
+    std::uint8_t state = 0; // 0 without fault; the driver's fault codes
+    std::uint8_t length_m = 0;
+};
+
+struct ChipPort {
+    bool copper = true;
+    bool enabled = true;
+    bool plugged = false; // a live partner at the other end
+    bool link() const { return enabled && plugged; }
+    std::uint32_t speed = 2;           // of a link: 0 10M, 1 100M, 2 1000M
+    std::uint32_t duplex = 1;          // 0 half, 1 full
+    std::uint32_t max_frame_bytes = 0; // 0: the switch's own limit
+    ChipTraffic traffic;
+    double rx_rest = 0, tx_rest = 0;                 // parts of a packet
+    std::map<std::uint32_t, std::uint64_t> counters; // by the command number of their read
+    std::array<ChipPair, 4> cable{};                 // what a test would find now
+    std::optional<std::array<ChipPair, 4>> tested;   // what the last test found
+};
+
+struct ChipL4Range {
+    std::uint32_t kind = 0, first = 0, last = 0;
+    std::uint32_t users = 0; // 0: free
+};
+
+// A set of logical ports, bit p % 32 of word p / 32.
+using ChipPortSet = std::array<std::uint32_t, 3>;
+
+struct ChipMirror {
+    std::uint32_t target = 0, ingress = 0;
+    ChipPortSet rx{}, tx{};
+};
+
+enum class ChipTrunkMode : std::uint32_t { none = 0, fixed = 1, lacp = 2 };
+
+struct ChipTrunk {
+    ChipTrunkMode mode = ChipTrunkMode::none;
+    ChipPortSet members{};
+};
+
+struct ChipState {
+    std::vector<ChipPort> ports;
+    std::uint32_t max_frame_bytes = 1522;
+    std::map<std::uint32_t, std::uint64_t> counters; // switch-wide ones
+    std::array<ChipL4Range, chip_l4_ranges> l4_ranges{};
+    std::array<std::optional<ChipMirror>, chip_mirror_groups> mirrors{};
+    std::array<ChipTrunk, chip_trunk_groups> trunks{};
+};
+
+// Every member may be called from any thread.
 class Chip {
   public:
-    explicit Chip(int logical_ports) : ports_(logical_ports) {}
+    explicit Chip(int logical_ports);
+
     int ports() const { return ports_; }
+
+    // What the driver's ioctl does with `record`, whose size goes with the command. Returns 0 or
+    // the driver's code; a failing request leaves the record as it was.
     int request(std::uint32_t command, void* record);
 
+    // Simulated time passes: the counters of the ports with link grow.
+    void advance(double seconds);
+
+    ChipState state() const {
+        std::lock_guard guard(mutex_);
+        return state_;
+    }
+
+    template <class Change> auto change(Change&& change) {
+        std::lock_guard guard(mutex_);
+        return std::forward<Change>(change)(state_);
+    }
+
+    // The record of the last request with `command`, empty when there was none. For the
+    // commands that the chip only stores.
+    std::vector<std::byte> last_record(std::uint32_t command) const;
+
+    // Makes the chip answer the read `command` with `record` whenever the arguments are those that
+    // `record` holds; it has the command's size.
+    void preset(std::uint32_t command, const void* record);
+
   private:
-    int ports_;
+    using Bytes = std::vector<std::byte>;
+
+    int stored_request(std::uint32_t command, void* record);
+
+    const int ports_;
+    mutable std::mutex mutex_;
+    ChipState state_;
+    std::map<std::uint32_t, Bytes> requested_;
+    std::map<std::pair<std::uint32_t, Bytes>, Bytes> answers_; // by read and its arguments
 };
 
 } // namespace sim
