@@ -1,6 +1,7 @@
 // Platform library: text conversions.
 //
-// Every call returns 0 or a platform code; a failing one leaves its outputs unchanged.
+// Every call returns 0 or a platform code, unless it says otherwise; a failing one leaves its
+// outputs unchanged.
 #pragma once
 
 #include <stdint.h>
@@ -31,6 +32,13 @@ int sys_util_str2ul_ret(const char* text, uint32_t* number);
 // as `text` with its terminator. `*consumed` is that part's length with the delimiter. A text
 // without the delimiter, or that begins with it, is an error.
 int sys_util_getnext(const char* text, char delimiter, char* token, int* consumed);
+
+// 1 when the bits `first` up to, but not with, `end` are all clear; bit b is bit b % 32 of word
+// b / 32. Cannot fail.
+int sys_util_bitmaskIsClear_ret(const uint32_t* words, int first, int end);
+
+// 1 when the first `count` bits of both are the same. Cannot fail.
+int sys_util_bitmaskIsEqual_ret(const uint32_t* a, const uint32_t* b, int count);
 
 #ifdef __cplusplus
 }
