@@ -3,12 +3,13 @@
 // Calls return 0 or a platform code; a failing one changes neither the switch nor its outputs.
 #pragma once
 
+#include <assert.h>
+#include <stddef.h>
 #include <stdint.h>
 
 #include "platform/types.h"
 
 #ifdef __cplusplus
-#include <cstddef>
 extern "C" {
 #endif
 
@@ -27,12 +28,10 @@ typedef struct MacEntry {
     uint32_t flags;
 } MacEntry;
 
-#ifdef __cplusplus
 static_assert(
     sizeof(MacEntry) == 32 && offsetof(MacEntry, ports) == 0 && offsetof(MacEntry, mac) == 12 &&
         offsetof(MacEntry, vlan) == 18 && offsetof(MacEntry, flags) == 28,
     "platform record");
-#endif
 
 // Takes a snapshot of the MAC address table; both tell its number of entries.
 int sal_l2_macTbl_generate(uint32_t* count);

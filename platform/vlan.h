@@ -5,12 +5,13 @@
 // value itself and cannot fail.
 #pragma once
 
+#include <assert.h>
+#include <stddef.h>
 #include <stdint.h>
 
 #include "platform/types.h"
 
 #ifdef __cplusplus
-#include <cstddef>
 extern "C" {
 #endif
 
@@ -34,9 +35,7 @@ typedef struct VlanEntry {
     uint8_t reserved[3];
 } VlanEntry;
 
-#ifdef __cplusplus
 static_assert(sizeof(VlanEntry) == 72 && offsetof(VlanEntry, members) == 0, "platform record");
-#endif
 
 // The VLAN that untagged frames of a port go to. It must exist.
 int sal_vlan_portAdminPvid_get(int port, uint32_t* vid);

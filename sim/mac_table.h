@@ -23,6 +23,8 @@ struct MacTable {
     std::vector<MacAddress> fixed;    // configuration: static addresses; stand in the table as well
     std::vector<MacAddress> snapshot; // as of the last request for one
 
+    MacTable();
+
     void config(Fields& f);
     void hardware(Fields& f);
 };

@@ -31,7 +31,7 @@ int poe_call(const char* name, int port, Body body, const Arguments&... argument
 // Sets one member, refusing what lies outside its range.
 template <class Member>
 int poe_set(
-    const char* name, std::uint8_t port, std::uint8_t value, Member PoePort::* member,
+    const char* name, std::uint8_t port, std::uint8_t value, Member PoePort::*member,
     std::uint8_t low, std::uint8_t high) {
     return poe_call(
         name, port,
@@ -45,6 +45,14 @@ int poe_set(
 }
 
 } // namespace
+
+// An access point and a camera.
+Poe::Poe() {
+    ports[0].demand = 123;
+    ports[0].power_class = 3;
+    ports[1].demand = 38;
+    ports[1].power_class = 1;
+}
 
 std::uint16_t PoePort::limit() const {
     if (limit_type == POE_LIMIT_BY_USER)

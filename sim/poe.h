@@ -15,7 +15,8 @@ struct PoePort {
     std::uint8_t user_limit = 150; // fifths of a watt
     bool classification = true;
 
-    std::uint16_t demand = 0; // what the device on the port draws, in tenths of a watt; 0: no device
+    std::uint16_t demand =
+        0; // what the device on the port draws, in tenths of a watt; 0: no device
     std::uint8_t power_class = 0;
     int resets = 0;
 
@@ -30,6 +31,8 @@ struct Poe {
     std::uint16_t budget = 3700; // tenths of a watt
     std::uint8_t mode = 1;       // 0: ports in order, 1: by priority
     std::array<PoePort, 24> ports;
+
+    Poe();
 
     // Which ports get what they ask for, with the budget shared out.
     std::array<bool, 24> delivering() const;

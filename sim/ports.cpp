@@ -30,14 +30,14 @@ int port_call(const char* name, int port, Body body, const Arguments&... argumen
         port, arguments...);
 }
 
-int get(const char* name, int port, std::uint32_t* value, bool Port::* member) {
+int get(const char* name, int port, std::uint32_t* value, bool Port::*member) {
     return port_call(name, port, [&](const Port& p) {
         *value = p.*member;
         return code_ok;
     });
 }
 
-int set(const char* name, int port, int value, bool Port::* member) {
+int set(const char* name, int port, int value, bool Port::*member) {
     return port_call(
         name, port,
         [&](Port& p) {
@@ -57,14 +57,18 @@ bool can_run(const Port& port, bool automatic, int speed) {
 
 } // namespace
 
+// Two fibre ports before the eight groups, all of them good for 10 gigabit; links on the first two
+// copper ports, the fifth and the first fibre port.
 Ports::Ports(int logical_ports) : port(static_cast<std::size_t>(logical_ports)) {
-    for (int p = count() - 10; p < count() - 8; ++p)
-        if (p >= 0)
-            port[static_cast<std::size_t>(p)].fibre = port[static_cast<std::size_t>(p)]
-                                                          .ten_gigabit = true;
-    for (int p = count() - 8; p < count(); ++p)
-        if (p >= 0)
-            port[static_cast<std::size_t>(p)].ten_gigabit = true;
+    std::size_t first_fibre = port.size() - 10;
+    for (std::size_t p = first_fibre; p < port.size(); ++p) {
+        port[p].fibre = p < first_fibre + 2;
+        port[p].ten_gigabit = true;
+        port[p].partner_speed = port[p].fibre ? 5 : 2;
+    }
+    for (std::size_t p : {std::size_t{0}, std::size_t{1}, std::size_t{4}})
+        port[p].plugged = p < first_fibre;
+    port[first_fibre].plugged = true;
 }
 
 void Port::config(Fields& f) {

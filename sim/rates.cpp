@@ -10,7 +10,7 @@ namespace {
 
 template <class Body, class... Arguments>
 int rate_call(
-    const char* name, int port, RateLimit PortRates::* side, Body body,
+    const char* name, int port, RateLimit PortRates::*side, Body body,
     const Arguments&... arguments) {
     return call(
         name,
@@ -22,14 +22,14 @@ int rate_call(
         port, arguments...);
 }
 
-int enable_get(const char* name, int port, RateLimit PortRates::* side, uint32_t* enable) {
+int enable_get(const char* name, int port, RateLimit PortRates::*side, uint32_t* enable) {
     return rate_call(name, port, side, [&](const RateLimit& limit) {
         *enable = limit.enable;
         return code_ok;
     });
 }
 
-int enable_set(const char* name, int port, RateLimit PortRates::* side, int enable) {
+int enable_set(const char* name, int port, RateLimit PortRates::*side, int enable) {
     return rate_call(
         name, port, side,
         [&](RateLimit& limit) {
@@ -41,14 +41,14 @@ int enable_set(const char* name, int port, RateLimit PortRates::* side, int enab
         enable);
 }
 
-int rate_get(const char* name, int port, RateLimit PortRates::* side, uint32_t* kbps) {
+int rate_get(const char* name, int port, RateLimit PortRates::*side, uint32_t* kbps) {
     return rate_call(name, port, side, [&](const RateLimit& limit) {
         *kbps = limit.kbps;
         return code_ok;
     });
 }
 
-int rate_set(const char* name, int port, RateLimit PortRates::* side, int kbps) {
+int rate_set(const char* name, int port, RateLimit PortRates::*side, int kbps) {
     return rate_call(
         name, port, side,
         [&](RateLimit& limit) {

@@ -4,14 +4,25 @@
 namespace sim {
 
 void Switch::hardware(Fields& f) {
-    int ports = logical_ports();
-    f.integer("logical_ports", ports, 11, 96);
+    int port_count = logical_ports();
+    f.integer("logical_ports", port_count, 11, 96);
     f.boolean("driver_loaded", driver_loaded);
     f.object("system", [&](Fields& inner) { system.hardware(inner); });
+    f.object("ports", [&](Fields& inner) { ports.hardware(inner); });
+    f.object("poe", [&](Fields& inner) { poe.hardware(inner); });
+    f.object("vlans", [&](Fields& inner) { vlans.hardware(inner); });
+    f.object("mac_table", [&](Fields& inner) { macs.hardware(inner); });
 }
 
 void Switch::config(Fields& f) {
     f.object("system", [&](Fields& inner) { system.config(inner); });
+    f.object("ports", [&](Fields& inner) { ports.config(inner); });
+    f.object("poe", [&](Fields& inner) { poe.config(inner); });
+    f.object("vlans", [&](Fields& inner) { vlans.config(inner); });
+    f.object("mac_table", [&](Fields& inner) { macs.config(inner); });
+    f.object("rates", [&](Fields& inner) { rates.config(inner); });
+    f.object("qos", [&](Fields& inner) { qos.config(inner); });
+    f.object("trunks", [&](Fields& inner) { trunks.config(inner); });
 }
 
 void Switch::running(Fields& f, Clock& clock) {

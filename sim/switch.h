@@ -7,12 +7,21 @@
 #include "sim/clock.h"
 #include "sim/cloud_store.h"
 #include "sim/fields.h"
+#include "sim/mac_table.h"
+#include "sim/poe.h"
+#include "sim/ports.h"
+#include "sim/qos.h"
+#include "sim/rates.h"
 #include "sim/system.h"
+#include "sim/trunks.h"
+#include "sim/vlans.h"
 
 namespace sim {
 
 struct Switch {
-    explicit Switch(int logical_ports = 28) : chip(logical_ports) {}
+    explicit Switch(int logical_ports = 28)
+        : chip(logical_ports), ports(logical_ports), vlans(logical_ports), rates(logical_ports),
+          qos(logical_ports) {}
 
     int logical_ports() const { return chip.ports(); }
     bool has_port(int port) const { return port >= 0 && port < logical_ports(); }
@@ -21,6 +30,13 @@ struct Switch {
     bool driver_loaded = true; // "/dev/ski" exists
     CloudStore cloud;
     System system;
+    Ports ports;
+    Poe poe;
+    Vlans vlans;
+    MacTable macs;
+    Rates rates;
+    Qos qos;
+    Trunks trunks;
 
     void hardware(Fields& f);
     void config(Fields& f);

@@ -59,3 +59,27 @@ int sys_util_getnext(const char* text, char delimiter, char* token, int* consume
         },
         text, static_cast<int>(delimiter));
 }
+
+int sys_util_bitmaskIsClear_ret(const uint32_t* words, int first, int end) {
+    return value(
+        "sys_util_bitmaskIsClear_ret",
+        [&](Switch&) {
+            for (int bit = first; bit < end; ++bit)
+                if (words[bit / 32] >> (bit % 32) & 1)
+                    return 0;
+            return 1;
+        },
+        first, end);
+}
+
+int sys_util_bitmaskIsEqual_ret(const uint32_t* a, const uint32_t* b, int count) {
+    return value(
+        "sys_util_bitmaskIsEqual_ret",
+        [&](Switch&) {
+            for (int bit = 0; bit < count; ++bit)
+                if ((a[bit / 32] ^ b[bit / 32]) >> (bit % 32) & 1)
+                    return 0;
+            return 1;
+        },
+        count);
+}

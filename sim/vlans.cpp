@@ -13,9 +13,7 @@ namespace sim {
 
 namespace {
 
-bool has_vlan(const VlanMask& vlans, int vid) {
-    return vlans.words[vid / 32] >> (vid % 32) & 1;
-}
+bool has_vlan(const VlanMask& vlans, int vid) { return vlans.words[vid / 32] >> (vid % 32) & 1; }
 
 void add_vlan(VlanMask& vlans, int vid) { vlans.words[vid / 32] |= 1u << (vid % 32); }
 
