@@ -60,6 +60,8 @@ bool can_run(const Port& port, bool automatic, int speed) {
 // Two fibre ports before the eight groups, all of them good for 10 gigabit; links on the first two
 // copper ports, the fifth and the first fibre port.
 Ports::Ports(int logical_ports) : port(static_cast<std::size_t>(logical_ports)) {
+    if (port.size() <= 10) // a size that the scenario is about to be refused for
+        return;
     std::size_t first_fibre = port.size() - 10;
     for (std::size_t p = first_fibre; p < port.size(); ++p) {
         port[p].fibre = p < first_fibre + 2;

@@ -93,7 +93,7 @@ void set_bit(PortBitmap& ports, int port, bool on) {
 Vlans::Vlans(int logical_ports) : pvid(static_cast<std::size_t>(logical_ports), default_vid) {
     Vlan& first = table[default_vid];
     first.name = "default";
-    for (int port = 0; port < logical_ports; ++port)
+    for (int port = 0; port < logical_ports && port < PORT_BITMAP_WORDS * 32; ++port)
         set_bit(first.untagged, port, true);
 }
 
