@@ -46,7 +46,7 @@ struct Order {
 }
 
 Key make_key() {
-    EVP_PKEY* key = EVP_EC_gen("P-256");
+    EVP_PKEY* key = EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256");
     if (!key)
         fail("cannot make a key");
     return {key, EVP_PKEY_free};
