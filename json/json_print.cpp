@@ -4,6 +4,7 @@
 #include <charconv>
 #include <float.h>
 #include <math.h>
+#include <stddef.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -47,7 +48,7 @@ static inline bool reserve(Printer* out, size_t extra) {
 
 static inline void put(Printer* out, char letter) { out->text[out->length++] = letter; }
 
-static bool append(Printer* out, const char* text, size_t length) {
+static inline bool append(Printer* out, const char* text, size_t length) {
     if (!reserve(out, length))
         return false;
     memcpy(out->text + out->length, text, length);
@@ -61,53 +62,76 @@ static inline bool needs_escape(unsigned char letter) {
     return letter < 0x20 || letter == '"' || letter == '\\';
 }
 
-// Whether one of eight letters needs an escape, by the classic test for a zero byte in a word.
-static inline bool eight_need_escape(const char* letters) {
+// Whether one of the eight letters in `word` needs an escape, by the classic test for a zero byte.
+static inline bool eight_need_escape(uint64_t word) {
     constexpr uint64_t ones = 0x0101010101010101, tops = 0x8080808080808080;
-    uint64_t word;
-    memcpy(&word, letters, sizeof word);
     uint64_t quote = word ^ ones * '"', backslash = word ^ ones * '\\';
     return ((((word - ones * 0x20) & ~word) | ((quote - ones) & ~quote) |
              ((backslash - ones) & ~backslash)) &
             tops) != 0;
 }
 
-static const char* end_of_plain_letters(const char* text, const char* end) {
-    while (end - text >= 8 && !eight_need_escape(text))
-        text += 8;
+// Copies up to the first letter that needs an escape, and returns where that is. There is room for
+// all of it. Eight letters at a time, the last ones together with some that were copied before:
+// most names are a little longer than eight letters.
+static inline const char* put_plain_letters(Printer* out, const char* text, const char* end) {
+    constexpr ptrdiff_t eight = sizeof(uint64_t);
+    const bool overlaps = end - text >= eight;
+    char* to = out->text + out->length;
+    uint64_t word = 0;
+    while (end - text >= eight) {
+        memcpy(&word, text, eight);
+        if (eight_need_escape(word))
+            break;
+        memcpy(to, &word, eight);
+        text += eight;
+        to += eight;
+    }
+    if (overlaps && end - text < eight) {
+        memcpy(&word, end - eight, eight);
+        if (!eight_need_escape(word)) {
+            to += end - text;
+            memcpy(to - eight, &word, eight);
+            text = end;
+        }
+    }
     while (text < end && !needs_escape(static_cast<unsigned char>(*text)))
-        text++;
+        *to++ = *text++;
+    out->length = static_cast<size_t>(to - out->text);
     return text;
 }
 
-static bool print_escape(Printer* out, unsigned char letter) {
+static void put_escape(Printer* out, unsigned char letter) {
     static const char letters[] = "\"\\\b\f\n\r\t";
     static const char escapes[] = "\"\\bfnrt";
     static const char digits[] = "0123456789abcdef";
+    put(out, '\\');
     if (const char* found = strchr(letters, letter)) {
-        const char escape[] = {'\\', escapes[found - letters]};
-        return append(out, escape, sizeof escape);
+        put(out, escapes[found - letters]);
+        return;
     }
-    const char escape[] = {'\\', 'u', '0', '0', digits[letter >> 4], digits[letter & 15]};
-    return append(out, escape, sizeof escape);
+    const char code[] = {'u', '0', '0', digits[letter >> 4], digits[letter & 15]};
+    for (char part : code)
+        put(out, part);
 }
 
 // `text` may be null, as the name of a member that was never given one.
-static bool print_string(Printer* out, const char* text) {
+static inline bool print_string(Printer* out, const char* text) {
+    constexpr size_t longest_escape = 6, quotes = 2;
     size_t length = text ? strlen(text) : 0;
     const char* end = text + length;
-    if (!reserve(out, length + 2))
+    if (!reserve(out, length + quotes))
         return false;
     put(out, '"');
+    text = put_plain_letters(out, text, end);
     while (text < end) {
-        const char* stop = end_of_plain_letters(text, end);
-        if (!append(out, text, static_cast<size_t>(stop - text)))
+        if (!reserve(out, static_cast<size_t>(end - text) + longest_escape + quotes))
             return false;
-        if (stop < end && !print_escape(out, static_cast<unsigned char>(*stop++)))
-            return false;
-        text = stop;
+        put_escape(out, static_cast<unsigned char>(*text++));
+        text = put_plain_letters(out, text, end);
     }
-    return append(out, "\"", 1);
+    put(out, '"');
+    return true;
 }
 
 // --- Numbers.
@@ -178,9 +202,12 @@ static bool print_number(Printer* out, const cJSON* node) {
 static bool is_object(const cJSON* node) { return (node->type & NODE_KIND) == cJSON_Object; }
 
 static bool indent(Printer* out) {
-    if (!reserve(out, out->depth))
+    static const char tabs[] = "\t\t\t\t\t\t\t\t";
+    constexpr size_t step = sizeof tabs - 1;
+    if (!reserve(out, out->depth + step))
         return false;
-    memset(out->text + out->length, '\t', out->depth);
+    for (size_t tab = 0; tab < out->depth; tab += step)
+        memcpy(out->text + out->length + tab, tabs, step);
     out->length += out->depth;
     return true;
 }
