@@ -1,0 +1,29 @@
+// A settings document, with every call that its appliance makes failing in turn.
+#include "core/dispatch.h"
+#include "tests/support/on_board.h"
+#include "tests/torture/settings.h"
+#include "tests/torture/torture.h"
+
+namespace {
+
+void apply() {
+    cJSON* document = parseJsonString(whole_settings);
+    if (document)
+        vxc_set(document);
+    deleteJsonObject(document);
+}
+
+std::string switch_afterwards() {
+    Json document(createJsonObject());
+    vxc_get(document);
+    return compact(document);
+}
+
+const TorturedRun settings = {[](sim::Board&) {}, apply, switch_afterwards};
+
+} // namespace
+
+TEST(ApplyTorture, platform_calls) { EXPECT_GT(torture(sim::Edge::platform, settings), 10u); }
+TEST(ApplyTorture, driver_requests) { EXPECT_GT(torture(sim::Edge::ioctl, settings), 0u); }
+TEST(ApplyTorture, allocations) { EXPECT_GT(torture(sim::Edge::allocation, settings), 20u); }
+TEST(ApplyTorture, files) { EXPECT_GT(torture(sim::Edge::file, settings), 0u); }
