@@ -22,7 +22,7 @@ int sys_util_str2Mac(const char* text, uint8_t* mac);
 int sys_util_str2Ip(const char* text, uint32_t* address);
 
 // Copies a name or description, cut to `longest` characters, and terminates it; `copy` holds
-// longest + 1 bytes. A text with a control character is an error.
+// longest + 1 bytes. A text with anything but printable ASCII is an error.
 int sys_util_namestrcpy(char* copy, const char* text, uint32_t longest);
 
 // A decimal text, and nothing else, as an unsigned number.

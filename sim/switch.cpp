@@ -23,6 +23,7 @@ void Switch::config(Fields& f) {
     f.object("rates", [&](Fields& inner) { rates.config(inner); });
     f.object("qos", [&](Fields& inner) { qos.config(inner); });
     f.object("trunks", [&](Fields& inner) { trunks.config(inner); });
+    f.object("voice_vlan", voice_vlan);
 }
 
 void Switch::running(Fields& f, Clock& clock) {

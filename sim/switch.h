@@ -15,13 +15,14 @@
 #include "sim/system.h"
 #include "sim/trunks.h"
 #include "sim/vlans.h"
+#include "sim/voice_vlan.h"
 
 namespace sim {
 
 struct Switch {
     explicit Switch(int logical_ports = 28)
         : chip(logical_ports), ports(logical_ports), vlans(logical_ports), rates(logical_ports),
-          qos(logical_ports) {}
+          qos(logical_ports), voice_vlan(logical_ports) {}
 
     int logical_ports() const { return chip.ports(); }
     bool has_port(int port) const { return port >= 0 && port < logical_ports(); }
@@ -37,6 +38,7 @@ struct Switch {
     Rates rates;
     Qos qos;
     Trunks trunks;
+    VoiceVlan voice_vlan;
 
     void hardware(Fields& f);
     void config(Fields& f);

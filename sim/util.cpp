@@ -3,12 +3,31 @@
 
 #include <arpa/inet.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
+#include "platform/types.h"
 #include "sim/call.h"
 
 using namespace sim;
+
+namespace {
+
+// "0a-1B-..." or "0a:1B:...", one separator throughout.
+bool read_mac(const std::string& text, uint8_t* mac) {
+    if (text.size() != 17 || (text[2] != ':' && text[2] != '-'))
+        return false;
+    for (std::size_t i = 0; i < MAC_ADDRESS_SIZE; ++i) {
+        const char* byte = text.data() + 3 * i;
+        auto [at, error] = std::from_chars(byte, byte + 2, mac[i], 16);
+        if (error != std::errc{} || at != byte + 2 || (i < 5 && *at != text[2]))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
 
 int sys_util_mac2Str(const uint8_t* mac, char* text) {
     return call(
@@ -28,6 +47,47 @@ int sys_util_ip2Str(uint32_t address, char* text) {
             return inet_ntop(AF_INET, &network, text, 16) ? code_ok : code_failed;
         },
         address);
+}
+
+int sys_util_str2Mac(const char* text, uint8_t* mac) {
+    return call(
+        "sys_util_str2Mac",
+        [&](Switch&) -> int {
+            uint8_t parsed[MAC_ADDRESS_SIZE];
+            if (!text || !read_mac(text, parsed))
+                return code_bad_text;
+            std::memcpy(mac, parsed, sizeof parsed);
+            return code_ok;
+        },
+        text);
+}
+
+int sys_util_str2Ip(const char* text, uint32_t* address) {
+    return call(
+        "sys_util_str2Ip",
+        [&](Switch&) -> int {
+            in_addr network;
+            if (!text || inet_pton(AF_INET, text, &network) != 1)
+                return code_bad_text;
+            *address = ntohl(network.s_addr);
+            return code_ok;
+        },
+        text);
+}
+
+int sys_util_namestrcpy(char* copy, const char* text, uint32_t longest) {
+    return call(
+        "sys_util_namestrcpy",
+        [&](Switch&) -> int {
+            if (!text)
+                return code_null;
+            std::string name(text);
+            if (std::ranges::any_of(name, [](char c) { return c < ' ' || c > '~'; }))
+                return code_bad_text;
+            copy_text(copy, longest + 1, name);
+            return code_ok;
+        },
+        text, longest);
 }
 
 int sys_util_str2ul_ret(const char* text, uint32_t* number) {
