@@ -1,0 +1,121 @@
+// The connection keeper: long-polls that wait, are answered, are replaced, and never get in the
+// way.
+#include "lab_fixture.h"
+
+#include <future>
+#include <list>
+
+namespace lab_test {
+
+namespace {
+
+const std::string listen_path = std::string("/router/listen/") + mac;
+
+class Keeper : public Lab {
+  protected:
+    std::future<Answer> poll(size_t door = 0) {
+        return std::async(std::launch::async, get, keeper_door(door), listen_path);
+    }
+    void push(const std::string& action) { admin("POST", of_switch("/actions"), action, 201); }
+};
+
+TEST_F(Keeper, AnActionEndsAWaitingPoll) {
+    auto waiting = poll();
+    events("poll");
+    const std::string action = R"({ "action": "port_reset", "port": "F1" })";
+    push(action);
+    const Answer answer = waiting.get();
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_EQ(answer.body, action);
+    EXPECT_EQ(events("action-answered")[0]["action_id"], 1);
+    EXPECT_EQ(admin_get(of_switch("/actions"))[0]["state"], "answered");
+}
+
+TEST_F(Keeper, ActionsThatWaitAreHandedOutOneByOneInOrder) {
+    push(R"({"action":"checkin"})");
+    push(R"({"action":"reboot"})");
+    EXPECT_EQ(poll().get().body, R"({"action":"checkin"})");
+    EXPECT_EQ(poll().get().body, R"({"action":"reboot"})");
+}
+
+TEST_F(Keeper, TheSecondHostServesTheSameSwitch) {
+    auto waiting = poll(1);
+    events("poll");
+    push(R"({"action":"checkin"})");
+    EXPECT_EQ(waiting.get().body, R"({"action":"checkin"})");
+}
+
+TEST_F(Keeper, ANewPollTakesThePlaceOfTheOldOne) {
+    auto old = poll();
+    events("poll");
+    auto fresh = poll();
+    EXPECT_EQ(old.get().body, "{}");
+    push(R"({"action":"checkin"})");
+    EXPECT_EQ(fresh.get().body, R"({"action":"checkin"})");
+}
+
+TEST_F(Keeper, AnActionIsNotLostToAPollWhoseSwitchIsGone) {
+    {
+        const IdleConnection gone(
+            keeper_door().port, "GET " + listen_path + " HTTP/1.1\r\nHost: lab\r\n\r\n");
+        events("poll");
+    }
+    push(R"({"action":"checkin"})");
+    EXPECT_EQ(admin_get(of_switch("/actions"))[0]["state"], "queued");
+    EXPECT_EQ(poll().get().body, R"({"action":"checkin"})");
+}
+
+TEST_F(Keeper, APollWithoutAnActionIsAnsweredEmptyAtLast) {
+    admin("PUT", "/config", R"({"poll_seconds":0.05})");
+    const Answer answer = poll().get();
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_EQ(answer.body, "{}");
+}
+
+TEST_F(Keeper, AnUnregisteredSwitchWaitsLikeAnyOther) {
+    auto stranger =
+        std::async(std::launch::async, get, keeper_door(), "/router/listen/00:00:00:00:00:09");
+    EXPECT_EQ(events("poll")[0]["mac"], "00:00:00:00:00:09");
+    EXPECT_EQ(admin_get("/stats")["waiting_polls"], 1);
+    stop();
+    EXPECT_TRUE(stranger.get().connected);
+}
+
+TEST_F(Keeper, OtherRequestsAreRefused) {
+    EXPECT_EQ(get(keeper_door(), "/router/listen/nobody").status, 403);
+    EXPECT_EQ(get(keeper_door(), "/router/listen/aa:bb:cc:dd:ee:ff").status, 403);
+    EXPECT_EQ(get(keeper_door(), "/").status, 403);
+    EXPECT_EQ(request(keeper_door(), "POST", listen_path, "{}").status, 403);
+    EXPECT_EQ(counter("rejected.path"), 4);
+}
+
+TEST_F(Keeper, ManyWaitingPollsAndIdleConnectionsDelayNoCheckIn) {
+    std::list<IdleConnection> crowd;
+    for (int i = 10; i < 70; i++)
+        crowd.emplace_back(
+            keeper_door().port, "GET /router/listen/00:00:00:00:00:" + std::to_string(i) +
+                                    " HTTP/1.1\r\nHost: lab\r\n\r\n");
+    for (int i = 0; i < 30; i++)
+        crowd.emplace_back(checkin_door().port);
+    nth_event("poll", 60);
+    EXPECT_EQ(admin_get("/stats")["waiting_polls"], 60);
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(report_seqno(1), Json::object());
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+}
+
+TEST_F(Keeper, StoppingDoesNotWaitForPolls) {
+    auto waiting = poll();
+    auto watching =
+        std::async(std::launch::async, get, admin_door(), "/events?kind=never&timeout=60");
+    events("poll");
+    const auto begin = std::chrono::steady_clock::now();
+    stop();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+    EXPECT_TRUE(waiting.get().connected);
+    EXPECT_TRUE(watching.get().connected);
+}
+
+} // namespace
+
+} // namespace lab_test

@@ -1,0 +1,155 @@
+// What the lab does wrong when it is told to, and that it stops when told so.
+#include "lab_fixture.h"
+
+#include <openssl/x509_vfy.h>
+
+#include <chrono>
+
+namespace lab_test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class Misbehaving : public Lab {
+  protected:
+    Answer check_in_at(size_t door = 0) { return talk(checkin_door(door), Checkin().text()); }
+};
+
+TEST_F(Misbehaving, RefusesConnectionsUntilToldToBehave) {
+    misbehave({{"mode", "refuse"}});
+    EXPECT_TRUE(check_in_at(0).refused);
+    EXPECT_TRUE(check_in_at(1).refused);
+    admin("DELETE", "/misbehave");
+    EXPECT_EQ(check_in_at(0).status, 200);
+    EXPECT_EQ(check_in_at(1).status, 200);
+}
+
+TEST_F(Misbehaving, RefusesOnOnePortOnly) {
+    misbehave({{"mode", "refuse"}, {"port", checkin_door().port}});
+    EXPECT_TRUE(check_in_at(0).refused);
+    EXPECT_EQ(check_in_at(1).status, 200);
+}
+
+TEST_F(Misbehaving, RefusingTheKeeperEndsItsPolls) {
+    const std::string listen = std::string("/router/listen/") + mac;
+    const IdleConnection waiting(
+        keeper_door().port, "GET " + listen + " HTTP/1.1\r\nHost: lab\r\n\r\n");
+    events("poll");
+    misbehave({{"mode", "refuse"}, {"door", "keeper"}});
+    EXPECT_TRUE(get(keeper_door(), listen).refused);
+    EXPECT_EQ(admin_get("/stats")["waiting_polls"], 0);
+}
+
+TEST_F(Misbehaving, ResetsTheConnection) {
+    misbehave({{"mode", "reset"}, {"count", 1}});
+    const Answer answer = check_in_at();
+    EXPECT_TRUE(answer.connected);
+    EXPECT_FALSE(answer.handshake);
+    EXPECT_EQ(check_in_at().status, 200);
+}
+
+TEST_F(Misbehaving, AnswersWithAStatusAndDoesNotProcess) {
+    misbehave({{"mode", "status"}, {"count", 2}});
+    misbehave({{"mode", "status"}, {"status", 204}, {"count", 1}});
+    EXPECT_EQ(check_in_at().status, 500);
+    EXPECT_EQ(check_in_at().status, 500);
+    EXPECT_EQ(check_in_at().status, 204);
+    EXPECT_EQ(counter("checkin"), 0);
+    EXPECT_EQ(check_in_at().status, 200);
+    EXPECT_EQ(counter("misbehaviour"), 3);
+}
+
+TEST_F(Misbehaving, ClosesInTheMiddleOfTheBody) {
+    admin("POST", of_switch("/settings"), R"({"lldp":{}})", 201);
+    misbehave({{"mode", "truncate"}, {"count", 1}});
+    const Answer cut = check_in_at();
+    EXPECT_EQ(cut.status, 200);
+    EXPECT_FALSE(cut.whole);
+    EXPECT_FALSE(cut.body.empty());
+    const Answer sound = check_in_at();
+    EXPECT_TRUE(sound.whole);
+    EXPECT_TRUE(sound.body.starts_with(cut.body));
+}
+
+TEST_F(Misbehaving, SendsTheBodySlowly) {
+    misbehave({{"mode", "slow"}, {"delay_ms", 60}, {"piece", 1}, {"count", 1}});
+    const auto begin = std::chrono::steady_clock::now();
+    const Answer answer = check_in_at();
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 120ms);
+    EXPECT_EQ(answer.body, "{}");
+}
+
+TEST_F(Misbehaving, AltersTheBody) {
+    misbehave({{"mode", "corrupt"}, {"count", 1}});
+    const Answer answer = check_in_at();
+    EXPECT_TRUE(answer.whole);
+    EXPECT_EQ(answer.body, "{|");
+    EXPECT_EQ(check_in_at().body, "{}");
+}
+
+struct BadCertificate {
+    const char* mode;
+    long verdict;
+};
+
+TEST_F(Misbehaving, ShowsBadCertificates) {
+    const BadCertificate cases[] = {
+        {"expired", X509_V_ERR_CERT_HAS_EXPIRED},
+        {"unknown-ca", X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY},
+        {"wrong-name", X509_V_ERR_IP_ADDRESS_MISMATCH},
+    };
+    size_t failures = 0;
+    for (const BadCertificate& bad : cases) {
+        misbehave({{"mode", bad.mode}, {"count", 1}});
+        const Answer answer = check_in_at();
+        EXPECT_FALSE(answer.handshake) << bad.mode;
+        EXPECT_EQ(answer.verify_result, bad.verdict) << bad.mode;
+        EXPECT_FALSE(nth_event("tls-failed", ++failures).is_null());
+    }
+    const Answer good = check_in_at();
+    EXPECT_EQ(good.verify_result, X509_V_OK);
+    EXPECT_EQ(good.status, 200);
+}
+
+TEST_F(Misbehaving, ABadCertificateLeavesTheTimeOnTheSamePortAlone) {
+    misbehave({{"mode", "expired"}, {"count", 1}});
+    EXPECT_EQ(get({checkin_door().port, ""}, "/time").status, 200);
+    EXPECT_FALSE(check_in_at().handshake);
+}
+
+TEST_F(Misbehaving, OnThePlainDoorSpoilsTheTime) {
+    misbehave({{"mode", "status"}, {"status", 503}, {"door", "plain"}, {"count", 1}});
+    EXPECT_EQ(check_in_at().status, 200);
+    EXPECT_EQ(get(plain_door(), "/time").status, 503);
+    EXPECT_EQ(get(plain_door(), "/time").status, 200);
+}
+
+TEST_F(Misbehaving, ListsWhatIsInForce) {
+    misbehave({{"mode", "slow"}, {"count", 3}, {"delay_ms", 5}});
+    misbehave({{"mode", "refuse"}, {"door", "keeper"}});
+    check_in_at();
+    const Json list = admin_get("/misbehave");
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0]["mode"], "slow");
+    EXPECT_EQ(list[0]["count"], 2);
+    EXPECT_EQ(list[0]["delay_ms"], 5);
+    EXPECT_EQ(list[1]["mode"], "refuse");
+    EXPECT_EQ(list[1]["door"], "keeper");
+}
+
+TEST_F(Misbehaving, ImpossibleOrdersAreRefused) {
+    for (const char* order :
+         {R"({})", R"([])", R"({"mode":"polite"})", R"({"mode":"status","door":"admin"})",
+          R"({"mode":"expired","door":"keeper"})", R"({"mode":"refuse","count":1})",
+          R"({"mode":"status","status":"500"})", R"({"mode":"status","status":99})",
+          R"({"mode":"slow","piece":0})", R"({"mode":"slow","pace":1})",
+          R"({"mode":"reset","port":1})", R"({"mode":"reset","count":-1})",
+          R"({"mode":"reset","count":18446744073709551615})", R"({"mode":7})"})
+        EXPECT_TRUE(admin("POST", "/misbehave", order, 400).contains("error")) << order;
+    EXPECT_TRUE(admin_get("/misbehave").empty());
+}
+
+} // namespace
+
+} // namespace lab_test
