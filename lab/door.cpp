@@ -26,6 +26,7 @@ namespace {
 constexpr int first_byte_wait_ms = 5000;
 constexpr time_t io_timeout_seconds = 10;
 constexpr size_t most_threads = 256; // of one port; beyond that a new connection waits
+constexpr int backlog = 128;
 constexpr size_t longest_body = 64u << 20;
 constexpr unsigned char tls_handshake_record = 0x16;
 
@@ -236,6 +237,7 @@ class Door::Server : public httplib::Server {
             throw std::runtime_error("port " + std::to_string(port_) + " is taken");
         if (port_ == 0)
             throw std::runtime_error("no free port");
+        ::listen(svr_sock_, backlog); // the library's own backlog of 5 is soon full
     }
 
     void answer(const Request& request, Response& response, std::string body, bool whole) {
