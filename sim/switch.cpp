@@ -1,6 +1,8 @@
 // The simulated switch as scenario and configuration; see switch.h.
 #include "sim/switch.h"
 
+#include "sim/switch_settings.h"
+
 namespace sim {
 
 void Switch::hardware(Fields& f) {
@@ -24,6 +26,7 @@ void Switch::config(Fields& f) {
     f.object("qos", [&](Fields& inner) { qos.config(inner); });
     f.object("trunks", [&](Fields& inner) { trunks.config(inner); });
     f.object("voice_vlan", voice_vlan);
+    f.object("switch", [&](Fields& inner) { switch_settings_config(inner, chip); });
 }
 
 void Switch::running(Fields& f, Clock& clock) {

@@ -1,0 +1,111 @@
+// Section dispatch; see dispatch.h.
+#include "core/dispatch.h"
+
+#include <unistd.h>
+
+#include "core/debug.h"
+#include "core/errors.h"
+#include "core/state.h"
+#include "platform/system.h"
+#include "sections/cloud.h"
+#include "sections/jumbo_frames.h"
+#include "sections/summary.h"
+#include "json/json_document.h"
+
+// For handlers that have no result.
+template <void (*handler)(cJSON*)> static int without_result(cJSON* object) {
+    handler(object);
+    return 0;
+}
+
+struct ReportBuilder {
+    const char* name; // shown on the console beforehand, or null
+    int (*build)(cJSON* object);
+    const char* failure; // for the system log, or null
+};
+
+static const ReportBuilder report_builders[] = {
+    {"vxc_system_get", vxc_system_get, nullptr},
+};
+
+static const ReportBuilder system_builders[] = {
+    {nullptr, vxc_jumbo_frmGet, nullptr},
+    {"vxc_cloud_get", without_result<vxc_cloud_get>, nullptr},
+    {"vxc_summary_get", vxc_summary_get, "summary info get fail"},
+};
+
+static void run_builder(const ReportBuilder& builder, cJSON* object) {
+    if (builder.name)
+        debug_print("api_checkin: before %s pid %d\n", builder.name, getpid());
+    if (builder.build(object) && builder.failure)
+        log_failure(builder.failure);
+}
+
+void vxc_get(cJSON* document) {
+    for (const ReportBuilder& builder : report_builders)
+        run_builder(builder, document);
+    debug_print("Done and leave\n");
+}
+
+int vxc_system_get(cJSON* document) {
+    cJSON* system = attachJsonObject(document, "system");
+    for (const ReportBuilder& builder : system_builders)
+        run_builder(builder, system);
+    debug_print("vxc_system_get finish\n");
+    return 0;
+}
+
+// Where a section's key stands and what its setter is given: its own object, or "system", in which
+// it looks its key up itself. Orders are those of "system" that come after the save.
+enum Level { TOP_SECTION, SYSTEM_SECTION, SYSTEM_ORDER };
+
+struct SectionSetter {
+    Level level;
+    const char* key;
+    int (*apply)(cJSON* object);
+    const char* failure; // for the system log; without one the section always counts as applied
+};
+
+static const SectionSetter section_setters[] = {
+    {SYSTEM_SECTION, "jumbo_frames", vxc_jumbo_frmSet, nullptr},
+    {SYSTEM_SECTION, "cloud", without_result<vxc_cloud_set>, nullptr},
+    {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},
+};
+
+static bool apply_section(const SectionSetter& setter, cJSON* object) {
+    int code = setter.apply(object);
+    if (setter.level == TOP_SECTION)
+        setting_from_cloud = 1;
+    if (!code || !setter.failure)
+        return true;
+    log_failure(setter.failure);
+    return false;
+}
+
+// Applies what `holder` holds of one level; how many sections were applied.
+static int apply_level(Level level, cJSON* holder) {
+    int applied = 0;
+    for (const SectionSetter& setter : section_setters) {
+        if (setter.level != level)
+            continue;
+        cJSON* section = getJsonObjectForKey(holder, setter.key);
+        if (section && apply_section(setter, level == TOP_SECTION ? section : holder))
+            applied++;
+    }
+    return applied;
+}
+
+int vxc_set(cJSON* document) {
+    int applied = apply_level(TOP_SECTION, document);
+    cJSON* system = getJsonObjectForKey(document, "system");
+    if (system) {
+        setting_from_cloud = 1;
+        applied += apply_level(SYSTEM_SECTION, system);
+    }
+    if (applied > 0) {
+        debug_print("conf_startupConfig_save\n");
+        cmd_conf_startupConfig_save();
+    }
+    apply_level(SYSTEM_ORDER, system);
+    return 0;
+}

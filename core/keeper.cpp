@@ -1,0 +1,216 @@
+// The connection keeper; see keeper.h.
+//
+// The main thread may cancel this one at any time, so cancellation is enabled only while the thread
+// waits for the network or sleeps: it then holds no lock and has no allocation in progress. That is
+// why the transfer is driven step by step instead of by one call that waits inside libcurl.
+#include "core/keeper.h"
+
+#include <curl/curl.h>
+#include <poll.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/select.h>
+#include <unistd.h>
+
+#include "core/check_in.h"
+#include "core/debug.h"
+#include "core/keeper_actions.h"
+#include "core/state.h"
+#include "platform/vxcloud.h"
+#include "transport/reply.h"
+#include "json/json_document.h"
+
+enum {
+    URL_SIZE = 256,
+    LISTEN_TIMEOUT = 1800,    // seconds
+    KEEPALIVE_INTERVAL = 60,  // seconds
+    PAUSE_AFTER_FAILURE = 10, // seconds
+    FAILURES_TO_REPORT = 10,
+    LONGEST_WAIT = 60000, // milliseconds; libcurl asks for far less when it has a timer running
+    WAIT_WITHOUT_SOCKET = 100,
+    WAITED_SOCKETS = 16, // a transfer has one, or two while it chooses between address families
+};
+
+// Both outlive a thread that is cancelled, so that nothing is lost with it: the next one empties
+// the capture, and releasing a transfer takes it out of the set.
+static api_reply capture;
+static CURLM* transfers;
+
+static void allow_cancellation(bool allowed) {
+    int before;
+    pthread_setcancelstate(allowed ? PTHREAD_CANCEL_ENABLE : PTHREAD_CANCEL_DISABLE, &before);
+}
+
+static void release_capture() {
+    free(capture.text);
+    capture.text = nullptr;
+    capture.length = 0;
+}
+
+static short poll_events(int socket, const fd_set* readable, const fd_set* writable) {
+    int events = FD_ISSET(socket, readable) ? POLLIN : 0;
+    events |= FD_ISSET(socket, writable) ? POLLOUT : 0;
+    return static_cast<short>(events);
+}
+
+// The sockets for which the transfer waits; their number.
+static nfds_t waited_sockets(pollfd* sockets) {
+    fd_set readable;
+    fd_set writable;
+    fd_set exceptional;
+    FD_ZERO(&readable);
+    FD_ZERO(&writable);
+    FD_ZERO(&exceptional);
+    int highest = -1;
+    curl_multi_fdset(transfers, &readable, &writable, &exceptional, &highest);
+    nfds_t count = 0;
+    for (int socket = 0; socket <= highest && count < WAITED_SOCKETS; socket++) {
+        if (short events = poll_events(socket, &readable, &writable))
+            sockets[count++] = {socket, events, 0};
+    }
+    return count;
+}
+
+static int longest_wait(bool has_sockets) {
+    long wanted = -1;
+    curl_multi_timeout(transfers, &wanted);
+    int limit = has_sockets ? LONGEST_WAIT : WAIT_WITHOUT_SOCKET;
+    return wanted < 0 || wanted > limit ? limit : static_cast<int>(wanted);
+}
+
+static void wait_for_network() {
+    pollfd sockets[WAITED_SOCKETS];
+    nfds_t count = waited_sockets(sockets);
+    int milliseconds = longest_wait(count > 0);
+    allow_cancellation(true);
+    poll(sockets, count, milliseconds);
+    allow_cancellation(false);
+}
+
+static CURLcode outcome_of(const CURL* transfer) {
+    int left;
+    while (const CURLMsg* message = curl_multi_info_read(transfers, &left)) {
+        if (message->msg == CURLMSG_DONE && message->easy_handle == transfer)
+            return message->data.result;
+    }
+    return CURLE_OUT_OF_MEMORY;
+}
+
+// The set of transfers refuses one only for want of memory.
+static CURLcode run_transfer(CURL* transfer) {
+    if (!transfers)
+        transfers = curl_multi_init();
+    if (curl_multi_add_handle(transfers, transfer) != CURLM_OK)
+        return CURLE_OUT_OF_MEMORY;
+    int running = 1;
+    while (curl_multi_perform(transfers, &running) == CURLM_OK && running)
+        wait_for_network();
+    return outcome_of(transfer);
+}
+
+static void set_options(CURL* transfer, const char* url) {
+    curl_easy_setopt(transfer, CURLOPT_URL, url);
+    curl_easy_setopt(transfer, CURLOPT_WRITEFUNCTION, api_write_cb);
+    curl_easy_setopt(transfer, CURLOPT_WRITEDATA, &capture);
+    curl_easy_setopt(transfer, CURLOPT_TIMEOUT, static_cast<long>(LISTEN_TIMEOUT));
+    curl_easy_setopt(transfer, CURLOPT_VERBOSE, 0L);
+    curl_easy_setopt(transfer, CURLOPT_TCP_KEEPALIVE, 1L);
+    curl_easy_setopt(transfer, CURLOPT_TCP_KEEPINTVL, static_cast<long>(KEEPALIVE_INTERVAL));
+    // Signals would interrupt whichever thread they reach.
+    curl_easy_setopt(transfer, CURLOPT_NOSIGNAL, 1L);
+    // The set of transfers outlives the transfer and would keep its connection.
+    curl_easy_setopt(transfer, CURLOPT_FORBID_REUSE, 1L);
+}
+
+static CURLcode listen_once(const char* url) {
+    release_capture();
+    capture.type = REPLY_IN_MEMORY;
+    CURL* transfer = curl_easy_init();
+    thread_curl = transfer;
+    if (transfer)
+        set_options(transfer, url);
+    debug_print("connect to connection-keeper\n");
+    CURLcode result = transfer ? run_transfer(transfer) : CURLE_FAILED_INIT;
+    if (result != CURLE_OK)
+        debug_print("curl_easy_perform() failed: %s\n", curl_easy_strerror(result));
+    curl_easy_cleanup(transfer);
+    thread_curl = nullptr;
+    return result;
+}
+
+static void obey(const char* text) {
+    cJSON* message = parseJsonString(text);
+    if (getJsonObjectForKey(message, "action")) {
+        perform_keeper_action(message);
+        if (setting_from_cloud) {
+            debug_print("connect to connection-keeper : setting_from_cloud\n");
+            api_checkin();
+        }
+    }
+    deleteJsonObject(message);
+}
+
+// Nothing is done about the resolver: the message tells an engineer where to look.
+static void count_failure(int* failures) {
+    allow_cancellation(true);
+    sleep(PAUSE_AFTER_FAILURE);
+    allow_cancellation(false);
+    ++*failures;
+    debug_print("connection-keeper: feiled %d\n", *failures);
+    if (*failures < FAILURES_TO_REPORT)
+        return;
+    debug_print("connection-keeper: reset the DNS server setting\n");
+    *failures = 0;
+}
+
+void keeper_turn(const char* url, int* failures) {
+    debug_print("%s\n\n", url);
+    sal_vxcloud_debug_flag_get(&debug_flag);
+    CURLcode result = listen_once(url);
+    debug_print(
+        "connection-keeper (%lu bytes):\n%s\n", static_cast<unsigned long>(capture.length),
+        capture.text ? capture.text : "");
+    if (capture.text)
+        obey(capture.text);
+    release_capture();
+    if (result == CURLE_OK)
+        *failures = 0;
+    else
+        count_failure(failures);
+}
+
+void format_listen_url(char* url, int size) {
+    snprintf(
+        url, static_cast<size_t>(size), "http://%s/router/listen/%s", ConnectionKeeperHost,
+        macaddrstr);
+}
+
+void* threadFunc(void*) {
+    allow_cancellation(false);
+    char url[URL_SIZE] = "";
+    format_listen_url(url, sizeof url);
+    debug_print("\npthread_create\n\n");
+    int type;
+    pthread_setcanceltype(PTHREAD_CANCEL_ASYNCHRONOUS, &type);
+    for (int failures = 0;;)
+        keeper_turn(url, &failures);
+}
+
+void start_keeper(KeeperThread* keeper) {
+    keeper->running = pthread_create(&keeper->handle, nullptr, threadFunc, nullptr) == 0;
+    if (!keeper->running)
+        connection_url_change = 1;
+}
+
+// The host may change once more while the old thread ends, so the flag is cleared before that.
+void restart_keeper(KeeperThread* keeper) {
+    if (keeper->running)
+        pthread_cancel(keeper->handle);
+    connection_url_change = 0;
+    if (keeper->running)
+        pthread_join(keeper->handle, nullptr);
+    if (thread_curl)
+        curl_easy_cleanup(thread_curl);
+    thread_curl = nullptr;
+    start_keeper(keeper);
+}

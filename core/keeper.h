@@ -1,0 +1,29 @@
+// The connection keeper: a thread that holds a request open at the cloud, whose answer is what the
+// cloud wants done at once.
+#pragma once
+
+#include <pthread.h>
+
+struct KeeperThread {
+    pthread_t handle;
+    bool running; // false until it could be started
+};
+
+// Starts the thread for the current ConnectionKeeperHost. Where the system has no room for another
+// thread, connection_url_change is raised, so that the main loop tries again.
+void start_keeper(KeeperThread* keeper);
+
+// Ends the thread, also amidst a transfer, releases what it was using, and starts it afresh. Clears
+// connection_url_change.
+void restart_keeper(KeeperThread* keeper);
+
+// "http://HOST/router/listen/MAC"; at most `size` bytes with the terminator.
+void format_listen_url(char* url, int size);
+
+// One request and what comes of it. `*failures` counts failed requests in a row.
+void keeper_turn(const char* url, int* failures);
+
+extern "C" {
+// The thread itself; it ends only by being cancelled.
+void* threadFunc(void*);
+}

@@ -1,0 +1,99 @@
+// Actions of the connection keeper; see keeper_actions.h.
+#include "core/keeper_actions.h"
+
+#include <stdint.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+#include "core/check_in.h"
+#include "core/debug.h"
+#include "core/state.h"
+#include "platform/mib.h"
+#include "platform/poe.h"
+#include "platform/port.h"
+#include "platform/vxcloud.h"
+#include "sections/port_id.h"
+#include "json/json_document.h"
+
+static void check_in(cJSON*, int) { api_checkin(); }
+
+static void reboot(cJSON*, int) { system("handler -f reboot 1> /dev/null 2> /dev/null &"); }
+
+// The thread cannot be cancelled in this second, which would leave the port disabled.
+static void bounce_link(int port) {
+    uint32_t enabled = 0;
+    sal_port_enable_get(port, &enabled);
+    if (!enabled)
+        return;
+    sal_port_enable_set(port, 0);
+    sleep(1);
+    sal_port_enable_set(port, 1);
+}
+
+static void bounce_power(int port) {
+    if (port >= POE_PORTS)
+        return;
+    // A negative number must not wrap around to a port that exists.
+    uint8_t poe_port = port < 0 ? UINT8_MAX : static_cast<uint8_t>(port);
+    uint8_t enabled = 0;
+    uint8_t mode = 0;
+    uint8_t detection = 0;
+    uint8_t classification = 0;
+    sal_poe_port_config_query_get(poe_port, &enabled, &mode, &detection, &classification);
+    if (enabled)
+        sal_poe_port_reset_set(poe_port, 1);
+}
+
+static void reset_port(cJSON*, int port) {
+    bounce_link(port);
+    bounce_power(port);
+    mark_port_reset(port);
+}
+
+static void clear_counters(cJSON*, int port) { sal_mib_cntr_clr(port); }
+
+static void restart_agent(cJSON*, int) { sal_vxcloud_kill(); }
+
+struct KeeperAction {
+    const char* name;
+    bool (*parse_port)(const char* id, int* port); // null for an action on no port
+    const char* announcement;                      // for the console, or null
+    void (*perform)(cJSON* message, int port);
+    bool changes; // the cloud is to get a fresh report
+};
+
+static const KeeperAction actions[] = {
+    {"checkin", nullptr, "connection-keeper: checkin\n", check_in, false},
+    {"reboot", nullptr, "connection-keeper: reboot\n", reboot, false},
+    {"port_reset", parse_port_id, "connection-keeper: reset\n", reset_port, true},
+    {"counter_reset", parse_port_id, "connection-keeper: counter_reset\n", clear_counters, true},
+    {"restart_vxcloud", nullptr, nullptr, restart_agent, false},
+};
+
+static const KeeperAction* find_action(const char* name) {
+    for (const KeeperAction& action : actions) {
+        if (name && strcmp(action.name, name) == 0)
+            return &action;
+    }
+    return nullptr;
+}
+
+static bool find_port(const KeeperAction& action, const cJSON* message, int* port) {
+    if (!action.parse_port)
+        return true;
+    const char* id = getJsonStringValueForKey(message, "port");
+    return id && action.parse_port(id, port);
+}
+
+void perform_keeper_action(cJSON* message) {
+    const KeeperAction* action = find_action(getJsonStringValueForKey(message, "action"));
+    int port = 0;
+    if (!action || !find_port(*action, message, &port))
+        return;
+    if (action->announcement)
+        debug_print("%s", action->announcement);
+    action->perform(message, port);
+    if (action->changes)
+        setting_from_cloud = 1;
+}

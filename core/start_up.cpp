@@ -1,0 +1,80 @@
+// Start-up; see start_up.h.
+#include "core/start_up.h"
+
+#include <curl/curl.h>
+#include <signal.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <unistd.h>
+
+#include "core/credentials.h"
+#include "core/errors.h"
+#include "core/local_request.h"
+#include "core/state.h"
+#include "platform/system.h"
+#include "platform/types.h"
+#include "platform/vxcloud.h"
+
+enum { SERVICES_COME_UP = 30, KEEPER_COMES_UP = 2, TRANSFER_TIMEOUT = 120 }; // seconds
+
+static void write_process_id() {
+    FILE* file = fopen("/var/run/vx_cloud.pid", "w");
+    if (!file)
+        return;
+    fprintf(file, "%d", getpid());
+    fclose(file);
+}
+
+static void name_switch() {
+    uint8_t mac[MAC_ADDRESS_SIZE] = {};
+    sal_sys_macAddr_get(mac);
+    snprintf(
+        macstr, sizeof macstr, "%02x%02x%02x%02x%02x%02x", mac[0], mac[1], mac[2], mac[3], mac[4],
+        mac[5]);
+    snprintf(
+        macaddrstr, sizeof macaddrstr, "%02X:%02X:%02X:%02X:%02X:%02X", mac[0], mac[1], mac[2],
+        mac[3], mac[4], mac[5]);
+}
+
+static void set_transport() {
+    checkin_connect_timeout = TRANSFER_TIMEOUT;
+    checkin_timeout = TRANSFER_TIMEOUT;
+    checkin_type = CHECKIN_ANY_ADDRESS;
+}
+
+// libcurl's own first use of itself is not safe between threads.
+static void launch_keeper(KeeperThread* keeper) {
+    sal_vxcloud_connkeeper_host_get(ConnectionKeeperHost);
+    curl_global_init(CURL_GLOBAL_DEFAULT);
+    start_keeper(keeper);
+}
+
+static void load_cloud_settings() {
+    gCattr = {};
+    sal_vxcloud_checkin_host_get(CheckinHost);
+    sal_vxcloud_checkin_interval_get(&CheckinInterval);
+    sal_vxcloud_fallback_host_get(fallback_host);
+    snprintf(Checkinstr, sizeof Checkinstr, "/%s/%s/checkin", "cloud-switch", macaddrstr);
+}
+
+static void load_credentials() {
+    api_key_get(gCattr.key);
+    api_secret_get(gCattr.secret);
+}
+
+void start_up(KeeperThread* keeper) {
+    block_local_requests();
+    write_process_id();
+    signal(SIGUSR1, handleAction);
+    name_switch();
+    set_transport();
+    sleep_taking_requests(SERVICES_COME_UP);
+    pthread_mutex_init(&vx_fm_mutex, nullptr);
+    launch_keeper(keeper);
+    load_cloud_settings();
+    checkin_connect_establish = 0;
+    checkin_connect_retry = 0;
+    sleep_taking_requests(KEEPER_COMES_UP);
+    load_credentials();
+    clear_errors();
+}

@@ -1,0 +1,31 @@
+// "jumbo_frames"; see jumbo_frames.h.
+#include "sections/jumbo_frames.h"
+
+#include <stdint.h>
+
+#include "core/errors.h"
+#include "platform/switch.h"
+#include "json/json_document.h"
+
+enum { SMALLEST_LIMIT = 1522, LARGEST_LIMIT = 9216 };
+
+int vxc_jumbo_frmGet(cJSON* system) {
+    cJSON* frames = attachJsonObject(system, "jumbo_frames");
+    uint32_t bytes = 0;
+    if (int code = sal_switch_maxFrameSize_get(&bytes))
+        return record_error(code);
+    addJsonObjectIntItem(frames, "size", static_cast<int32_t>(bytes));
+    return 0;
+}
+
+int vxc_jumbo_frmSet(cJSON* system) {
+    int found;
+    int bytes = getJsonIntValueForKey(getJsonObjectForKey(system, "jumbo_frames"), "size", &found);
+    if (!found)
+        return 0;
+    if (bytes < SMALLEST_LIMIT || bytes > LARGEST_LIMIT)
+        return record_error(ERROR_OUT_OF_RANGE);
+    if (int code = sal_switch_maxFrameSize_set(static_cast<uint32_t>(bytes)))
+        return record_error(code);
+    return 0;
+}
