@@ -5,11 +5,11 @@ set(VX_AGENT_LAYERS vx_core vx_transport vx_sections vx_driver vx_json vx_ground
 # vx_agent_executable(<target> <platform>): core/main on the given platform library.
 function(vx_agent_executable target platform)
   add_executable(${target} ${CMAKE_SOURCE_DIR}/core/main.cpp)
-  set_target_properties(${target} PROPERTIES
-    ENABLE_EXPORTS ON LINK_LIBRARY_OVERRIDE_vx_driver WHOLE_ARCHIVE)
+  set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
   vx_agent_options(${target})
   target_link_libraries(${target} PRIVATE
-    vx_driver -Wl,--start-group vx_core vx_transport vx_sections vx_json vx_ground ${platform}
+    -Wl,--whole-archive,$<TARGET_FILE:vx_driver>,--no-whole-archive
+    -Wl,--start-group vx_core vx_transport vx_sections vx_json vx_ground ${platform}
     -Wl,--end-group)
 endfunction()
 

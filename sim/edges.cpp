@@ -136,6 +136,16 @@ CURLcode traced_transfer(CURL* transfer) {
     return result;
 }
 
+// A transfer that goes on beside others; how it ends is not known yet.
+CURLMcode traced_listen(CURLM* multi, CURL* transfer) {
+    std::string url = transfer_urls().of(transfer);
+    CURLMcode result = board().faults.hit(Edge::transfer, url)
+                           ? CURLM_OUT_OF_MEMORY
+                           : __real_curl_multi_add_handle(multi, transfer);
+    board().trace.add(show_call("listen", url.c_str()) + " = " + std::to_string(result));
+    return result;
+}
+
 // The switch's certificates are the board's.
 CURLcode set_option(CURL* transfer, CURLoption option, va_list arguments) {
     if (option >= CURLOPTTYPE_OFF_T && option < CURLOPTTYPE_BLOB)
@@ -213,11 +223,15 @@ int __wrap_system(const char* command) {
     return result;
 }
 
-// A thread may be cancelled while it sleeps, but not while the sleep is written down.
+// A thread may be cancelled while it sleeps, but not while the sleep is written down; nor in
+// virtual time, where a sleep is all bookkeeping.
 unsigned __wrap_sleep(unsigned seconds) {
-    unsigned left = board().clock.sleep(seconds);
     int cancellable;
+    bool paced = !board().clock.is_virtual();
+    unsigned left = paced ? board().clock.sleep(seconds) : 0;
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancellable);
+    if (!paced)
+        left = board().clock.sleep(seconds);
     board().trace.add(sim::show_call("sleep", seconds) + " = " + std::to_string(left));
     pthread_setcancelstate(cancellable, nullptr);
     return left;
@@ -257,8 +271,6 @@ CURLcode __wrap_curl_easy_setopt(CURL* transfer, unsigned option, ...) {
 CURLcode __wrap_curl_easy_perform(CURL* transfer) { return sim::traced_transfer(transfer); }
 
 CURLMcode __wrap_curl_multi_add_handle(CURLM* multi, CURL* transfer) {
-    if (board().faults.hit(sim::Edge::transfer, sim::transfer_urls().of(transfer)))
-        return CURLM_OUT_OF_MEMORY;
-    return __real_curl_multi_add_handle(multi, transfer);
+    return sim::traced_listen(multi, transfer);
 }
 }

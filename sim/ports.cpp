@@ -2,6 +2,7 @@
 #include "sim/ports.h"
 
 #include "platform/port.h"
+#include "platform/system.h"
 #include "sim/call.h"
 
 namespace sim {
