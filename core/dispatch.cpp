@@ -10,10 +10,11 @@
 #include "sections/cloud.h"
 #include "sections/jumbo_frames.h"
 #include "sections/summary.h"
+#include "sections/voice_vlan.h"
 #include "json/json_document.h"
 
 // For handlers that have no result.
-template <void (*handler)(cJSON*)> static int without_result(cJSON* object) {
+template <class Object, void (*handler)(Object*)> static int without_result(Object* object) {
     handler(object);
     return 0;
 }
@@ -26,11 +27,12 @@ struct ReportBuilder {
 
 static const ReportBuilder report_builders[] = {
     {"vxc_system_get", vxc_system_get, nullptr},
+    {"vxc_voice_vlan_get", vxc_voice_vlan_get, "voice vlan get fail"},
 };
 
 static const ReportBuilder system_builders[] = {
     {nullptr, vxc_jumbo_frmGet, nullptr},
-    {"vxc_cloud_get", without_result<vxc_cloud_get>, nullptr},
+    {"vxc_cloud_get", without_result<cJSON, vxc_cloud_get>, nullptr},
     {"vxc_summary_get", vxc_summary_get, "summary info get fail"},
 };
 
@@ -62,17 +64,18 @@ enum Level { TOP_SECTION, SYSTEM_SECTION, SYSTEM_ORDER };
 struct SectionSetter {
     Level level;
     const char* key;
-    int (*apply)(cJSON* object);
+    int (*apply)(const cJSON* object);
     const char* failure; // for the system log; without one the section always counts as applied
 };
 
 static const SectionSetter section_setters[] = {
+    {TOP_SECTION, "vlan", vxc_voice_vlan_set, "Voice Vlan set fail"},
     {SYSTEM_SECTION, "jumbo_frames", vxc_jumbo_frmSet, nullptr},
-    {SYSTEM_SECTION, "cloud", without_result<vxc_cloud_set>, nullptr},
+    {SYSTEM_SECTION, "cloud", without_result<const cJSON, vxc_cloud_set>, nullptr},
     {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},
 };
 
-static bool apply_section(const SectionSetter& setter, cJSON* object) {
+static bool apply_section(const SectionSetter& setter, const cJSON* object) {
     int code = setter.apply(object);
     if (setter.level == TOP_SECTION)
         setting_from_cloud = 1;
@@ -83,21 +86,21 @@ static bool apply_section(const SectionSetter& setter, cJSON* object) {
 }
 
 // Applies what `holder` holds of one level; how many sections were applied.
-static int apply_level(Level level, cJSON* holder) {
+static int apply_level(Level level, const cJSON* holder) {
     int applied = 0;
     for (const SectionSetter& setter : section_setters) {
         if (setter.level != level)
             continue;
-        cJSON* section = getJsonObjectForKey(holder, setter.key);
+        const cJSON* section = getJsonObjectForKey(holder, setter.key);
         if (section && apply_section(setter, level == TOP_SECTION ? section : holder))
             applied++;
     }
     return applied;
 }
 
-int vxc_set(cJSON* document) {
+int vxc_set(const cJSON* document) {
     int applied = apply_level(TOP_SECTION, document);
-    cJSON* system = getJsonObjectForKey(document, "system");
+    const cJSON* system = getJsonObjectForKey(document, "system");
     if (system) {
         setting_from_cloud = 1;
         applied += apply_level(SYSTEM_SECTION, system);

@@ -15,5 +15,5 @@ int vxc_system_get(cJSON* document);
 // Applies a settings document section by section, saves the startup configuration if any section
 // was applied, and last of all takes orders to change firmware or to reboot. What went wrong is in
 // the error list. Raises setting_from_cloud if the document holds a section. Returns 0.
-int vxc_set(cJSON* document);
+int vxc_set(const cJSON* document);
 }

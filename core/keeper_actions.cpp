@@ -16,9 +16,9 @@
 #include "sections/port_id.h"
 #include "json/json_document.h"
 
-static void check_in(cJSON*, int) { api_checkin(); }
+static void check_in(const cJSON*, int) { api_checkin(); }
 
-static void reboot(cJSON*, int) { system("handler -f reboot 1> /dev/null 2> /dev/null &"); }
+static void reboot(const cJSON*, int) { system("handler -f reboot 1> /dev/null 2> /dev/null &"); }
 
 // The thread cannot be cancelled in this second, which would leave the port disabled.
 static void bounce_link(int port) {
@@ -45,21 +45,21 @@ static void bounce_power(int port) {
         sal_poe_port_reset_set(poe_port, 1);
 }
 
-static void reset_port(cJSON*, int port) {
+static void reset_port(const cJSON*, int port) {
     bounce_link(port);
     bounce_power(port);
     mark_port_reset(port);
 }
 
-static void clear_counters(cJSON*, int port) { sal_mib_cntr_clr(port); }
+static void clear_counters(const cJSON*, int port) { sal_mib_cntr_clr(port); }
 
-static void restart_agent(cJSON*, int) { sal_vxcloud_kill(); }
+static void restart_agent(const cJSON*, int) { sal_vxcloud_kill(); }
 
 struct KeeperAction {
     const char* name;
     bool (*parse_port)(const char* id, int* port); // null for an action on no port
     const char* announcement;                      // for the console, or null
-    void (*perform)(cJSON* message, int port);
+    void (*perform)(const cJSON* message, int port);
     bool changes; // the cloud is to get a fresh report
 };
 
@@ -86,7 +86,7 @@ static bool find_port(const KeeperAction& action, const cJSON* message, int* por
     return id && action.parse_port(id, port);
 }
 
-void perform_keeper_action(cJSON* message) {
+void perform_keeper_action(const cJSON* message) {
     const KeeperAction* action = find_action(getJsonStringValueForKey(message, "action"));
     int port = 0;
     if (!action || !find_port(*action, message, &port))

@@ -5,4 +5,4 @@
 
 // Carries out the message's "action", and raises setting_from_cloud where that changed anything. An
 // action that is not known, or that lacks the "port" it needs, does nothing.
-void perform_keeper_action(cJSON* message);
+void perform_keeper_action(const cJSON* message);

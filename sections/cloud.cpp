@@ -119,7 +119,7 @@ static void set_transport(const cJSON* cloud) {
     }
 }
 
-void vxc_cloud_set(cJSON* system) {
+void vxc_cloud_set(const cJSON* system) {
     const cJSON* cloud = getJsonObjectForKey(system, "cloud");
     if (!cloud)
         return;

@@ -8,5 +8,5 @@ extern "C" {
 // Both take the "system" object. What the setter could not store is in the error list, and nothing
 // behind it in its order is applied then.
 void vxc_cloud_get(cJSON* system);
-void vxc_cloud_set(cJSON* system);
+void vxc_cloud_set(const cJSON* system);
 }

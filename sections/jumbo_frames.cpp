@@ -18,7 +18,7 @@ int vxc_jumbo_frmGet(cJSON* system) {
     return 0;
 }
 
-int vxc_jumbo_frmSet(cJSON* system) {
+int vxc_jumbo_frmSet(const cJSON* system) {
     int found;
     int bytes = getJsonIntValueForKey(getJsonObjectForKey(system, "jumbo_frames"), "size", &found);
     if (!found)

@@ -8,5 +8,5 @@ extern "C" {
 // Both take the "system" object and return 0 or the code that they recorded. Sizes are in bytes,
 // 1522 to 9216.
 int vxc_jumbo_frmGet(cJSON* system);
-int vxc_jumbo_frmSet(cJSON* system);
+int vxc_jumbo_frmSet(const cJSON* system);
 }

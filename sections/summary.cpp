@@ -80,7 +80,7 @@ int vxc_summary_get(cJSON* system) {
     return 0;
 }
 
-int vxc_summary_set(cJSON* system) {
+int vxc_summary_set(const cJSON* system) {
     if (!system)
         return ERROR_NO_SECTION;
     const cJSON* info = getJsonObjectForKey(system, "summary_info");

@@ -15,5 +15,5 @@ int vxc_summary_get(cJSON* system);
 
 // Applies "device_name". Returns 0 or the code that it recorded; ERROR_NO_SECTION for a null
 // `system` is not recorded.
-int vxc_summary_set(cJSON* system);
+int vxc_summary_set(const cJSON* system);
 }
