@@ -364,19 +364,26 @@ TEST_F(Requests, EightThreadsMayMixRequests) {
     EXPECT_EQ(wrong, std::vector<int>(8, 0));
 }
 
-TEST_F(Requests, AMillionRequestsLeaveNoDescriptorBehind) {
+TEST_F(Requests, AMillionRequestsFromEightThreadsLeaveNoDescriptorBehind) {
+    constexpr int threads_count = 8, requests = 1'000'000 / threads_count;
+    // Every fourth request is refused by the driver.
+    auto work = [](int& failures) {
+        int made = 0;
+        device().quiet = true;
+        device().answer = [&](std::uint32_t, void*) { return made % 4 == 0 ? 5 : 0; };
+        for (; made < requests; ++made) {
+            std::uint32_t value;
+            failures += dai_port_trust_get(5, &value) != 0;
+        }
+    };
     const int before = open_descriptors();
-    device().quiet = true;
-    long failures = 0;
-    for (int i = 0; i < 1'000'000; ++i) {
-        // Every fourth request is refused by the driver.
-        device().answer = nullptr;
-        if (i % 4 == 0)
-            device().answer = [](std::uint32_t, void*) { return 5; };
-        std::uint32_t value;
-        failures += dai_port_trust_get(static_cast<std::uint32_t>(i) % logical_ports, &value) != 0;
-    }
-    EXPECT_EQ(failures, 250'000);
+    std::vector<int> failures(threads_count);
+    std::vector<std::thread> threads;
+    for (int& failed : failures)
+        threads.emplace_back(work, std::ref(failed));
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(failures, std::vector<int>(threads_count, requests / 4));
     EXPECT_EQ(open_descriptors(), before);
 }
 
