@@ -91,8 +91,8 @@ static void add_header(HeaderList* headers, const char* format, ...) {
 }
 
 // `digits` holds two characters a byte and a terminator.
-static const char* to_hex(const uint8_t* bytes, int count, char* digits) {
-    for (int i = 0; i < count; i++)
+static const char* to_hex(const uint8_t* bytes, size_t count, char* digits) {
+    for (size_t i = 0; i < count; i++)
         snprintf(digits + 2 * i, 3, "%02x", bytes[i]);
     return digits;
 }
