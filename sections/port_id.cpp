@@ -4,10 +4,21 @@
 #include <errno.h>
 #include <limits.h>
 #include <stdint.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
 #include "platform/system.h"
+
+void format_port_id(int port, char* id) {
+    int ports = sys_logic_port_num_ret();
+    if (port >= ports - 8)
+        snprintf(id, PORT_ID_SIZE, "trunk%d", port - ports + 9);
+    else if (port >= ports - 10)
+        snprintf(id, PORT_ID_SIZE, "F%d", port - ports + 11);
+    else
+        snprintf(id, PORT_ID_SIZE, "%d", port + 1);
+}
 
 // Reads the decimal number behind `prefix`, with which `id` must begin, and adds `offset`.
 static bool read_number(const char* id, const char* prefix, int offset, int* port) {

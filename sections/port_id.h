@@ -2,6 +2,11 @@
 // aggregation group.
 #pragma once
 
+enum { PORT_ID_SIZE = 8 };
+
+// Writes the id of a zero-based logical port into `id`, which holds PORT_ID_SIZE bytes.
+void format_port_id(int port, char* id);
+
 // Finds the zero-based logical port that `id` names. What follows the number is ignored, and the
 // number is taken as it is: a port that the switch does not have is the caller's to refuse. False,
 // with `*port` unchanged, when there is no number where the form wants it, or one that no int

@@ -1,0 +1,13 @@
+// Power over Ethernet in the report: the switch's budget and the ports' part of it.
+#pragma once
+
+#include <cjson/cJSON.h>
+#include <stdint.h>
+
+// The switch's budget in tenths of a watt. Returns 0 or the platform's code.
+int read_poe_budget(uint16_t* budget);
+
+// Adds "poe" to the object of a port that has PoE; any other port is passed over. `*draw` becomes
+// what the port draws, in tenths of a watt. Returns 0 or the code of the first query that failed;
+// nothing is added then.
+int add_port_poe(cJSON* port_object, int port, uint16_t* draw);
