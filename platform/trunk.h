@@ -14,8 +14,8 @@ enum { TRUNK_GROUPS = 8 };
 // What part a logical port plays in link aggregation.
 enum {
     TRUNK_ROLE_NONE = 0,
-    TRUNK_ROLE_STATIC_MEMBER = 1,
-    TRUNK_ROLE_LACP_MEMBER = 2,
+    TRUNK_ROLE_LACP_MEMBER = 1,
+    TRUNK_ROLE_STATIC_MEMBER = 2,
     TRUNK_ROLE_LACP_GROUP = 4,   // the port that stands for an LACP group
     TRUNK_ROLE_STATIC_GROUP = 5, // the port that stands for a static group
 };

@@ -2,7 +2,7 @@
 // aggregation group.
 #pragma once
 
-enum { PORT_ID_SIZE = 8 };
+enum { PORT_ID_SIZE = 20 }; // bytes, for any number of ports
 
 // Writes the id of a zero-based logical port into `id`, which holds PORT_ID_SIZE bytes.
 void format_port_id(int port, char* id);

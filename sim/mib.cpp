@@ -1,8 +1,16 @@
 // Platform library: traffic counters, which are the chip's and come through the driver.
-#include "platform/mib.h"
+#include "sim/mib.h"
 
 #include "driver/mib.h"
+#include "platform/mib.h"
 #include "sim/call.h"
+
+void sim::count_traffic(Switch& s) {
+    double now = board().clock.running();
+    if (now > s.counted_until)
+        s.chip.advance(now - s.counted_until);
+    s.counted_until = now;
+}
 
 using namespace sim;
 
@@ -16,6 +24,7 @@ int counter(const char* name, int port, DriverGetter get, uint64_t* count) {
         [&](Switch& s) -> int {
             if (!s.has_port(port))
                 return code_no_port;
+            count_traffic(s);
             return get(static_cast<uint32_t>(port), count);
         },
         port);
@@ -64,6 +73,7 @@ int sal_mib_cntr_clr(int port) {
         [&](Switch& s) -> int {
             if (!s.has_port(port))
                 return code_no_port;
+            count_traffic(s);
             return rsd_mib_cntr_clr(static_cast<uint32_t>(port));
         },
         port);

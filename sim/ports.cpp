@@ -1,22 +1,22 @@
 // Platform library: ports.
 #include "sim/ports.h"
 
+#include "driver/port.h"
 #include "platform/port.h"
 #include "platform/system.h"
 #include "sim/call.h"
+#include "sim/mib.h"
 
 namespace sim {
 
 namespace {
 
 // What runs when a speed is forced: the configured encoding's value in that of the running link.
-constexpr std::uint32_t running_speed[] = {0, 1, 2, 3, 5, 4};
+constexpr std::uint32_t forced_speed[] = {0, 1, 2, 3, 5, 4};
 constexpr std::uint32_t speed_count = 6;
 constexpr std::uint32_t speed_10g = 4;
 
 bool is_flag(int value) { return value == 0 || value == 1; }
-
-bool has_link(const Port& port) { return port.plugged && port.enable; }
 
 // Calls on one port: refuses what is no port.
 template <class Body, class... Arguments>
@@ -60,7 +60,7 @@ bool can_run(const Port& port, bool automatic, int speed) {
 
 // Two fibre ports before the eight groups, all of them good for 10 gigabit; links on the first two
 // copper ports, the fifth and the first fibre port.
-Ports::Ports(int logical_ports) : port(static_cast<std::size_t>(logical_ports)) {
+Ports::Ports(Chip& chip) : port(static_cast<std::size_t>(chip.ports())), chip_(chip) {
     if (port.size() <= 10) // a size that the scenario is about to be refused for
         return;
     std::size_t first_fibre = port.size() - 10;
@@ -69,9 +69,33 @@ Ports::Ports(int logical_ports) : port(static_cast<std::size_t>(logical_ports)) 
         port[p].ten_gigabit = true;
         port[p].partner_speed = port[p].fibre ? 5 : 2;
     }
-    for (std::size_t p : {std::size_t{0}, std::size_t{1}, std::size_t{4}})
-        port[p].plugged = p < first_fibre;
-    port[first_fibre].plugged = true;
+    chip.change([&](ChipState& state) {
+        for (std::size_t p : {std::size_t{0}, std::size_t{1}, std::size_t{4}, first_fibre}) {
+            state.ports[p].plugged = p <= first_fibre;
+            state.ports[p].traffic = {120, 80, 512};
+        }
+    });
+    for (std::size_t p = 0; p < port.size(); ++p)
+        program(p);
+}
+
+void Ports::program(std::size_t p) {
+    chip_.change([&](ChipState& state) {
+        state.ports[p].copper = !port[p].fibre;
+        state.ports[p].enabled = port[p].enable;
+    });
+    program_mode(p);
+}
+
+void Ports::program_mode(std::size_t p) {
+    chip_.change([&](ChipState& state) {
+        state.ports[p].speed = port[p].running_speed();
+        state.ports[p].duplex = port[p].running_duplex();
+    });
+}
+
+std::uint32_t Port::running_speed() const {
+    return speed_automatic ? partner_speed : forced_speed[speed];
 }
 
 void Port::config(Fields& f) {
@@ -90,7 +114,6 @@ void Port::config(Fields& f) {
 void Port::hardware(Fields& f) {
     f.boolean("fibre", fibre);
     f.boolean("ten_gigabit", ten_gigabit);
-    f.boolean("plugged", plugged);
     f.integer("partner_speed", partner_speed, 0, speed_count - 1);
     f.integer("partner_duplex", partner_duplex, 0, 1);
     f.boolean("partner_flow_control", partner_flow_control);
@@ -100,11 +123,15 @@ void Ports::config(Fields& f) {
     f.list(
         "ports", [&](int) { return port.size(); },
         [&](Fields& element, std::size_t i) {
-            if (i < port.size())
-                port[i].config(element);
+            if (i >= port.size())
+                return;
+            port[i].config(element);
+            if (element.reading())
+                program(i);
         });
 }
 
+// A port that a scenario plugs in has traffic; how much, the scenario may say.
 void Ports::hardware(Fields& f) {
     f.list(
         "ports",
@@ -114,8 +141,21 @@ void Ports::hardware(Fields& f) {
             return port.size();
         },
         [&](Fields& element, std::size_t i) {
-            if (i < port.size())
-                port[i].hardware(element);
+            if (i >= port.size())
+                return;
+            port[i].hardware(element);
+            chip_.change([&](ChipState& state) {
+                ChipPort& real = state.ports[i];
+                auto rx = static_cast<std::uint32_t>(real.traffic.rx_packets);
+                auto tx = static_cast<std::uint32_t>(real.traffic.tx_packets);
+                element.boolean("plugged", real.plugged);
+                element.integer("rx_packets_per_second", rx, 0, 1000000);
+                element.integer("tx_packets_per_second", tx, 0, 1000000);
+                element.integer("packet_bytes", real.traffic.packet_bytes, 64, 12288);
+                real.traffic.rx_packets = rx;
+                real.traffic.tx_packets = tx;
+            });
+            program(i);
         });
 }
 
@@ -128,22 +168,35 @@ int sal_port_enable_get(int port, uint32_t* enable) {
 }
 
 int sal_port_enable_set(int port, int enable) {
-    return set("sal_port_enable_set", port, enable, &Port::enable);
+    return call(
+        "sal_port_enable_set",
+        [&](Switch& s) -> int {
+            if (!s.has_port(port))
+                return code_no_port;
+            count_traffic(s);
+            if (int code =
+                    rsd_port_enable_set(static_cast<uint32_t>(port), static_cast<uint32_t>(enable)))
+                return code;
+            s.ports.port[static_cast<std::size_t>(port)].enable = enable != 0;
+            return code_ok;
+        },
+        port, enable);
 }
 
 int sal_port_linkStatus_get(int port, uint32_t* status) {
-    return port_call("sal_port_linkStatus_get", port, [&](const Port& p) {
-        *status = has_link(p);
-        return code_ok;
-    });
+    return call(
+        "sal_port_linkStatus_get",
+        [&](Switch&) { return rsd_port_linkStatus_get(static_cast<uint32_t>(port), status); },
+        port);
 }
 
 int sys_port_linkStatus_ret(int port) {
     return value(
         "sys_port_linkStatus_ret",
-        [&](Switch& s) {
-            return s.has_port(port) && has_link(s.ports.port[static_cast<std::size_t>(port)]) ? 1
-                                                                                              : 0;
+        [&](Switch&) {
+            uint32_t up = 0;
+            rsd_port_linkStatus_get(static_cast<uint32_t>(port), &up);
+            return static_cast<int>(up);
         },
         port);
 }
@@ -163,43 +216,53 @@ int sal_port_duplex_get(int port, PortDuplex* duplex) {
 }
 
 int sal_port_speed_set(int port, int automatic, int speed) {
-    return port_call(
-        "sal_port_speed_set", port,
-        [&](Port& p) {
+    return call(
+        "sal_port_speed_set",
+        [&](Switch& s) -> int {
+            if (!s.has_port(port))
+                return code_no_port;
+            Port& p = s.ports.port[static_cast<std::size_t>(port)];
             if (!is_flag(automatic) || !can_run(p, automatic != 0, speed))
                 return code_bad_value;
             p.speed_automatic = automatic != 0;
-            p.speed = static_cast<std::uint32_t>(speed);
+            p.speed = static_cast<uint32_t>(speed);
+            s.ports.program_mode(static_cast<std::size_t>(port));
             return code_ok;
         },
-        automatic, speed);
+        port, automatic, speed);
 }
 
 int sal_port_duplex_set(int port, int automatic, int duplex) {
-    return port_call(
-        "sal_port_duplex_set", port,
-        [&](Port& p) {
+    return call(
+        "sal_port_duplex_set",
+        [&](Switch& s) -> int {
+            if (!s.has_port(port))
+                return code_no_port;
             if (!is_flag(automatic) || !is_flag(duplex))
                 return code_bad_value;
+            Port& p = s.ports.port[static_cast<std::size_t>(port)];
             p.duplex_automatic = automatic != 0;
-            p.duplex = static_cast<std::uint32_t>(duplex);
+            p.duplex = static_cast<uint32_t>(duplex);
+            s.ports.program_mode(static_cast<std::size_t>(port));
             return code_ok;
         },
-        automatic, duplex);
+        port, automatic, duplex);
 }
 
 int sal_port_speedDuplex_get(int port, PortLinkMode* mode) {
-    return port_call("sal_port_speedDuplex_get", port, [&](const Port& p) {
-        mode->speed = p.speed_automatic ? p.partner_speed : running_speed[p.speed];
-        mode->duplex = p.duplex_automatic ? p.partner_duplex : 1 - p.duplex;
-        return code_ok;
-    });
+    return call(
+        "sal_port_speedDuplex_get",
+        [&](Switch&) {
+            return rsd_port_speedDuplex_get(
+                static_cast<uint32_t>(port), &mode->speed, &mode->duplex);
+        },
+        port);
 }
 
 int sal_port_flowCtrl_get(int port, uint32_t* configured, uint32_t* running) {
     return port_call("sal_port_flowCtrl_get", port, [&](const Port& p) {
         *configured = p.flow_control;
-        *running = p.flow_control && p.partner_flow_control && has_link(p);
+        *running = p.flow_control && p.partner_flow_control && sys_port_linkStatus_ret(port);
         return code_ok;
     });
 }

@@ -1,18 +1,18 @@
-// Ports: what is configured on them, what they are made of, and what is plugged in.
+// Ports: what is configured on them and what they are made of. Link, administrative state and what
+// a link runs at are the chip's.
 #pragma once
 
 #include <cstdint>
 #include <vector>
 
+#include "sim/chip.h"
 #include "sim/fields.h"
 
 namespace sim {
 
-class Board;
-
 struct Port {
     // Configuration.
-    bool enable = true;
+    bool enable = true; // the chip may be told otherwise for a while
     bool isolated = false;
     bool flow_control = false;
     bool security = false;
@@ -26,26 +26,34 @@ struct Port {
     // Hardware.
     bool fibre = false;
     bool ten_gigabit = false;
-    bool plugged = false;            // a link partner is there
-    std::uint32_t partner_speed = 2; // what the partner negotiates, in the running link's codes
-    std::uint32_t partner_duplex = 1;
+    std::uint32_t partner_speed = 2;  // what is negotiated with the partner, in the running link's
+    std::uint32_t partner_duplex = 1; // codes
     bool partner_flow_control = true;
     int module_resets = 0;
+
+    std::uint32_t running_speed() const;
+    std::uint32_t running_duplex() const { return duplex_automatic ? partner_duplex : 1 - duplex; }
 
     void config(Fields& f);
     void hardware(Fields& f);
 };
 
 struct Ports {
-    explicit Ports(int logical_ports);
+    explicit Ports(Chip& chip);
 
     int count() const { return static_cast<int>(port.size()); }
-    bool is_trunk(int p) const { return p >= count() - 8; }
 
     std::vector<Port> port;
 
     void config(Fields& f);
     void hardware(Fields& f);
+
+    // Puts a port, or what its link runs at, into the state that is configured.
+    void program(std::size_t p);
+    void program_mode(std::size_t p);
+
+  private:
+    Chip& chip_;
 };
 
 } // namespace sim

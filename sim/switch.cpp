@@ -2,6 +2,7 @@
 #include "sim/switch.h"
 
 #include "sim/switch_settings.h"
+#include "sim/trunks.h"
 
 namespace sim {
 
@@ -24,7 +25,7 @@ void Switch::config(Fields& f) {
     f.object("mac_table", [&](Fields& inner) { macs.config(inner); });
     f.object("rates", [&](Fields& inner) { rates.config(inner); });
     f.object("qos", [&](Fields& inner) { qos.config(inner); });
-    f.object("trunks", [&](Fields& inner) { trunks.config(inner); });
+    f.object("trunks", [&](Fields& inner) { trunk_config(inner, chip); });
     f.object("voice_vlan", voice_vlan);
     f.object("switch", [&](Fields& inner) { switch_settings_config(inner, chip); });
 }

@@ -13,7 +13,6 @@
 #include "sim/qos.h"
 #include "sim/rates.h"
 #include "sim/system.h"
-#include "sim/trunks.h"
 #include "sim/vlans.h"
 #include "sim/voice_vlan.h"
 
@@ -21,13 +20,14 @@ namespace sim {
 
 struct Switch {
     explicit Switch(int logical_ports = 28)
-        : chip(logical_ports), ports(logical_ports), vlans(logical_ports), rates(logical_ports),
+        : chip(logical_ports), ports(chip), vlans(logical_ports), rates(logical_ports),
           qos(logical_ports), voice_vlan(logical_ports) {}
 
     int logical_ports() const { return chip.ports(); }
     bool has_port(int port) const { return port >= 0 && port < logical_ports(); }
 
     Chip chip;
+    double counted_until = 0;  // running time up to which the chip's counters have grown
     bool driver_loaded = true; // "/dev/ski" exists
     CloudStore cloud;
     System system;
@@ -37,7 +37,6 @@ struct Switch {
     MacTable macs;
     Rates rates;
     Qos qos;
-    Trunks trunks;
     VoiceVlan voice_vlan;
 
     void hardware(Fields& f);

@@ -1,32 +1,33 @@
-// Platform library: link aggregation.
+// Platform library: link aggregation, whose groups are the chip's.
 #include "sim/trunks.h"
 
+#include "driver/trunk.h"
 #include "platform/trunk.h"
 #include "sim/call.h"
-#include "sim/vlans.h"
 
 namespace sim {
 
 namespace {
 
-int group_role(const TrunkGroup& group) {
-    if (group.empty())
-        return TRUNK_ROLE_NONE;
-    return group.lacp ? TRUNK_ROLE_LACP_GROUP : TRUNK_ROLE_STATIC_GROUP;
-}
-
-int member_role(const Trunks& trunks, int port) {
-    for (const TrunkGroup& group : trunks.groups)
-        if (has_bit(group.members, port))
-            return group.lacp ? TRUNK_ROLE_LACP_MEMBER : TRUNK_ROLE_STATIC_MEMBER;
-    return TRUNK_ROLE_NONE;
+void fields(Fields& f, ChipTrunk& group) {
+    bool lacp = group.mode == ChipTrunkMode::lacp;
+    f.boolean("lacp", lacp);
+    f.bits("members", group.members.data(), group.members.size());
+    bool empty = group.members == ChipPortSet{};
+    group.mode = empty ? ChipTrunkMode::none : lacp ? ChipTrunkMode::lacp : ChipTrunkMode::fixed;
 }
 
 } // namespace
 
-void TrunkGroup::fields(Fields& f) {
-    f.boolean("lacp", lacp);
-    f.bits("members", members.words, PORT_BITMAP_WORDS);
+void trunk_config(Fields& f, Chip& chip) {
+    chip.change([&](ChipState& state) {
+        f.list(
+            "groups", [&](int) { return state.trunks.size(); },
+            [&](Fields& element, std::size_t i) {
+                if (i < state.trunks.size())
+                    fields(element, state.trunks[i]);
+            });
+    });
 }
 
 } // namespace sim
@@ -36,13 +37,10 @@ using namespace sim;
 int sys_trunk_portRole_ret(int port) {
     return value(
         "sys_trunk_portRole_ret",
-        [&](Switch& s) {
-            int first_group = s.logical_ports() - TRUNK_GROUPS;
-            if (!s.has_port(port))
-                return static_cast<int>(TRUNK_ROLE_NONE);
-            if (port >= first_group)
-                return group_role(s.trunks.groups[static_cast<std::size_t>(port - first_group)]);
-            return member_role(s.trunks, port);
+        [&](Switch&) {
+            uint32_t role = TRUNK_ROLE_NONE;
+            rsd_trunk_portRole_get(static_cast<uint32_t>(port), &role);
+            return static_cast<int>(role);
         },
         port);
 }

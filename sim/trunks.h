@@ -1,26 +1,11 @@
-// Link aggregation groups.
+// Link aggregation groups, which are the chip's.
 #pragma once
 
-#include <array>
-#include <cstdint>
-
-#include "platform/types.h"
+#include "sim/chip.h"
 #include "sim/fields.h"
 
 namespace sim {
 
-struct TrunkGroup {
-    bool lacp = false;
-    PortBitmap members{};
-
-    bool empty() const { return !(members.words[0] | members.words[1] | members.words[2]); }
-    void fields(Fields& f);
-};
-
-struct Trunks {
-    std::array<TrunkGroup, 8> groups;
-
-    void config(Fields& f) { f.slots("groups", groups); }
-};
+void trunk_config(Fields& f, Chip& chip);
 
 } // namespace sim
