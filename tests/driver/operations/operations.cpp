@@ -1,5 +1,5 @@
 // The driver operations by name and number, with the place of each argument in the record.
-#include "tests/driver/operation.h"
+#include "tests/driver/operations/operation.h"
 
 #include "driver/acl.h"
 #include "driver/acl_mgmt.h"
