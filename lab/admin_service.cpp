@@ -2,6 +2,7 @@
 #include "lab/admin_service.h"
 
 #include "lab/mac.h"
+#include "lab/request_head.h"
 #include "lab/settings_document.h"
 
 #include <nlohmann/json.hpp>
@@ -359,14 +360,15 @@ Misbehaviour misbehaviour_in(const Json& body) {
 
 void check_possible(const Misbehaviour& misbehaviour, const AdminParts& parts) {
     const std::string& door = misbehaviour.door;
-    if (door != "checkin" && door != "plain" && door != "keeper")
+    if (!parts.has_port(door, 0))
         throw Refusal{400, "there is no door \"" + door + "\""};
     if (is_certificate_fault(misbehaviour.fault) && door != "checkin")
         throw Refusal{400, "only the door \"checkin\" shows a certificate"};
     if (misbehaviour.fault == Fault::refuse && misbehaviour.left != 0)
         throw Refusal{400, "a refused connection cannot be counted, leave \"count\" out"};
-    if (misbehaviour.port != 0 && !parts.is_port(misbehaviour.port))
-        throw Refusal{400, "there is no port " + std::to_string(misbehaviour.port)};
+    if (!parts.has_port(door, misbehaviour.port))
+        throw Refusal{
+            400, "the door \"" + door + "\" has no port " + std::to_string(misbehaviour.port)};
 }
 
 Reply misbehave(const Request& request) {
@@ -471,6 +473,16 @@ std::optional<std::vector<std::string>> matched(const char* pattern, const std::
     return free;
 }
 
+// A browser names the page that sends a request. No page has business here: one from anywhere could
+// otherwise push actions through the browser of whoever has it open.
+void refuse_web_pages(const Call& call) {
+    const auto head = parse_request_head(call.head);
+    if (head && std::ranges::any_of(head->lines, [](const HeaderLine& line) {
+            return same_name(line.name, "Origin");
+        }))
+        throw Refusal{403, "the admin interface is not for web pages"};
+}
+
 Reply route(const Call& call, AdminParts& parts) {
     bool known_path = false;
     for (const Route& candidate : routes) {
@@ -488,6 +500,7 @@ Reply route(const Call& call, AdminParts& parts) {
 
 Reply AdminService::answer(const Call& call) {
     try {
+        refuse_web_pages(call);
         return route(call, parts_);
     } catch (const Refusal& refusal) {
         return reply({{"error", refusal.reason}}, refusal.status);

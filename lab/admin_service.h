@@ -21,9 +21,9 @@ struct AdminParts {
     KeeperService& keeper;
     Misbehaviours& misbehaviours;
     FirmwareShelf& shelf;
-    std::function<std::string()> ports;         // the text of ports.json
-    std::function<bool(int port)> is_port;      // of a door that can misbehave
-    std::function<void()> misbehaviour_changed; // opens or closes doors to fit
+    std::function<std::string()> ports;                              // the text of ports.json
+    std::function<bool(const std::string& door, int port)> has_port; // port 0: any
+    std::function<void()> misbehaviour_changed;                      // opens or closes doors to fit
 };
 
 class AdminService {

@@ -1,6 +1,7 @@
 // One check-in from the request to the reply.
 #include "lab/checkin_service.h"
 
+#include "lab/mac.h"
 #include "lab/request_head.h"
 #include "lab/settings_document.h"
 
@@ -24,6 +25,15 @@ nlohmann::json keys(const nlohmann::json& object) {
     for (const auto& [key, value] : object.items())
         list.push_back(key);
     return list;
+}
+
+// The switch that a refused request speaks for; empty when its path names none.
+std::string mac_of(const std::string& target) {
+    constexpr std::string_view before = "/cloud-switch/";
+    constexpr size_t mac_length = 17;
+    if (!target.starts_with(before))
+        return {};
+    return canonical_mac(target.substr(before.size(), mac_length)).value_or("");
 }
 
 std::string target_of(const Call& call) {
@@ -59,9 +69,7 @@ std::variant<Verified, Rejection> CheckinService::examine_call(const Call& call)
 
 Reply CheckinService::reject(const Call& call, const Rejection& rejection) {
     const std::string target = target_of(call);
-    std::string mac;
-    if (target.size() == 39 && target.ends_with("/checkin"))
-        mac = target.substr(14, 17);
+    const std::string mac = mac_of(target);
     store_.count("rejected." + rejection.code);
     events_.note(
         "rejected", mac, "rejected " + target + ": " + rejection.reason,

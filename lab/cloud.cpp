@@ -36,11 +36,7 @@ Cloud::Cloud(const Options& options)
       admin_(
           {store_, events_, policy_, keeper_, misbehaviours_, shelf_,
            [this] { return ports_json(); },
-           [this](int port) {
-               return std::ranges::any_of(doors_, [&](const NamedDoor& named) {
-                   return named.name != "admin" && named.door->port() == port;
-               });
-           },
+           [this](const std::string& door, int port) { return has_port(door, port); },
            [this] { fit_doors(); }}) {
     for (const auto& [mac, account] : options_.accounts)
         store_.put_switch(mac, account);
@@ -136,6 +132,14 @@ void Cloud::stop() {
     // The admin door is the last to open and the first to close: it opens and closes the others.
     for (auto named = doors_.rbegin(); named != doors_.rend(); ++named)
         named->door->close();
+}
+
+// A check-in port has a plain side as well.
+bool Cloud::has_port(const std::string& door, int port) const {
+    return std::ranges::any_of(doors_, [&](const NamedDoor& named) {
+        const bool has_side = named.name == door || (named.name == "checkin" && door == "plain");
+        return door != "admin" && has_side && (port == 0 || named.door->port() == port);
+    });
 }
 
 std::vector<int> Cloud::ports(const std::string& name) const {

@@ -41,6 +41,7 @@ class Cloud {
     Reply answer_plain(const Call& call);
     void add_doors();
     void fit_doors();
+    bool has_port(const std::string& door, int port) const; // port 0: any
     std::vector<int> ports(const std::string& name) const;
     std::string addresses(const std::string& name) const;
     std::filesystem::path ports_file() const { return options_.data / "ports.json"; }

@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <cstdio>
+#include <exception>
 #include <mutex>
 #include <set>
 #include <stdexcept>
@@ -30,6 +32,16 @@ constexpr int backlog = 128;
 constexpr size_t longest_body = 64u << 20;
 constexpr unsigned char tls_handshake_record = 0x16;
 
+std::string text_of(const std::exception_ptr& failure) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const std::exception& known) {
+        return std::string(known.what()) + "\n";
+    } catch (...) {
+        return "unknown failure\n";
+    }
+}
+
 // A thread for each connection: a waiting long-poll never takes the place of another request.
 class ThreadEach : public httplib::TaskQueue {
   public:
@@ -38,7 +50,11 @@ class ThreadEach : public httplib::TaskQueue {
         changed_.wait(lock, [&] { return running_ < most_threads; });
         running_++;
         std::thread([this, task = std::move(task)] {
-            task();
+            try {
+                task();
+            } catch (...) {
+                std::fprintf(stderr, "lab_cloud: %s", text_of(std::current_exception()).c_str());
+            }
             // Notified under the lock: the queue may be gone as soon as the lock is.
             const std::lock_guard done(mutex_);
             running_--;
@@ -224,9 +240,9 @@ class Door::Server : public httplib::Server {
             if (response.body.empty())
                 answer(request, response, {}, false);
         });
-        set_exception_handler([](const Request&, Response& response, std::exception_ptr) {
+        set_exception_handler([](const Request&, Response& response, std::exception_ptr failure) {
             response.status = 500;
-            response.set_content("the lab cloud failed on this request\n", "text/plain");
+            response.set_content("the lab cloud failed: " + text_of(failure), "text/plain");
         });
     }
 

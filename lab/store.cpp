@@ -216,22 +216,24 @@ bool Store::acknowledge(const std::string& mac, int64_t seqno) {
 }
 
 // A switch may report a number beyond those assigned here (it was with another cloud, or the data
-// folder is new): documents it never saw get numbers above it, so that numbers only rise.
-void Store::renumber_pending(const std::string& mac, int64_t reported_seqno) {
-    std::vector<int64_t> pending;
+// folder is new): documents still to be delivered get numbers above it, so that numbers only rise.
+void Store::renumber_open(const std::string& mac, int64_t reported_seqno) {
+    std::vector<int64_t> open;
     Statement rows(
-        database_, "SELECT seqno FROM settings WHERE mac = ? AND state = 'pending' ORDER BY seqno",
+        database_,
+        "SELECT seqno FROM settings WHERE mac = ? AND state IN ('pending', 'delivered') ORDER BY "
+        "seqno",
         mac);
     while (rows.step())
-        pending.push_back(rows.number(0));
-    if (pending.empty() || pending.front() > reported_seqno)
+        open.push_back(rows.number(0));
+    if (open.empty() || open.front() > reported_seqno)
         return;
     Statement row(
         database_, "SELECT MAX(assigned_seqno, ?) FROM switches WHERE mac = ?", reported_seqno,
         mac);
     row.step();
     int64_t assigned = row.number(0);
-    for (const int64_t seqno : pending)
+    for (const int64_t seqno : open)
         Statement(
             database_, "UPDATE settings SET seqno = ? WHERE mac = ? AND seqno = ?", ++assigned, mac,
             seqno)
@@ -256,7 +258,7 @@ Delivery
 Store::deliver(const std::string& mac, int64_t reported_seqno, const DeliveryRules& rules) {
     const std::lock_guard lock(mutex_);
     Transaction transaction(database_);
-    renumber_pending(mac, reported_seqno);
+    renumber_open(mac, reported_seqno);
     Delivery delivery;
     int64_t delivered_ms = 0;
     while (auto oldest = oldest_open(mac, delivered_ms)) {

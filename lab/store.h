@@ -100,7 +100,7 @@ class Store {
     std::map<std::string, int64_t> counters();
 
   private:
-    void renumber_pending(const std::string& mac, int64_t reported_seqno);
+    void renumber_open(const std::string& mac, int64_t reported_seqno);
     std::optional<SettingsRecord> oldest_open(const std::string& mac, int64_t& delivered_ms);
 
     std::mutex mutex_;

@@ -53,6 +53,13 @@ TEST_F(Admin, TellsUnknownPathsFromWrongMethods) {
     admin("DELETE", "/events", "", 405);
 }
 
+TEST_F(Admin, DoesNotServeWebPages) {
+    const Answer answer = talk(
+        admin_door(), "GET /switches HTTP/1.1\r\nHost: localhost\r\nOrigin: http://page\r\n\r\n");
+    EXPECT_EQ(answer.status, 403);
+    EXPECT_EQ(answer.body.find(mac), std::string::npos);
+}
+
 TEST_F(Admin, RefusesBadActions) {
     for (const char* body : {"", "[]", "{}", R"({"action":1})", R"({"port":"1"})"})
         admin("POST", of_switch("/actions"), body, 400);

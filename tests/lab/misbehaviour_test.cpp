@@ -147,6 +147,8 @@ TEST_F(Misbehaving, ImpossibleOrdersAreRefused) {
           R"({"mode":"reset","port":1})", R"({"mode":"reset","count":-1})",
           R"({"mode":"reset","count":18446744073709551615})", R"({"mode":7})"})
         EXPECT_TRUE(admin("POST", "/misbehave", order, 400).contains("error")) << order;
+    const Json other_door = {{"mode", "reset"}, {"door", "keeper"}, {"port", checkin_door().port}};
+    admin("POST", "/misbehave", other_door.dump(), 400);
     EXPECT_TRUE(admin_get("/misbehave").empty());
 }
 

@@ -93,6 +93,14 @@ TEST_F(Settings, GetAHigherNumberWhenTheSwitchIsAlreadyBeyond) {
     EXPECT_EQ(queue(R"({"lldp":{}})"), 43);
 }
 
+TEST_F(Settings, AlreadyDeliveredFollowASwitchThatWentBeyondThem) {
+    queue(R"({"lldp":{}})");
+    EXPECT_EQ(seqno_in(report_seqno(1)), 2);
+    EXPECT_EQ(seqno_in(report_seqno(7)), 8);
+    EXPECT_EQ(report_seqno(8), Json::object());
+    EXPECT_EQ(state(0), "acknowledged");
+}
+
 TEST_F(Settings, CanBeWithdrawn) {
     queue(R"({"lldp":{}})");
     admin("DELETE", of_switch("/settings/2"));
