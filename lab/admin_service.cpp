@@ -247,14 +247,14 @@ Reply wait_for_events(const Request& request) {
         seconds = std::min(number_of<double>(timeout, "timeout"), longest_wait_seconds);
     const EventFilter filter = event_filter(request);
     Json list = Json::array();
-    int64_t last = filter.after;
+    int64_t last = 0;
     for (const auto& event : request.parts.events.wait(
              filter, std::chrono::milliseconds(static_cast<int64_t>(seconds * 1000)))) {
         list.push_back(event_entry(event));
         last = event.id;
     }
-    if (list.empty() && last == 0)
-        last = request.parts.events.last();
+    if (list.empty()) // nothing skipped, and a way to ask where the log ends
+        last = std::min(filter.after, request.parts.events.last());
     return reply({{"events", list}, {"last", last}});
 }
 
