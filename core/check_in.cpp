@@ -10,6 +10,7 @@
 #include "core/debug.h"
 #include "core/dispatch.h"
 #include "core/errors.h"
+#include "core/redact.h"
 #include "core/state.h"
 #include "transport/api_client.h"
 #include "transport/send.h"
@@ -131,9 +132,16 @@ static void acknowledge(const cJSON* settings) {
         api_vxcloud_seqno_set(getJsonIntValue(seqno));
 }
 
+static void show_reply(const char* reply) {
+    char* shown = debug_flag ? redact_account(reply) : nullptr;
+    if (shown)
+        debug_print("\n%s\n\n", shown);
+    free(shown);
+}
+
 static void apply_reply(const char* reply) {
     debug_print("---------------------------------------------\n");
-    debug_print("\n%s\n\n", reply);
+    show_reply(reply);
     cJSON* settings = parseJsonString(reply);
     if (!settings)
         return;

@@ -9,6 +9,7 @@
 
 #include "core/debug.h"
 #include "core/dispatch.h"
+#include "core/redact.h"
 #include "json/json_document.h"
 
 static const char request_path[] = "/tmp/vx_cloud_post";
@@ -23,6 +24,13 @@ static void apply_request(const char* content) {
     deleteJsonObject(document);
 }
 
+static void show_content(const char* content) {
+    char* shown = debug_flag ? redact_account(content) : nullptr;
+    if (shown)
+        debug_print("\n\ncontent %s\n\n\n", shown);
+    free(shown);
+}
+
 // Reads the request into a buffer that is zeroed and one byte longer than the longest request.
 static bool read_request(char* content) {
     FILE* file = fopen(request_path, "r");
@@ -33,7 +41,7 @@ static bool read_request(char* content) {
     size_t length = fread(content, 1, LONGEST_REQUEST, file);
     fclose(file);
     debug_print("\n\ncontent length : %d\n\n\n", static_cast<int>(length));
-    debug_print("\n\ncontent %s\n\n\n", content);
+    show_content(content);
     return true;
 }
 

@@ -1,0 +1,140 @@
+// Section dispatch: what is called, in which order, and what follows.
+#include "core/dispatch.h"
+
+#include "core/debug.h"
+#include "tests/core/on_cloud.h"
+
+namespace {
+
+class Dispatch : public OnCloud {
+  protected:
+    void apply(const std::string& text) {
+        Json document(text);
+        vxc_set(document);
+    }
+};
+
+std::vector<std::string> keys_of(const cJSON* object) {
+    std::vector<std::string> keys;
+    for (const cJSON* member = getJsonChild(object); member; member = getJsonNext(member))
+        keys.push_back(member->string);
+    return keys;
+}
+
+// The keys that are in both, in the order of `order`.
+Lines in_order(const Lines& order, const Lines& present) {
+    Lines kept;
+    for (const std::string& key : order)
+        if (std::find(present.begin(), present.end(), key) != present.end())
+            kept.push_back(key);
+    return kept;
+}
+
+} // namespace
+
+TEST_F(Dispatch, report_has_its_sections_in_a_fixed_order) {
+    Json document(createJsonObject());
+    vxc_get(document);
+    Lines top = keys_of(document);
+    EXPECT_EQ(top.front(), "system");
+    EXPECT_EQ(top, in_order({"system", "acl", "qos", "vlan", "lldp", "diagnostics"}, top));
+    Lines system = keys_of(document["system"]);
+    ASSERT_GE(system.size(), 3u);
+    EXPECT_EQ(system[0], "jumbo_frames");
+    EXPECT_EQ(system[1], "cloud");
+    EXPECT_TRUE(std::find(system.begin(), system.end(), "summary_info") != system.end());
+}
+
+TEST_F(Dispatch, frame_size_builder_is_the_only_one_that_is_not_announced) {
+    debug_flag = 1;
+    Json document(createJsonObject());
+    vxc_get(document);
+    std::string shown = raw_console();
+    EXPECT_EQ(shown.find("vxc_jumbo_frmGet"), std::string::npos);
+    EXPECT_TRUE(shown.starts_with("api_checkin: before vxc_system_get pid "));
+    EXPECT_TRUE(shown.ends_with("Done and leave\n"));
+}
+
+TEST_F(Dispatch, failing_builder_is_logged_and_the_next_one_runs) {
+    fail("sal_sys_macAddr_get", 5);
+    fail("sal_switch_maxFrameSize_get", 6);
+    Json document(createJsonObject());
+    vxc_get(document);
+    EXPECT_EQ(log(), (Lines{"summary info get fail"}));
+    EXPECT_EQ(recorded(), (Codes{6, 5}));
+    Lines top = keys_of(document);
+    EXPECT_TRUE(std::find(top.begin(), top.end(), "vlan") != top.end());
+}
+
+TEST_F(Dispatch, system_getter_returns_0_whatever_fails) {
+    fail("sal_sys_macAddr_get", 5);
+    Json document(createJsonObject());
+    EXPECT_EQ(vxc_system_get(document), 0);
+}
+
+TEST_F(Dispatch, empty_system_object_raises_the_flag_and_saves_nothing) {
+    apply(R"({"system": {}})");
+    EXPECT_EQ(setting_from_cloud, 1u);
+    EXPECT_TRUE(trace().empty());
+}
+
+TEST_F(Dispatch, document_without_sections_leaves_the_flag) {
+    apply(R"({"weather": {}})");
+    apply("[1, 2]");
+    apply("3");
+    EXPECT_EQ(setting_from_cloud, 0u);
+    EXPECT_TRUE(trace().empty());
+}
+
+TEST_F(Dispatch, frame_size_out_of_range_counts_as_applied_and_is_saved) {
+    apply(R"({"system": {"jumbo_frames": {"size": 9217}}})");
+    EXPECT_EQ(trace(), (Lines{"cmd_conf_startupConfig_save() = 0"}));
+    EXPECT_EQ(recorded(), (Codes{28}));
+    EXPECT_TRUE(log().empty());
+}
+
+TEST_F(Dispatch, refused_cloud_section_counts_as_applied_and_is_saved) {
+    apply(R"({"system": {"cloud": {"checkin_interval": 1}}})");
+    EXPECT_EQ(trace(), (Lines{"cmd_conf_startupConfig_save() = 0"}));
+}
+
+TEST_F(Dispatch, document_whose_every_section_failed_is_not_saved) {
+    apply(R"({"system": {"summary_info": {"device_name": "1st"}}})");
+    EXPECT_EQ(setting_from_cloud, 1u);
+    EXPECT_EQ(log(), (Lines{"summary info set fail"}));
+    EXPECT_FALSE(called("cmd_conf_startupConfig_save"));
+}
+
+TEST_F(Dispatch, failed_section_does_not_stop_the_next) {
+    fail("sal_sys_systemName_set", 7);
+    apply(R"({"system": {"summary_info": {"device_name": "New"}, "cloud": {"checkin_interval": 61},
+                         "jumbo_frames": {"size": 2000}}})");
+    EXPECT_EQ(
+        calls(), (Lines{
+                     "sal_switch_maxFrameSize_set", "sal_vxcloud_checkin_interval_set",
+                     "sal_vxcloud_checkin_interval_get", "sal_sys_systemName_set", "sys_log",
+                     "cmd_conf_startupConfig_save"}));
+}
+
+TEST_F(Dispatch, save_is_announced_and_its_result_not_looked_at) {
+    fail("cmd_conf_startupConfig_save", 5);
+    debug_flag = 1;
+    apply(R"({"system": {"jumbo_frames": {"size": 2000}}})");
+    EXPECT_EQ(raw_console(), "conf_startupConfig_save\n");
+    EXPECT_TRUE(recorded().empty());
+}
+
+TEST_F(Dispatch, top_level_vlan_means_the_voice_vlan) {
+    apply(R"({"vlan": {"voice": {"mode": 0}}})");
+    EXPECT_EQ(setting_from_cloud, 1u);
+    ASSERT_FALSE(calls().empty());
+    EXPECT_NE(calls().front().find("oice"), std::string::npos) << calls().front();
+}
+
+TEST_F(Dispatch, failed_top_level_section_raises_the_flag_all_the_same) {
+    board.faults.plan({sim::Edge::platform, "", 1, false, 77, 0});
+    apply(R"({"vlan": {"voice": {"mode": 0}}})");
+    EXPECT_EQ(setting_from_cloud, 1u);
+    EXPECT_EQ(log(), (Lines{"Voice Vlan set fail"}));
+    EXPECT_FALSE(called("cmd_conf_startupConfig_save"));
+}
