@@ -31,8 +31,7 @@ enum {
     WAITED_SOCKETS = 16, // a transfer has one, or two while it chooses between address families
 };
 
-// Both outlive a thread that is cancelled, so that nothing is lost with it: the next one empties
-// the capture, and releasing a transfer takes it out of the set.
+// Both outlive a thread that is cancelled, so that nothing is lost with it.
 static api_reply capture;
 static CURLM* transfers;
 
@@ -122,6 +121,16 @@ static void set_options(CURL* transfer, const char* url) {
     curl_easy_setopt(transfer, CURLOPT_FORBID_REUSE, 1L);
 }
 
+// The transfer leaves the set before it is released: otherwise its connection, on which an answer
+// is still due, stays in the set and the next request takes that answer for its own.
+static void release_transfer() {
+    if (!thread_curl)
+        return;
+    curl_multi_remove_handle(transfers, thread_curl);
+    curl_easy_cleanup(thread_curl);
+    thread_curl = nullptr;
+}
+
 static CURLcode listen_once(const char* url) {
     release_capture();
     capture.type = REPLY_IN_MEMORY;
@@ -133,8 +142,7 @@ static CURLcode listen_once(const char* url) {
     CURLcode result = transfer ? run_transfer(transfer) : CURLE_FAILED_INIT;
     if (result != CURLE_OK)
         debug_print("curl_easy_perform() failed: %s\n", curl_easy_strerror(result));
-    curl_easy_cleanup(transfer);
-    thread_curl = nullptr;
+    release_transfer();
     return result;
 }
 
@@ -202,15 +210,13 @@ void start_keeper(KeeperThread* keeper) {
         connection_url_change = 1;
 }
 
-// The host may change once more while the old thread ends, so the flag is cleared before that.
-void restart_keeper(KeeperThread* keeper) {
+// The host may change once more while the thread ends, so the flag is cleared before that.
+void stop_keeper(KeeperThread* keeper) {
     if (keeper->running)
         pthread_cancel(keeper->handle);
     connection_url_change = 0;
     if (keeper->running)
         pthread_join(keeper->handle, nullptr);
-    if (thread_curl)
-        curl_easy_cleanup(thread_curl);
-    thread_curl = nullptr;
-    start_keeper(keeper);
+    keeper->running = false;
+    release_transfer();
 }

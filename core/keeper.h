@@ -13,9 +13,9 @@ struct KeeperThread {
 // thread, connection_url_change is raised, so that the main loop tries again.
 void start_keeper(KeeperThread* keeper);
 
-// Ends the thread, also amidst a transfer, releases what it was using, and starts it afresh. Clears
+// Ends the thread, also amidst a transfer, and releases what it was using. Clears
 // connection_url_change.
-void restart_keeper(KeeperThread* keeper);
+void stop_keeper(KeeperThread* keeper);
 
 // "http://HOST/router/listen/MAC"; at most `size` bytes with the terminator.
 void format_listen_url(char* url, int size);

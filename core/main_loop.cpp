@@ -11,7 +11,8 @@ enum { PAUSE_WITHOUT_CONNECTION = 10 }; // seconds
 
 static void follow_keeper_host(KeeperThread* keeper) {
     debug_print("connection_url_change\n\n");
-    restart_keeper(keeper);
+    stop_keeper(keeper);
+    start_keeper(keeper);
     debug_print("connection_url_change end\n\n");
 }
 

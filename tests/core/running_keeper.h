@@ -1,7 +1,6 @@
 // The connection keeper's thread as long as a test lives.
 #pragma once
 
-#include <curl/curl.h>
 #include <signal.h>
 
 #include "core/keeper.h"
@@ -10,18 +9,15 @@
 // Must be destroyed before the board.
 struct RunningKeeper {
     RunningKeeper() = default;
-    ~RunningKeeper() {
-        if (!thread.running)
-            return;
-        pthread_cancel(thread.handle);
-        pthread_join(thread.handle, nullptr);
-        curl_easy_cleanup(thread_curl);
-        thread_curl = nullptr;
-    }
+    ~RunningKeeper() { stop_keeper(&thread); }
     RunningKeeper(const RunningKeeper&) = delete;
     RunningKeeper& operator=(const RunningKeeper&) = delete;
 
     void start() { start_keeper(&thread); }
+    void restart() {
+        stop_keeper(&thread);
+        start_keeper(&thread);
+    }
 
     KeeperThread thread{};
 };

@@ -178,6 +178,8 @@ void HttpStub::serve(int connection) {
     HttpAnswer answer = next_answer(request);
     std::this_thread::sleep_for(answer.delay);
     if (answer.silent) {
+        if (!answer.pieces.empty())
+            send_answer(connection, answer);
         for (std::string ignored; receive_more(connection, ignored);)
             ignored.clear();
         return;

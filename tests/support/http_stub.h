@@ -28,7 +28,8 @@ struct HttpAnswer {
     std::vector<std::string> pieces = {};  // sent one by one in place of `body`
     std::size_t missing = 0;               // bytes that are announced and never sent
     std::chrono::milliseconds delay{0};    // before the first byte
-    bool silent = false;                   // no answer until the client or the server gives up
+    bool silent = false;                   // nothing, or nothing after `pieces`, until the client
+                                           // or the server gives up
 };
 
 class HttpStub {
