@@ -14,11 +14,11 @@ extern "C" {
 #endif
 
 enum {
-    ACL_NAME_SIZE = 33,   // with the terminator
-    ACL_BINDING_SIZE = 3, // kinds 0 (unused) to 2
+    ACL_NAME_SIZE = 33,    // with the terminator
+    ACL_BINDING_KINDS = 3, // kinds 0 (unused) to 2
 };
 
-// A range of layer-4 ports, shared by the entries that refer to it.
+// A range of layer-4 ports, shared by the entries that refer to it. 16 bytes.
 typedef struct AclPortRange {
     uint32_t kind;  // 1 TCP, 2 any other protocol
     uint32_t first; // 0 to 65535
@@ -26,7 +26,7 @@ typedef struct AclPortRange {
     uint32_t users; // the driver's own; 0 in a range that is written
 } AclPortRange;
 
-// An entry of a list. A match is made only of the fields whose flag in `valid` is set.
+// An entry of a list. A match is made only of the fields whose flag in `valid` is set. 72 bytes.
 typedef struct AclEntry {
     uint32_t sequence;
     uint32_t action; // 0 deny, 1 permit
@@ -66,14 +66,14 @@ enum {
     ACL_VALID_TCP_FLAGS = 1 << 15,
 };
 
-// The lists bound to a port, one name a kind; an empty name is no binding.
+// The lists bound to a port, one name a kind; an empty name is no binding. 104 bytes.
 typedef struct AclBinding {
     uint32_t kind; // the kind that a bind request is about
-    char name[ACL_BINDING_SIZE][ACL_NAME_SIZE];
+    char name[ACL_BINDING_KINDS][ACL_NAME_SIZE];
     uint8_t reserved;
 } AclBinding;
 
-// Filter engine entries in use and in all.
+// Filter engine entries in use and in all. 8 bytes.
 typedef struct AclUsage {
     uint32_t used;
     uint32_t total;

@@ -3,6 +3,10 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(AclMgmtEntry) == 68, "the driver's record");
+static_assert(sizeof(AclMgmtClass) == 40, "the driver's record");
+static_assert(sizeof(AclMgmtCount) == 40, "the driver's record");
+
 // clang-format off
 int rsd_acl_mgmt_list_add(const char* name)           { return chip_text_set<ACL_MGMT_NAME_SIZE>(2817, name); }
 int rsd_acl_mgmt_list_del(const char* name)           { return chip_text_set<ACL_MGMT_NAME_SIZE>(2818, name); }

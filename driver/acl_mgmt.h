@@ -14,7 +14,7 @@ extern "C" {
 
 enum { ACL_MGMT_NAME_SIZE = 33 };
 
-// A rule of a list, found by name and priority.
+// A rule of a list, found by name and priority. 68 bytes.
 typedef struct AclMgmtEntry {
     char name[ACL_MGMT_NAME_SIZE]; // of the list
     uint8_t reserved[3];
@@ -26,14 +26,14 @@ typedef struct AclMgmtEntry {
     PortBitmap ports;
 } AclMgmtEntry;
 
-// The list in force.
+// The list in force. 40 bytes.
 typedef struct AclMgmtClass {
     char name[ACL_MGMT_NAME_SIZE];
     uint8_t reserved[3];
     uint32_t active;
 } AclMgmtClass;
 
-// Rules of a list.
+// Rules of a list. 40 bytes.
 typedef struct AclMgmtCount {
     char name[ACL_MGMT_NAME_SIZE];
     uint8_t reserved[3];

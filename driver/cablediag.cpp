@@ -3,6 +3,7 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(CableResult) == 12, "diagnostics keeps it");
 static_assert(sizeof(CableRecord) == 16, "the driver's record");
 
 // clang-format off

@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-// The result of a cable test. Pairs A to D.
+// The result of a cable test. Pairs A to D. 12 bytes.
 typedef struct CableResult {
     uint32_t port;         // logical port, zero-based
     uint8_t pair_state[4]; // the driver's codes; 0 is a pair without fault

@@ -3,6 +3,8 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(DaiMib) == 28, "the driver's record");
+
 // clang-format off
 int dai_enable_set(uint32_t enable)                         { return request_set(513, enable); }
 int dai_vlan_enable_set(uint32_t vlan, uint32_t enable)     { return request_vlan_set(514, vlan, enable); }

@@ -3,6 +3,9 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(DhcpSnoopingMib) == 20, "the driver's record");
+static_assert(sizeof(DhcpCircuitId) == 68, "the driver's record");
+
 // clang-format off
 int dhcp_snooping_enable_set(uint32_t enable)                           { return request_set(641, enable); }
 int dhcp_snooping_vlan_enable_set(uint32_t vlan, uint32_t enable)       { return request_vlan_set(642, vlan, enable); }

@@ -10,7 +10,7 @@ extern "C" {
 
 enum { DHCP_OPTION_TEXT_SIZE = 64 };
 
-// What snooping counted on a port.
+// What snooping counted on a port. 20 bytes.
 typedef struct DhcpSnoopingMib {
     uint32_t forwarded;
     uint32_t hardware_address; // dropped: client address differs from the sender's
@@ -19,7 +19,7 @@ typedef struct DhcpSnoopingMib {
     uint32_t invalid;          // dropped: malformed
 } DhcpSnoopingMib;
 
-// The circuit id that the switch writes for a port.
+// The circuit id that the switch writes for a port. 68 bytes.
 typedef struct DhcpCircuitId {
     uint32_t vlan; // 0: every VLAN without one of its own
     char text[DHCP_OPTION_TEXT_SIZE];

@@ -3,6 +3,10 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(Dot1xRadiusServer) == 84, "the driver's record");
+static_assert(sizeof(Dot1xRadiusStatistics) == 48, "the driver's record");
+static_assert(sizeof(Dot1xHost) == 16, "the driver's record");
+
 // clang-format off
 int dot1x_enable_set(uint32_t enable)                                { return request_set(770, enable); }
 int dot1x_gateway_set(uint32_t address)                              { return request_set(772, address); }

@@ -3,6 +3,11 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(GvrpVlan) == 32, "the driver's record");
+static_assert(sizeof(GvrpInfo) == 28, "the driver's record");
+static_assert(sizeof(GvrpStatistics) == 48, "the driver's record");
+static_assert(sizeof(GvrpErrorStatistics) == 20, "the driver's record");
+
 // clang-format off
 int gvrp_enable_set(uint32_t enable)                                        { return request_set(1537, enable); }
 int gvrp_port_enable_set(uint32_t port, uint32_t enable)                    { return request_port_set(1538, port, enable); }

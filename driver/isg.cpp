@@ -3,6 +3,9 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(IsgBinding) == 32, "the driver's record");
+static_assert(sizeof(IsgDatabase) == 260, "the driver's record");
+
 // clang-format off
 int isg_port_enable_set(uint32_t port, uint32_t mode)         { return request_port_set(1921, port, mode); }
 int isg_bindingEntry_set(const IsgBinding* binding)           { return request_entry_set(1922, binding); }

@@ -12,7 +12,7 @@ extern "C" {
 
 enum { ISG_TEXT_SIZE = 128 };
 
-// A binding.
+// A binding. 32 bytes.
 typedef struct IsgBinding {
     uint32_t port;
     uint32_t vlan;
@@ -24,7 +24,7 @@ typedef struct IsgBinding {
     uint8_t reserved[2];
 } IsgBinding;
 
-// Where learned bindings are kept over a restart.
+// Where learned bindings are kept over a restart. 260 bytes.
 typedef struct IsgDatabase {
     uint32_t kind; // 0 nowhere, 1 flash, 2 TFTP server
     char server[ISG_TEXT_SIZE];

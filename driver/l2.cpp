@@ -3,6 +3,9 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(L2MacEntry) == 36, "the driver's record");
+static_assert(sizeof(L2MacBatch) == 1156, "the driver's record");
+
 // clang-format off
 int rsd_l2_macEntry_clear()                                                    { return chip_request(2049); }
 int rsd_l2_macEntry_clear_byPort(uint32_t port)                                { return chip_request(2050, port); }

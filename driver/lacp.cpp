@@ -3,6 +3,9 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(LacpState) == 44, "the driver's record");
+static_assert(sizeof(LacpCounters) == 20, "the driver's record");
+
 // clang-format off
 int lacp_enable_set(uint32_t enable)                          { return request_set(2177, enable); }
 int lacp_system_priority_set(uint32_t priority)               { return request_set(2178, priority); }

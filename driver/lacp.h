@@ -11,6 +11,7 @@ extern "C" {
 #endif
 
 // What the protocol knows: of an aggregation group its spare members, of a port its machine.
+// 44 bytes.
 typedef struct LacpState {
     PortBitmap spare_members;
     uint32_t selected;    // 0 unselected, 1 standby, 2 selected
@@ -23,7 +24,7 @@ typedef struct LacpState {
     uint8_t reserved[2];
 } LacpState;
 
-// Messages of a port.
+// Messages of a port. 20 bytes.
 typedef struct LacpCounters {
     uint32_t received;
     uint32_t sent;

@@ -3,6 +3,13 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(LldpLocalEntry) == 1304, "the driver's record");
+static_assert(sizeof(LldpRemoteEntry) == 1312, "the driver's record");
+static_assert(sizeof(LldpVlanNameTlv) == 40, "the driver's record");
+static_assert(sizeof(LldpOverload) == 12, "the driver's record");
+static_assert(sizeof(LldpStatistics) == 28, "the driver's record");
+static_assert(sizeof(LldpPortEntry) == 16, "the driver's record");
+
 // clang-format off
 int lldp_enable_set(uint32_t enable)                               { return request_set(2433, enable); }
 int lldp_port_set(uint32_t port, uint32_t mode)                    { return request_port_set(2434, port, mode); }

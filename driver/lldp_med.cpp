@@ -3,6 +3,11 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(LldpMedPolicy) == 24, "the driver's record");
+static_assert(sizeof(LldpMedLocation) == 208, "the driver's record");
+static_assert(sizeof(LldpMedInventory) == 232, "the driver's record");
+static_assert(sizeof(LldpMedEntry) == 472, "the driver's record");
+
 // clang-format off
 int lldp_medFastRepeatCount_set(uint32_t messages)                           { return request_set(2561, messages); }
 int lldp_medNetworkPolicy_set(const LldpMedPolicy* policy)                   { return request_entry_set(2562, policy); }

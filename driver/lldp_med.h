@@ -15,7 +15,7 @@ enum {
     LLDP_MED_ELIN_SIZE = 26,
 };
 
-// How an endpoint is to send one kind of traffic.
+// How an endpoint is to send one kind of traffic. 24 bytes.
 typedef struct LldpMedPolicy {
     uint32_t number;      // 1 to 32
     uint32_t application; // 1 voice to 8 video signalling; 0 removes the policy
@@ -25,7 +25,7 @@ typedef struct LldpMedPolicy {
     uint32_t dscp;     // 0 to 63
 } LldpMedPolicy;
 
-// Where a port ends. An empty field is not announced.
+// Where a port ends. An empty field is not announced. 208 bytes.
 typedef struct LldpMedLocation {
     uint32_t civic_length;
     uint8_t coordinate[LLDP_MED_COORDINATE_SIZE];
@@ -34,7 +34,7 @@ typedef struct LldpMedLocation {
     uint8_t reserved[2];
 } LldpMedLocation;
 
-// What a device says of itself. Texts are NUL-terminated.
+// What a device says of itself. Texts are NUL-terminated. 232 bytes.
 typedef struct LldpMedInventory {
     char hardware[LLDP_MED_TEXT_SIZE];
     char firmware[LLDP_MED_TEXT_SIZE];
@@ -46,7 +46,7 @@ typedef struct LldpMedInventory {
     uint8_t reserved[1];
 } LldpMedInventory;
 
-// What a port announces, or heard.
+// What a port announces, or heard. 472 bytes.
 typedef struct LldpMedEntry {
     uint32_t capabilities;
     uint32_t device_class;

@@ -3,6 +3,16 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(McastVlan) == 32, "the driver's record");
+static_assert(sizeof(McastQuerier) == 16, "the driver's record");
+static_assert(sizeof(McastGroup) == 32, "the driver's record");
+static_assert(sizeof(McastSourceFilter) == 148, "the driver's record");
+static_assert(sizeof(McastMac) == 24, "the driver's record");
+static_assert(sizeof(McastProfile) == 16, "the driver's record");
+static_assert(sizeof(McastRouter) == 36, "the driver's record");
+static_assert(sizeof(McastInfo) == 68, "the driver's record");
+static_assert(sizeof(McastPortStatistics) == 16, "the driver's record");
+
 // clang-format off
 int mcast_igmp_enable_set(uint32_t enable)                                { return request_set(1665, enable); }
 int mcast_igmp_suppre_enable_set(uint32_t enable)                         { return request_set(1666, enable); }

@@ -14,7 +14,7 @@ extern "C" {
 
 enum { MCAST_SOURCES = 32 };
 
-// Snooping in a VLAN.
+// Snooping in a VLAN. 32 bytes.
 typedef struct McastVlan {
     uint32_t enable;
     uint32_t fast_leave;
@@ -26,7 +26,7 @@ typedef struct McastVlan {
     uint32_t last_member_interval_s;
 } McastVlan;
 
-// Querier of a VLAN.
+// Querier of a VLAN. 16 bytes.
 typedef struct McastQuerier {
     uint32_t enable;
     uint32_t version;
@@ -34,7 +34,7 @@ typedef struct McastQuerier {
     uint32_t active_address; // of whoever queries now
 } McastQuerier;
 
-// A group in a VLAN, and the ports that want it.
+// A group in a VLAN, and the ports that want it. 32 bytes.
 typedef struct McastGroup {
     uint32_t vlan;
     uint32_t group;
@@ -44,7 +44,7 @@ typedef struct McastGroup {
     PortBitmap ports;
 } McastGroup;
 
-// A group with its sources on one port.
+// A group with its sources on one port. 148 bytes.
 typedef struct McastSourceFilter {
     uint32_t vlan;
     uint32_t group;
@@ -54,7 +54,7 @@ typedef struct McastSourceFilter {
     uint32_t sources[MCAST_SOURCES];
 } McastSourceFilter;
 
-// A static multicast MAC address.
+// A static multicast MAC address. 24 bytes.
 typedef struct McastMac {
     uint32_t vlan;
     uint8_t mac[MAC_ADDRESS_SIZE];
@@ -62,7 +62,7 @@ typedef struct McastMac {
     PortBitmap ports;
 } McastMac;
 
-// A range of groups that a port filter allows or denies.
+// A range of groups that a port filter allows or denies. 16 bytes.
 typedef struct McastProfile {
     uint32_t index;  // 1 to 128
     uint32_t action; // 0 deny, 1 permit
@@ -70,14 +70,14 @@ typedef struct McastProfile {
     uint32_t last;
 } McastProfile;
 
-// Router ports of a VLAN.
+// Router ports of a VLAN. 36 bytes.
 typedef struct McastRouter {
     PortBitmap fixed;
     PortBitmap learned;
     PortBitmap forbidden;
 } McastRouter;
 
-// State and counters of a protocol, IGMP or MLD.
+// State and counters of a protocol, IGMP or MLD. 68 bytes.
 typedef struct McastInfo {
     uint32_t enable;
     uint32_t suppression;
@@ -94,7 +94,7 @@ typedef struct McastInfo {
     uint32_t general_queries_sent, special_queries_sent;
 } McastInfo;
 
-// What a port counted.
+// What a port counted. 16 bytes.
 typedef struct McastPortStatistics {
     uint32_t queries;
     uint32_t reports;

@@ -3,6 +3,9 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(L2McastEntry) == 28, "the driver's record");
+static_assert(sizeof(IpMcastEntry) == 28, "the driver's record");
+
 // clang-format off
 int rsd_l2McastEntry_getFirst(L2McastEntry* entry) { return chip_entry_get(1857, entry); }
 int rsd_l2McastEntry_getNext(L2McastEntry* entry)  { return chip_entry_find(1858, entry); }

@@ -12,7 +12,7 @@
 extern "C" {
 #endif
 
-// Forwarding by multicast MAC address.
+// Forwarding by multicast MAC address. 28 bytes.
 typedef struct L2McastEntry {
     uint32_t place; // in the chip's table
     uint32_t vlan;
@@ -22,6 +22,7 @@ typedef struct L2McastEntry {
 } L2McastEntry;
 
 // Forwarding by IPv4 group; addresses have their most significant byte first in the number.
+// 28 bytes.
 typedef struct IpMcastEntry {
     uint32_t place; // in the chip's table
     uint32_t vlan;

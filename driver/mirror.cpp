@@ -3,6 +3,8 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(MirrorGroup) == 32, "the driver's record");
+
 // clang-format off
 int rsd_mirror_group_set(uint32_t group, const MirrorGroup* entry) { return chip_entry_set(3077, entry, group); }
 int rsd_mirror_group_del(uint32_t group)                           { return chip_request(3078, group); }

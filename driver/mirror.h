@@ -10,7 +10,7 @@
 extern "C" {
 #endif
 
-// A mirror group.
+// A mirror group. 32 bytes.
 typedef struct MirrorGroup {
     uint32_t target;  // logical port that receives the copies
     uint32_t ingress; // the target port also takes ordinary traffic: 0 no, 1 yes

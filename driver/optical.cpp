@@ -3,6 +3,8 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(OpticalData) == 24, "the driver's record");
+
 // clang-format off
 int rsd_optical_data_get(uint32_t port, OpticalData* data) { return chip_port_entry_get(3393, data, port); }
 // clang-format on

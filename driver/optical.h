@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-// Measurements of a module.
+// Measurements of a module. 24 bytes.
 typedef struct OpticalData {
     int32_t temperature_millicelsius;
     uint32_t voltage_microvolt;

@@ -3,6 +3,9 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(PortSecurity) == 16, "the driver's record");
+static_assert(sizeof(PortSecurityGlobal) == 12, "the driver's record");
+
 // clang-format off
 int rsd_port_securityEnable_set(uint32_t port, uint32_t enable)        { return chip_port_request(3586, port, enable); }
 int rsd_port_security_set(uint32_t port, const PortSecurity* security) { return chip_port_entry_set(3587, security, port); }

@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-// Security of a port.
+// Security of a port. 16 bytes.
 typedef struct PortSecurity {
     uint32_t enable;
     uint32_t max_entries;
@@ -16,7 +16,7 @@ typedef struct PortSecurity {
     uint32_t sticky; // learned addresses become configured ones
 } PortSecurity;
 
-// Security of the switch.
+// Security of the switch. 12 bytes.
 typedef struct PortSecurityGlobal {
     uint32_t enable;
     uint32_t max_entries;

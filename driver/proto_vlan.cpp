@@ -3,6 +3,8 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(ProtoGroup) == 8, "the driver's record");
+
 // clang-format off
 int rsd_vlan_protoGroup_set(uint32_t group, const ProtoGroup* protocol)     { return chip_entry_set(4737, protocol, group); }
 int rsd_vlan_portProtoVlan_set(uint32_t port, uint32_t group, uint32_t vid) { return chip_port_request(4738, port, group, vid); }

@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-// A protocol of packets.
+// A protocol of packets. 8 bytes.
 typedef struct ProtoGroup {
     uint32_t frame_type; // 0 Ethernet, 1 SNAP, 2 LLC
     uint32_t ethertype;  // 0x0000 to 0xFFFF

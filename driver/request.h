@@ -16,6 +16,8 @@
 #include <stdint.h>
 #include <string.h>
 
+#include <type_traits>
+
 #include "platform/system.h"
 
 // The codes that this layer adds to the driver's own.
@@ -72,6 +74,7 @@ int request_index_clear(uint32_t command, uint32_t index);
 // ---- Records that end in an entry ----
 
 template <class Words, class Entry> struct EntryRecord {
+    static_assert(std::has_unique_object_representations_v<Entry>, "a record has no gaps");
     Words words;
     Entry entry;
 };

@@ -3,6 +3,13 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(StpBridgeId) == 8, "the driver's record");
+static_assert(sizeof(StpInfo) == 44, "the driver's record");
+static_assert(sizeof(StpPortInfo) == 24, "the driver's record");
+static_assert(sizeof(StpMstInfo) == 36, "the driver's record");
+static_assert(sizeof(StpMstPortInfo) == 28, "the driver's record");
+static_assert(sizeof(StpMstPortMessages) == 24, "the driver's record");
+
 // clang-format off
 int stp_enable_set(uint32_t enable)                                              { return request_set(3969, enable); }
 int stp_forwardBpdu_set(uint32_t forward)                                        { return request_set(3970, forward); }

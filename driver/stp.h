@@ -14,13 +14,13 @@ extern "C" {
 
 enum { STP_NAME_SIZE = 33 };
 
-// A bridge as it names itself.
+// A bridge as it names itself. 8 bytes.
 typedef struct StpBridgeId {
     uint16_t priority;
     uint8_t mac[MAC_ADDRESS_SIZE];
 } StpBridgeId;
 
-// State of the common tree.
+// State of the common tree. 44 bytes.
 typedef struct StpInfo {
     StpBridgeId bridge;
     StpBridgeId root;
@@ -31,7 +31,7 @@ typedef struct StpInfo {
     uint32_t hello_time_s, maximum_age_s, forward_delay_s;
 } StpInfo;
 
-// State of a port.
+// State of a port. 24 bytes.
 typedef struct StpPortInfo {
     uint32_t state; // 0 disabled, 1 blocking, 2 learning, 3 forwarding
     uint32_t role;  // 0 disabled, 1 root, 2 designated, 3 alternate, 4 backup
@@ -41,7 +41,7 @@ typedef struct StpPortInfo {
     uint32_t guarded; // shut by the guard
 } StpPortInfo;
 
-// State of an instance.
+// State of an instance. 36 bytes.
 typedef struct StpMstInfo {
     StpBridgeId bridge;
     StpBridgeId regional_root;
@@ -52,7 +52,7 @@ typedef struct StpMstInfo {
     uint32_t since_change_s;
 } StpMstInfo;
 
-// State of a port in an instance.
+// State of a port in an instance. 28 bytes.
 typedef struct StpMstPortInfo {
     uint32_t state;
     uint32_t role;
@@ -62,7 +62,7 @@ typedef struct StpMstPortInfo {
     uint32_t designated_port;
 } StpMstPortInfo;
 
-// Messages of a port in an instance.
+// Messages of a port in an instance. 24 bytes.
 typedef struct StpMstPortMessages {
     uint32_t config_sent, config_received;
     uint32_t change_sent, change_received;

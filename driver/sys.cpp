@@ -3,6 +3,9 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(SysMac) == 8, "the driver's record");
+static_assert(sizeof(SysInfo) == 200, "the driver's record");
+
 // clang-format off
 int rsd_sys_ipAddr_set(uint32_t address, uint32_t mask) { return chip_request(1, address, mask); }
 int rsd_sys_info_set(const SysInfo* info)               { return chip_entry_set(3, info); }

@@ -10,7 +10,7 @@
 extern "C" {
 #endif
 
-// A MAC address, padded to whole words.
+// A MAC address, padded to whole words. 8 bytes.
 typedef struct SysMac {
     uint8_t mac[MAC_ADDRESS_SIZE];
     uint8_t reserved[2];
@@ -18,7 +18,7 @@ typedef struct SysMac {
 
 enum { SYS_TEXT_SIZE = 64 };
 
-// What the board is. Texts are NUL-terminated.
+// What the board is. Texts are NUL-terminated. 200 bytes.
 typedef struct SysInfo {
     char model[SYS_TEXT_SIZE];
     char serial[SYS_TEXT_SIZE];

@@ -3,6 +3,8 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(VlanEntry) == 68, "the driver's record");
+
 // clang-format off
 int rsd_vlan_defaultVid_set(uint32_t vid)                                   { return chip_request(4481, vid); }
 int rsd_vlan_adminEntry_create(uint32_t vid)                                { return chip_request(4482, vid); }

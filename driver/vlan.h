@@ -15,7 +15,7 @@ extern "C" {
 
 enum { VLAN_NAME_SIZE = 33 };
 
-// A VLAN.
+// A VLAN. 68 bytes.
 typedef struct VlanEntry {
     uint32_t vid;
     uint32_t kind; // 0 default, 1 static, 2 dynamic

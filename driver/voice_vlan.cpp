@@ -3,6 +3,8 @@
 
 #include "driver/request.h"
 
+static_assert(sizeof(VoiceVlanOui) == 48, "the driver's record");
+
 // clang-format off
 int voice_vlan_state_set(uint32_t state)                       { return request_set(4609, state); }
 int voice_vlan_port_enable_set(uint32_t port, uint32_t enable) { return request_port_set(4610, port, enable); }

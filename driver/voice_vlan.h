@@ -10,7 +10,7 @@ extern "C" {
 
 enum { VOICE_VLAN_TEXT_SIZE = 33 };
 
-// An address prefix of a maker of telephones.
+// An address prefix of a maker of telephones. 48 bytes.
 typedef struct VoiceVlanOui {
     uint32_t index;  // place in the table, from 0
     uint32_t enable; // 0 removes the prefix
