@@ -82,7 +82,7 @@ typedef struct AceIpv4 {
     uint8_t icmp_code;
     uint8_t tcp_flags;      // URG 32, ACK 16, PSH 8, RST 4, SYN 2, FIN 1
     uint8_t tcp_flags_mask; // the flags that are compared
-    uint8_t action_valid;
+    uint8_t action_valid;   // 1 in every entry of a list
     uint8_t destination_ip_valid;
     uint8_t source_ip_valid;
     uint8_t protocol_valid;
@@ -92,8 +92,7 @@ typedef struct AceIpv4 {
     uint8_t tcp_flags_valid;
 } AceIpv4;
 
-// An entry of a list; which of the two matches it holds is the type of its list. Entries are looked
-// at in the order of their sequence numbers.
+// An entry of a list. Entries are looked at in the order of their sequence numbers.
 typedef struct Ace {
     uint32_t sequence; // 1 to 2147483647, unique within a list
     uint32_t action;   // 0 deny, 1 permit
@@ -101,6 +100,7 @@ typedef struct Ace {
         AceMac mac;
         AceIpv4 ipv4;
     } match;
+    uint32_t type; // ACL_MAC or ACL_IPV4: that of its list, and which of the two `match` holds
 } Ace;
 
 static_assert(offsetof(Ace, action) == 4, "sequence, action, match");
@@ -139,8 +139,8 @@ int sal_acl_entry_unbind(uint32_t type, PortBitmap ports);
 // Whether there is room for one more entry of a type: 0, -1 when there is none, or a platform code.
 int _ace_number_check(uint32_t type);
 
-// Adds an entry to a list: its match is that of the list's type. Refused: a sequence number that
-// the list has already, a value out of range, a full table. Deletes the entry of a sequence number.
+// Adds an entry to a list of its type. Refused: a sequence number that the list has already, a
+// value out of range, a full table. Deletes the entry of a sequence number.
 //
 // A layer-4 port range is the driver's. It lives at least as long as an entry refers to it; equal
 // ranges are one, with one index. Nobody has to release a range: when the driver needs room, it

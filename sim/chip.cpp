@@ -18,6 +18,10 @@ namespace {
 
 // Command numbers of the driver.
 enum Command : std::uint32_t {
+    acl_list_del = 258,
+    acl_entry_create = 261,
+    acl_entry_modify = 262,
+    acl_entry_del = 263,
     l4_range_del = 264,
     l4_range_get = 327,
     l4_range_set = 328,
@@ -255,26 +259,43 @@ void grow(ChipPort& port, double seconds) {
 // ---- Layer-4 port ranges ----
 
 // Entries with the same range share it.
+using L4Ranges = std::array<ChipL4Range, chip_l4_ranges>;
+
+// The same range, a free place, or the place of a range that is not used: not of the one set last,
+// for which an entry may be on its way.
+L4Ranges::iterator place_for(ChipState& chip, const AclPortRange& wanted) {
+    L4Ranges& ranges = chip.l4_ranges;
+    auto same = std::ranges::find_if(ranges, [&](const ChipL4Range& r) {
+        return r.kind == wanted.kind && r.first == wanted.first && r.last == wanted.last;
+    });
+    if (same != ranges.end())
+        return same;
+    auto free = std::ranges::find(ranges, 0u, &ChipL4Range::kind);
+    if (free != ranges.end())
+        return free;
+    auto last = ranges.begin() + static_cast<std::ptrdiff_t>(chip.last_l4_range);
+    for (auto range = ranges.begin(); range != ranges.end(); ++range)
+        if (range->users == 0 && range != last)
+            return range;
+    return ranges.end();
+}
+
 int set_l4_range(ChipState& chip, AclRecord& record) {
     const AclPortRange& wanted = record.range;
-    if (wanted.first > wanted.last || wanted.last > 65535)
+    bool known_kind = wanted.kind == 1 || wanted.kind == 2;
+    if (!known_kind || wanted.first > wanted.last || wanted.last > 65535)
         return code_bad_value;
-    auto& ranges = chip.l4_ranges;
-    auto range = std::ranges::find_if(ranges, [&](const ChipL4Range& r) {
-        return r.users > 0 && r.kind == wanted.kind && r.first == wanted.first &&
-               r.last == wanted.last;
-    });
-    if (range == ranges.end())
-        range = std::ranges::find(ranges, 0u, &ChipL4Range::users);
-    if (range == ranges.end())
+    auto place = place_for(chip, wanted);
+    if (place == chip.l4_ranges.end())
         return code_table_full;
-    *range = {wanted.kind, wanted.first, wanted.last, range->users + 1};
-    record.range_index = static_cast<std::uint8_t>(range - ranges.begin());
+    *place = {wanted.kind, wanted.first, wanted.last, place->users};
+    chip.last_l4_range = static_cast<std::size_t>(place - chip.l4_ranges.begin());
+    record.range_index = static_cast<std::uint8_t>(chip.last_l4_range);
     return code_ok;
 }
 
 ChipL4Range* l4_range_at(ChipState& chip, std::size_t index) {
-    bool used = index < chip.l4_ranges.size() && chip.l4_ranges[index].users > 0;
+    bool used = index < chip.l4_ranges.size() && chip.l4_ranges[index].kind != 0;
     return used ? &chip.l4_ranges[index] : nullptr;
 }
 
@@ -290,9 +311,55 @@ int del_l4_range(ChipState& chip, AclRecord& record) {
     ChipL4Range* range = l4_range_at(chip, record.range_index);
     if (!range)
         return code_not_found;
-    if (--range->users == 0)
-        *range = {};
+    if (range->users > 0)
+        return code_busy;
+    *range = {};
     return code_ok;
+}
+
+// ---- Entries of access lists: which ranges they refer to ----
+
+void forget_entry(ChipState& chip, const ChipAclEntry& key) {
+    auto entry = chip.acl_ranges.find(key);
+    if (entry == chip.acl_ranges.end())
+        return;
+    for (std::size_t index : entry->second)
+        --chip.l4_ranges[index].users;
+    chip.acl_ranges.erase(entry);
+}
+
+void forget_list(ChipState& chip, const std::string& list) {
+    for (auto entry = chip.acl_ranges.begin(); entry != chip.acl_ranges.end();) {
+        ChipAclEntry key = (entry++)->first;
+        if (key.first == list)
+            forget_entry(chip, key);
+    }
+}
+
+void note_entry(ChipState& chip, const ChipAclEntry& key, const AclEntry& entry) {
+    forget_entry(chip, key);
+    std::vector<std::size_t> used;
+    if (entry.valid & ACL_VALID_SOURCE_RANGE)
+        used.push_back(entry.source_range);
+    if (entry.valid & ACL_VALID_DESTINATION_RANGE)
+        used.push_back(entry.destination_range);
+    std::erase_if(used, [&](std::size_t index) { return !l4_range_at(chip, index); });
+    for (std::size_t index : used)
+        ++chip.l4_ranges[index].users;
+    if (!used.empty())
+        chip.acl_ranges[key] = used;
+}
+
+void follow_acl(ChipState& chip, std::uint32_t command, const void* place) {
+    AclRecord record;
+    std::memcpy(&record, place, sizeof record);
+    std::string list(record.name, strnlen(record.name, sizeof record.name));
+    if (command == acl_list_del)
+        forget_list(chip, list);
+    else if (command == acl_entry_del)
+        forget_entry(chip, {list, record.sequence});
+    else if (command == acl_entry_create || command == acl_entry_modify)
+        note_entry(chip, {list, record.entry.sequence}, record.entry);
 }
 
 // ---- Mirrors and trunks ----
@@ -476,6 +543,8 @@ int Chip::request(std::uint32_t command, void* record) {
     std::lock_guard guard(mutex_);
     if (auto handler = handlers.find(command); handler != handlers.end())
         return handler->second(state_, record);
+    if (command >= acl_list_del && command <= acl_entry_del)
+        follow_acl(state_, command, record);
     if (command < first_counter || command >= debug_counter)
         return stored_request(command, record);
     MibRecord counter;

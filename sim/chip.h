@@ -8,6 +8,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -46,10 +47,16 @@ struct ChipPort {
     std::optional<std::array<ChipPair, 4>> tested;   // what the last test found
 };
 
+// A range of layer-4 ports. One that no entry of an access list refers to gives way when a new one
+// needs its place.
 struct ChipL4Range {
-    std::uint32_t kind = 0, first = 0, last = 0;
-    std::uint32_t users = 0; // 0: free
+    std::uint32_t kind = 0; // 0: free
+    std::uint32_t first = 0, last = 0;
+    std::uint32_t users = 0; // references by entries
 };
+
+// An entry of an access list: the name of the list and the entry's sequence number.
+using ChipAclEntry = std::pair<std::string, std::uint32_t>;
 
 // A set of logical ports, bit p % 32 of word p / 32.
 using ChipPortSet = std::array<std::uint32_t, 3>;
@@ -71,6 +78,8 @@ struct ChipState {
     std::uint32_t max_frame_bytes = 1522;
     std::map<std::uint32_t, std::uint64_t> counters; // switch-wide ones
     std::array<ChipL4Range, chip_l4_ranges> l4_ranges{};
+    std::size_t last_l4_range = chip_l4_ranges;                  // the place that was set last
+    std::map<ChipAclEntry, std::vector<std::size_t>> acl_ranges; // those that an entry refers to
     std::array<std::optional<ChipMirror>, chip_mirror_groups> mirrors{};
     std::array<ChipTrunk, chip_trunk_groups> trunks{};
 };

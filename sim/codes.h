@@ -17,6 +17,7 @@ enum Code {
     code_not_found = 9,
     code_busy = 10,      // in use, so not to be taken away
     code_no_power = 11,  // the power budget does not allow it
+    code_empty = 12,     // a list without entries
     code_no_image = 46,  // a firmware image without a valid header
     code_bad_image = 47, // a firmware image that is damaged
 };

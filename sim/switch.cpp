@@ -15,6 +15,7 @@ void Switch::hardware(Fields& f) {
     f.object("poe", [&](Fields& inner) { poe.hardware(inner); });
     f.object("vlans", [&](Fields& inner) { vlans.hardware(inner); });
     f.object("mac_table", [&](Fields& inner) { macs.hardware(inner); });
+    f.object("acl", [&](Fields& inner) { acl.hardware(inner); });
 }
 
 void Switch::config(Fields& f) {
@@ -28,6 +29,7 @@ void Switch::config(Fields& f) {
     f.object("trunks", [&](Fields& inner) { trunk_config(inner, chip); });
     f.object("voice_vlan", voice_vlan);
     f.object("switch", [&](Fields& inner) { switch_settings_config(inner, chip); });
+    f.object("acl", [&](Fields& inner) { acl.config(inner, chip); });
 }
 
 void Switch::running(Fields& f, Clock& clock) {

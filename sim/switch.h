@@ -3,6 +3,7 @@
 // where.
 #pragma once
 
+#include "sim/acl.h"
 #include "sim/chip.h"
 #include "sim/clock.h"
 #include "sim/cloud_store.h"
@@ -21,7 +22,7 @@ namespace sim {
 struct Switch {
     explicit Switch(int logical_ports = 28)
         : chip(logical_ports), ports(chip), vlans(logical_ports), rates(logical_ports),
-          qos(logical_ports), voice_vlan(logical_ports) {}
+          qos(logical_ports), voice_vlan(logical_ports), acl(logical_ports) {}
 
     int logical_ports() const { return chip.ports(); }
     bool has_port(int port) const { return port >= 0 && port < logical_ports(); }
@@ -38,6 +39,7 @@ struct Switch {
     Rates rates;
     Qos qos;
     VoiceVlan voice_vlan;
+    Acl acl;
 
     void hardware(Fields& f);
     void config(Fields& f);

@@ -15,15 +15,20 @@ FLOORS = {
     "lab": {"lab"},
 }
 # The three cases in which one section needs another. A section may be several files; the files of
-# one section share the first word of the name.
+# one section share the first word of the name; the entries of access lists are part of their section.
 BETWEEN_SECTIONS = {("port", "vlan_upkeep"), ("port", "acl_binding"), ("uplink_port", "port_list")}
 # What every section may use: not a section itself.
 SHARED_BY_SECTIONS = {"port_id", "section", "port_list"}
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
 
 
+def section_of(stem):
+    word = stem.split("_")[0]
+    return "acl" if word == "ace" else word
+
+
 def same_section(source, header):
-    return source.split("_")[0] == header.split("_")[0]
+    return section_of(source) == section_of(header)
 
 
 def between_sections_ok(source, header):

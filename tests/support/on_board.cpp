@@ -14,6 +14,7 @@
 #include "core/errors.h"
 #include "core/state.h"
 #include "json/json_print.h"
+#include "sections/acl_binding.h"
 
 void reset_agent() {
     CheckinInterval = 300;
@@ -29,6 +30,8 @@ void reset_agent() {
     checkin_type = CHECKIN_ANY_ADDRESS;
     setting_from_cloud = connection_url_change = debug_flag = 0;
     thread_curl = nullptr;
+    std::memset(bind_recover_names, 0, sizeof bind_recover_names);
+    acl_recover_bind = 0;
     clear_errors();
 }
 
