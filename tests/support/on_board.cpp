@@ -13,8 +13,8 @@
 #include "core/debug.h"
 #include "core/errors.h"
 #include "core/state.h"
-#include "json/json_print.h"
 #include "sections/acl_binding.h"
+#include "json/json_print.h"
 
 void reset_agent() {
     CheckinInterval = 300;
