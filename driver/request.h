@@ -88,28 +88,26 @@ int entry_write(uint32_t command, const Words& words, const Entry* entry) {
     return glue_util_ioctl(command, &record);
 }
 
-// The entry is read; the words alone say which.
+// Sends `record` and, on success, hands its entry out.
 template <class Words, class Entry>
-int entry_read(uint32_t command, const Words& words, Entry* entry) {
-    if (!entry)
-        return REQUEST_NULL_POINTER;
-    EntryRecord<Words, Entry> record = {words, {}};
+int entry_fetch(uint32_t command, EntryRecord<Words, Entry> record, Entry* entry) {
     if (int code = glue_util_ioctl(command, &record))
         return code;
     *entry = record.entry;
     return 0;
 }
 
+// The entry is read; the words alone say which.
+template <class Words, class Entry>
+int entry_read(uint32_t command, const Words& words, Entry* entry) {
+    return entry ? entry_fetch<Words, Entry>(command, {words, {}}, entry) : REQUEST_NULL_POINTER;
+}
+
 // The entry goes to the driver and comes back: its own members say which entry is meant.
 template <class Words, class Entry>
 int entry_exchange(uint32_t command, const Words& words, Entry* entry) {
-    if (!entry)
-        return REQUEST_NULL_POINTER;
-    EntryRecord<Words, Entry> record = {words, *entry};
-    if (int code = glue_util_ioctl(command, &record))
-        return code;
-    *entry = record.entry;
-    return 0;
+    return entry ? entry_fetch<Words, Entry>(command, {words, *entry}, entry)
+                 : REQUEST_NULL_POINTER;
 }
 
 template <class Entry> int request_entry_set(uint32_t command, const Entry* entry) {
@@ -149,7 +147,7 @@ int request_port_entry_set(uint32_t command, uint32_t port, const Entry* entry) 
     return entry_write(command, RequestWords{0, port, 0, 0}, entry);
 }
 
-// The entry of a port; in the second form entry `index` of a port's table.
+// Entry `index` of a port's table, or of a table's port; index 0 where a port has one entry.
 template <class Entry>
 int request_index_port_entry_get(uint32_t command, uint32_t index, uint32_t port, Entry* entry) {
     if (entry && !is_logical_port(port))
