@@ -1,6 +1,8 @@
 // Section dispatch: what is called, in which order, and what follows.
 #include "core/dispatch.h"
 
+#include <regex>
+
 #include "core/debug.h"
 #include "tests/core/on_cloud.h"
 
@@ -53,6 +55,41 @@ TEST_F(Dispatch, frame_size_builder_is_the_only_one_that_is_not_announced) {
     EXPECT_EQ(shown.find("vxc_jumbo_frmGet"), std::string::npos);
     EXPECT_TRUE(shown.starts_with("api_checkin: before vxc_system_get pid "));
     EXPECT_TRUE(shown.ends_with("Done and leave\n"));
+}
+
+TEST_F(Dispatch, builders_are_announced_in_a_fixed_order) {
+    const Lines order = {
+        "vxc_system_get",
+        "vxc_cloud_get",
+        "vxc_firmware_get",
+        "vxc_summary_get",
+        "vxc_management_vlan_get",
+        "vxc_uplink_port_get",
+        "vxc_reboot_get",
+        "vxc_dark_mode_get",
+        "vxc_port_get",
+        "vxc_snmp_get",
+        "vxc_stp_get",
+        "vxc_igmp_get",
+        "vxc_mirror_get",
+        "vxc_trunk_get",
+        "vxc_access_get",
+        "vxc_acl_get",
+        "vxc_qos_get",
+        "vxc_voice_vlan_get",
+        "vxc_lldp_get",
+        "vxc_diagnostic_get"};
+    debug_flag = 1;
+    Json document(createJsonObject());
+    vxc_get(document);
+    Lines announced;
+    for (const std::string& line : core_console()) {
+        std::smatch name;
+        if (std::regex_match(line, name, std::regex("api_checkin: before (\\w+) pid PID")))
+            announced.push_back(name[1]);
+    }
+    EXPECT_GE(announced.size(), 4u);
+    EXPECT_EQ(announced, in_order(order, announced));
 }
 
 TEST_F(Dispatch, failing_builder_is_logged_and_the_next_one_runs) {
