@@ -258,11 +258,10 @@ void grow(ChipPort& port, double seconds) {
 
 // ---- Layer-4 port ranges ----
 
-// Entries with the same range share it.
 using L4Ranges = std::array<ChipL4Range, chip_l4_ranges>;
 
-// The same range, a free place, or the place of a range that is not used: not of the one set last,
-// for which an entry may be on its way.
+// Entries with the same range share it: the same range, a free place, or the place of a range that
+// is not used: not of the one set last, for which an entry may be on its way.
 L4Ranges::iterator place_for(ChipState& chip, const AclPortRange& wanted) {
     L4Ranges& ranges = chip.l4_ranges;
     auto same = std::ranges::find_if(ranges, [&](const ChipL4Range& r) {

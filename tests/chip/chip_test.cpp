@@ -169,7 +169,22 @@ TEST_F(ChipTest, SwitchWideCountersAreNoPorts) {
 
 // ---- Layer-4 ranges ----
 
-TEST_F(ChipTest, EqualRangesShareAnIndexUntilTheLastUserLetsGo) {
+// An entry of the list "web" that refers to a range for its source port.
+int create_entry(std::uint32_t sequence, std::uint8_t range) {
+    AclEntry entry = {};
+    entry.sequence = sequence;
+    entry.valid = ACL_VALID_SOURCE_RANGE;
+    entry.source_range = range;
+    return rsd_acl_ace_entry_create("web", &entry);
+}
+
+std::uint32_t users_of(std::uint8_t range) {
+    AclPortRange read = {};
+    EXPECT_EQ(rsd_acl_l4port_range_get(&read, range), 0);
+    return read.users;
+}
+
+TEST_F(ChipTest, EqualRangesShareAnIndexAndAreReadBack) {
     const AclPortRange web = {1, 80, 443, 0}, high = {2, 49152, 65535, 0};
     std::uint8_t first = 99, second = 99, other = 99;
     EXPECT_EQ(rsd_acl_l4port_range_set(&web, &first), 0);
@@ -179,27 +194,57 @@ TEST_F(ChipTest, EqualRangesShareAnIndexUntilTheLastUserLetsGo) {
     EXPECT_NE(first, other);
 
     AclPortRange read = {};
-    EXPECT_EQ(rsd_acl_l4port_range_del(first), 0);
     EXPECT_EQ(rsd_acl_l4port_range_get(&read, first), 0);
     EXPECT_EQ(read.kind, 1u);
     EXPECT_EQ(read.first, 80u);
     EXPECT_EQ(read.last, 443u);
-    EXPECT_EQ(read.users, 1u);
-    EXPECT_EQ(rsd_acl_l4port_range_del(first), 0);
-    EXPECT_EQ(rsd_acl_l4port_range_get(&read, first), sim::code_not_found);
-    EXPECT_EQ(rsd_acl_l4port_range_del(first), sim::code_not_found);
 }
 
-TEST_F(ChipTest, RangesRunOutAndABackwardRangeIsRefused) {
+TEST_F(ChipTest, ARangeCannotBeDeletedWhileAnEntryRefersToIt) {
+    const AclPortRange web = {1, 80, 443, 0};
+    std::uint8_t range = 99;
+    ASSERT_EQ(rsd_acl_l4port_range_set(&web, &range), 0);
+    EXPECT_EQ(users_of(range), 0u);
+    EXPECT_EQ(create_entry(10, range), 0);
+    EXPECT_EQ(create_entry(20, range), 0);
+    EXPECT_EQ(users_of(range), 2u);
+    EXPECT_EQ(rsd_acl_l4port_range_del(range), sim::code_busy);
+
+    EXPECT_EQ(rsd_acl_ace_entry_del("web", 10), 0);
+    EXPECT_EQ(users_of(range), 1u);
+    EXPECT_EQ(rsd_acl_entry_del("web", 2), 0);
+    EXPECT_EQ(users_of(range), 0u);
+    EXPECT_EQ(rsd_acl_l4port_range_del(range), 0);
+    AclPortRange read = {};
+    EXPECT_EQ(rsd_acl_l4port_range_get(&read, range), sim::code_not_found);
+    EXPECT_EQ(rsd_acl_l4port_range_del(range), sim::code_not_found);
+}
+
+TEST_F(ChipTest, RangesRunOutOnlyWhenEntriesReferToAllOfThem) {
     std::uint8_t index = 99;
     for (std::uint32_t i = 0; i < sim::chip_l4_ranges; ++i) {
         const AclPortRange range = {1, i, 100, 0};
-        EXPECT_EQ(rsd_acl_l4port_range_set(&range, &index), 0);
+        ASSERT_EQ(rsd_acl_l4port_range_set(&range, &index), 0);
+        EXPECT_EQ(index, i);
+        if (i != 5) {
+            ASSERT_EQ(create_entry(i + 1, index), 0);
+        }
     }
-    const AclPortRange one_more = {1, 50, 100, 0}, backward = {1, 2, 1, 0};
-    EXPECT_EQ(rsd_acl_l4port_range_set(&one_more, &index), sim::code_table_full);
-    EXPECT_EQ(rsd_acl_l4port_range_set(&backward, &index), sim::code_bad_value);
-    EXPECT_EQ(index, sim::chip_l4_ranges - 1);
+    const AclPortRange one_more = {1, 50, 100, 0}, too_many = {1, 51, 100, 0};
+    EXPECT_EQ(rsd_acl_l4port_range_set(&one_more, &index), 0);
+    EXPECT_EQ(index, 5); // the place of the one that no entry refers to
+    EXPECT_EQ(create_entry(100, index), 0);
+    index = 99;
+    EXPECT_EQ(rsd_acl_l4port_range_set(&too_many, &index), sim::code_table_full);
+    EXPECT_EQ(index, 99);
+}
+
+TEST_F(ChipTest, ARangeBackwardBeyondThePortsOrOfNoKindIsRefused) {
+    std::uint8_t index = 99;
+    for (const AclPortRange& range :
+         {AclPortRange{1, 2, 1, 0}, AclPortRange{1, 1, 65536, 0}, AclPortRange{0, 1, 2, 0}})
+        EXPECT_EQ(rsd_acl_l4port_range_set(&range, &index), sim::code_bad_value);
+    EXPECT_EQ(index, 99);
 }
 
 // ---- Mirrors and trunks ----
