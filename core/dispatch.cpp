@@ -9,6 +9,8 @@
 #include "platform/system.h"
 #include "sections/cloud.h"
 #include "sections/jumbo_frames.h"
+#include "sections/port_config.h"
+#include "sections/port_report.h"
 #include "sections/summary.h"
 #include "sections/voice_vlan.h"
 #include "json/json_document.h"
@@ -34,6 +36,7 @@ static const ReportBuilder system_builders[] = {
     {nullptr, vxc_jumbo_frmGet, nullptr},
     {"vxc_cloud_get", without_result<cJSON, vxc_cloud_get>, nullptr},
     {"vxc_summary_get", vxc_summary_get, "summary info get fail"},
+    {"vxc_port_get", vxc_port_get, "port get fail"},
 };
 
 static void run_builder(const ReportBuilder& builder, cJSON* object) {
@@ -73,6 +76,7 @@ static const SectionSetter section_setters[] = {
     {SYSTEM_SECTION, "jumbo_frames", vxc_jumbo_frmSet, nullptr},
     {SYSTEM_SECTION, "cloud", without_result<const cJSON, vxc_cloud_set>, nullptr},
     {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},
+    {SYSTEM_SECTION, "ports", vxc_port_set, "port set fail"},
 };
 
 static bool apply_section(const SectionSetter& setter, const cJSON* object) {

@@ -27,8 +27,8 @@ enum {
 // Power handed out to all ports, in tenths of a watt.
 int sal_poe_total_power_allocated_query_get(uint16_t* allocated);
 
-// How the budget is shared out (0 by port order, 1 by priority), and the budget in tenths of a
-// watt.
+// How the budget is shared out (0 by port order, 1 by priority, 2 not at all: every device is
+// served), and the budget in tenths of a watt.
 int sal_poe_system_power_management_query_get(uint8_t* mode, uint16_t* budget);
 
 // `disconnect`: how a device's leaving is noticed (0 by current, 1 by impedance). `limit_type`:
@@ -52,11 +52,11 @@ int sal_poe_port_measurements_query_get(
     uint8_t port, uint16_t* voltage, uint16_t* current, uint16_t* temperature, uint16_t* power);
 
 // As in the queries above.
-int sal_poe_port_priority_config_set(uint8_t port, uint8_t priority);
+int sal_poe_port_priority_config_set(uint8_t port, int priority);
 int sal_poe_power_th_type_config_set(uint8_t port, uint8_t limit_type);
 int sal_poe_port_classification_type_config_set(uint8_t port, uint8_t classification);
 int sal_poe_port_maxpower_config_set(uint8_t port, uint8_t user_limit);
-int sal_poe_port_pse_enable_set(uint8_t port, uint8_t enable);
+int sal_poe_port_pse_enable_set(uint8_t port, int enable);
 
 // Takes a port's power away and brings it back; `reset` is 1.
 int sal_poe_port_reset_set(uint8_t port, uint8_t reset);

@@ -25,7 +25,3 @@ int running_speed_code(const PortLinkMode* mode);
 // a port cannot do is passed over in silence. Bounces 10-gigabit ports, which takes a second.
 // Returns 0 or the code of the platform call that failed; not every failure counts.
 int apply_speed_code(int port, int code);
-
-// Takes an enabled port down for a second. Returns the code of a failing state read; the writes are
-// not watched.
-int bounce_port(int port);

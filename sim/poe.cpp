@@ -13,6 +13,7 @@ namespace {
 
 // What each class of device may draw at most, in tenths of a watt.
 constexpr std::uint16_t class_limits[] = {154, 40, 70, 154, 300};
+constexpr std::uint8_t unlimited = 2; // mode
 constexpr std::uint8_t highest_priority = 3;
 constexpr std::uint8_t highest_limit = 150;
 
@@ -71,8 +72,9 @@ std::array<bool, 24> Poe::delivering() const {
     std::uint32_t used = 0;
     for (std::size_t i : order) {
         const PoePort& port = ports[i];
-        served[i] = port.enable && port.demand > 0 && port.demand <= port.limit() &&
-                    used + port.demand <= budget;
+        bool fits =
+            mode == unlimited || (port.demand <= port.limit() && used + port.demand <= budget);
+        served[i] = port.enable && port.demand > 0 && fits;
         if (served[i])
             used += port.demand;
     }
@@ -97,7 +99,7 @@ void PoePort::hardware(Fields& f) {
 }
 
 void Poe::config(Fields& f) {
-    f.integer("mode", mode, 0, 1);
+    f.integer("mode", mode, 0, unlimited);
     f.list(
         "ports", [&](int) { return ports.size(); },
         [&](Fields& element, std::size_t i) {
@@ -191,7 +193,7 @@ int sal_poe_port_measurements_query_get(
         });
 }
 
-int sal_poe_port_priority_config_set(uint8_t port, uint8_t priority) {
+int sal_poe_port_priority_config_set(uint8_t port, int priority) {
     return poe_set(
         "sal_poe_port_priority_config_set", port, priority, &PoePort::priority, 0,
         highest_priority);
@@ -215,7 +217,7 @@ int sal_poe_port_maxpower_config_set(uint8_t port, uint8_t user_limit) {
         highest_limit);
 }
 
-int sal_poe_port_pse_enable_set(uint8_t port, uint8_t enable) {
+int sal_poe_port_pse_enable_set(uint8_t port, int enable) {
     return poe_set("sal_poe_port_pse_enable_set", port, enable, &PoePort::enable, 0, 1);
 }
 

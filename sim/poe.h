@@ -29,7 +29,7 @@ struct PoePort {
 
 struct Poe {
     std::uint16_t budget = 3700; // tenths of a watt
-    std::uint8_t mode = 1;       // 0: ports in order, 1: by priority
+    std::uint8_t mode = 1;       // 0: ports in order, 1: by priority, 2: without limits
     std::array<PoePort, 24> ports;
 
     Poe();

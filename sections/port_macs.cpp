@@ -1,5 +1,5 @@
-// Learned addresses by port; see mac_lists.h.
-#include "sections/mac_lists.h"
+// Learned addresses by port; see port_macs.h.
+#include "sections/port_macs.h"
 
 #include <stdlib.h>
 #include <string.h>
