@@ -12,5 +12,6 @@ set(VX_EDGES
   clock_settime __clock_settime64
   __res_init
   malloc calloc realloc strdup
+  pthread_create
   curl_easy_setopt curl_easy_perform curl_multi_add_handle)
 list(TRANSFORM VX_EDGES PREPEND -Wl,--wrap= OUTPUT_VARIABLE VX_WRAP_EDGES)

@@ -24,6 +24,10 @@ namespace {
 // The fault plan's own bookkeeping must not ask the fault plan.
 thread_local bool asking = false;
 
+void* json_malloc(std::size_t size) { return is_out_of_memory() ? nullptr : __real_malloc(size); }
+
+} // namespace
+
 bool is_out_of_memory() {
     if (asking || InsideLibrary::active() || !has_board())
         return false;
@@ -32,10 +36,6 @@ bool is_out_of_memory() {
     asking = false;
     return out;
 }
-
-void* json_malloc(std::size_t size) { return is_out_of_memory() ? nullptr : __real_malloc(size); }
-
-} // namespace
 
 void use_faultable_allocator() {
     cJSON_Hooks hooks{json_malloc, std::free};

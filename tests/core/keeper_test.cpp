@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "core/debug.h"
+#include "core/main_loop.h"
 #include "tests/core/running_keeper.h"
 
 namespace {
@@ -242,4 +243,16 @@ TEST_F(Keeper, restart_waits_for_an_action_to_end) {
     EXPECT_EQ(
         traced("sal_port_enable_set"),
         (Lines{"sal_port_enable_set(2, 0) = 0", "sal_port_enable_set(2, 1) = 0"}));
+}
+
+TEST_F(Keeper, thread_that_finds_no_memory_is_tried_again_after_the_next_checkin) {
+    keeper.answer(silence());
+    board.faults.plan({sim::Edge::allocation, "", 1, false, 0, 0});
+    running.start();
+    EXPECT_FALSE(running.thread.running);
+    EXPECT_EQ(connection_url_change, 1u);
+    main_loop_turn(&running.thread);
+    EXPECT_TRUE(running.thread.running);
+    EXPECT_EQ(connection_url_change, 0u);
+    EXPECT_TRUE(keeper.wait_for(1));
 }
