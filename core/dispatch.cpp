@@ -7,6 +7,7 @@
 #include "core/errors.h"
 #include "core/state.h"
 #include "platform/system.h"
+#include "sections/acl.h"
 #include "sections/cloud.h"
 #include "sections/jumbo_frames.h"
 #include "sections/port_config.h"
@@ -29,6 +30,7 @@ struct ReportBuilder {
 
 static const ReportBuilder report_builders[] = {
     {"vxc_system_get", vxc_system_get, nullptr},
+    {"vxc_acl_get", vxc_acl_get, nullptr},
     {"vxc_voice_vlan_get", vxc_voice_vlan_get, "voice vlan get fail"},
 };
 
@@ -72,6 +74,7 @@ struct SectionSetter {
 };
 
 static const SectionSetter section_setters[] = {
+    {TOP_SECTION, "acl", vxc_acl_set, "Acl set fail"},
     {TOP_SECTION, "vlan", vxc_voice_vlan_set, "Voice Vlan set fail"},
     {SYSTEM_SECTION, "jumbo_frames", vxc_jumbo_frmSet, nullptr},
     {SYSTEM_SECTION, "cloud", without_result<const cJSON, vxc_cloud_set>, nullptr},

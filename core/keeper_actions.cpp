@@ -4,32 +4,20 @@
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
-#include <unistd.h>
 
 #include "core/check_in.h"
 #include "core/debug.h"
 #include "core/state.h"
 #include "platform/mib.h"
 #include "platform/poe.h"
-#include "platform/port.h"
 #include "platform/vxcloud.h"
+#include "sections/port_bounce.h"
 #include "sections/port_id.h"
 #include "json/json_document.h"
 
 static void check_in(const cJSON*, int) { api_checkin(); }
 
 static void reboot(const cJSON*, int) { system("handler -f reboot 1> /dev/null 2> /dev/null &"); }
-
-// The thread cannot be cancelled in this second, which would leave the port disabled.
-static void bounce_link(int port) {
-    uint32_t enabled = 0;
-    sal_port_enable_get(port, &enabled);
-    if (!enabled)
-        return;
-    sal_port_enable_set(port, 0);
-    sleep(1);
-    sal_port_enable_set(port, 1);
-}
 
 static void bounce_power(int port) {
     if (port >= POE_PORTS)
@@ -45,8 +33,9 @@ static void bounce_power(int port) {
         sal_poe_port_reset_set(poe_port, 1);
 }
 
+// The thread cannot be cancelled amidst this, which would leave the port disabled.
 static void reset_port(const cJSON*, int port) {
-    bounce_link(port);
+    bounce_enabled_port(port);
     bounce_power(port);
     mark_port_reset(port);
 }
