@@ -27,6 +27,13 @@ void name_of_peer(const sockaddr_in& address, std::string& ip, int& port) {
 
 std::string Connection::head() const { return head_received_ ? received_ : std::string(); }
 
+int Connection::port() const {
+    std::string address;
+    int port = 0;
+    get_local_ip_and_port(address, port);
+    return port;
+}
+
 bool Connection::hung_up() const {
     pollfd entry{socket_, POLLRDHUP, 0};
     return poll(&entry, 1, 0) > 0 && (entry.revents & (POLLRDHUP | POLLHUP | POLLERR));

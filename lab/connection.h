@@ -19,6 +19,7 @@ class Connection : public httplib::Stream {
     // Everything up to and with the empty line; empty while that has not come.
     std::string head() const;
     bool tls() const { return ssl_ != nullptr; }
+    int port() const; // ours
     bool hung_up() const;
     const Misbehaviour& misbehaviour() const { return misbehaviour_; }
 

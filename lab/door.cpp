@@ -282,6 +282,7 @@ class Door::Server : public httplib::Server {
         call.body = std::move(body);
         call.body_whole = whole;
         call.tls = connection.tls();
+        call.port = connection.port();
         call.hung_up = [&connection] { return connection.hung_up(); };
         return call;
     }

@@ -39,7 +39,7 @@ Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
     const uint64_t number = ++latest_[mac];
     changed_.notify_all();
     waiting_[mac]++;
-    events_.note("poll", mac, mac + " waits on the keeper channel");
+    events_.note("poll", mac, mac + " waits on the keeper channel", {{"port", call.port}});
     const auto end = std::chrono::steady_clock::now() +
                      std::chrono::milliseconds(int64_t(policy_.get().poll_seconds * 1000));
     std::optional<ActionRecord> action;
@@ -49,13 +49,13 @@ Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
         changed_.wait_for(lock, glance);
     }
     waiting_[mac]--;
-    return action ? answer(*action, mac) : nothing();
+    return action ? answer(*action, mac, call.port) : nothing();
 }
 
-Reply KeeperService::answer(const ActionRecord& action, const std::string& mac) {
+Reply KeeperService::answer(const ActionRecord& action, const std::string& mac, int port) {
     events_.note(
         "action-answered", mac, mac + " is sent action " + action.document,
-        {{"action_id", action.id}});
+        {{"action_id", action.id}, {"port", port}});
     Reply reply{200, action.document};
     reply.unsent = [this, id = action.id] { store_.put_back_action(id); };
     return reply;

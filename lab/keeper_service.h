@@ -23,7 +23,7 @@ class KeeperService {
 
   private:
     Reply wait_for_action(const std::string& mac, const Call& call);
-    Reply answer(const ActionRecord& action, const std::string& mac);
+    Reply answer(const ActionRecord& action, const std::string& mac, int port);
 
     Store& store_;
     EventLog& events_;

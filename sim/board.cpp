@@ -86,19 +86,22 @@ void Board::save_cloud() {
 
 void Board::reboot() {
     ++reboots;
-    if (start_agent_again)
-        start_agent_again();
+    restart_ordered_ = true;
 }
 
 void Board::restart_agent() {
     ++agent_restarts;
-    if (!start_agent_again)
-        return;
+    restart_ordered_ = true;
     write_atomically(running_config(), write_fields([&](Fields& f) {
                          f.object("config", [&](Fields& inner) { device.config(inner); });
                          f.object("running", [&](Fields& inner) { device.running(inner, clock); });
                      }));
-    start_agent_again();
+}
+
+void Board::carry_out_orders() {
+    if (restart_ordered_ && start_agent_again)
+        start_agent_again();
+    restart_ordered_ = false;
 }
 
 } // namespace sim

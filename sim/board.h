@@ -48,6 +48,10 @@ class Board {
     // The agent's process starts afresh on a switch that goes on running as it is.
     void restart_agent();
 
+    // Carries out what reboot() or restart_agent() ordered, once the call that ordered it is
+    // traced.
+    void carry_out_orders();
+
     int reboots = 0;
     int agent_restarts = 0;
     std::function<void()> start_agent_again; // set where the process may be replaced
@@ -59,6 +63,7 @@ class Board {
     std::filesystem::path cloud_settings() const { return path("/etc/cloud.json"); }
 
     std::filesystem::path root_;
+    bool restart_ordered_ = false;
 };
 
 Board& board(); // aborts when there is none

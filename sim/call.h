@@ -38,8 +38,10 @@ int call(const char* name, Body body, const Arguments&... arguments) {
     InsideLibrary inside;
     auto fault = outermost ? here.faults.hit(Edge::platform, name) : std::nullopt;
     int result = fault ? *fault : body(here.device);
-    if (outermost)
+    if (outermost) {
         here.trace.add(show_call(name, arguments...) + " = " + std::to_string(result));
+        here.carry_out_orders();
+    }
     return result;
 }
 

@@ -20,7 +20,7 @@ HARMLESS = """
     __stack_chk_fail _GLOBAL_OFFSET_TABLE_ localeconv
 """.split()
 PACKAGED = re.compile(r"^(curl_|cJSON_|mbedtls_|pthread_|__pthread|_pthread|_Unwind)")
-COMPILER = re.compile(r"^(__asan|__ubsan|__sanitizer|__lsan|__gcov|_Z|__gxx|__cxa_|__dso_handle)")
+COMPILER = re.compile(r"^(__asan|__ubsan|__sanitizer|__lsan|__sancov|__gcov|_Z|__gxx|__cxa_|__dso_handle)")
 DECLARED = re.compile(r"\b([A-Za-z_]\w*)\s*(?:\(|;|\[)")
 
 

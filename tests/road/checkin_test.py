@@ -46,11 +46,15 @@ class CheckIn(Road):
         self.lab.misbehave("refuse", door="checkin", port=first)
         self.switch.start()
         self.event("checkin", seconds=60)
-        transfers = [line for line in self.switch.trace() if line.startswith("transfer")]
+        transfers = self.wait("the transfer to be traced", self.seven_transfers)
         self.assertEqual(transfers[:6], [
             f"transfer(\"https://localhost:{first}/cloud-switch/02:1B:2C:3D:4E:5F/checkin\") = 7"
         ] * 6)
         self.assertIn(f"localhost:{second}", transfers[6])
+
+    def seven_transfers(self):
+        transfers = [line for line in self.switch.trace() if line.startswith("transfer")]
+        return transfers if len(transfers) >= 7 else None
 
     def test_an_expired_certificate_has_the_clock_corrected(self):
         self.lab.misbehave("expired", door="checkin", port=self.lab.ports["https"][0])
@@ -81,7 +85,6 @@ class BadReplies(Road):
         before = name_of(self.lab.report())
         self.lab.queue_settings({"system": {"summary_info": {"device_name": "Never"}}})
         self.lab.misbehave(mode, door="checkin", **how)
-        self.event("misbehave")
         self.switch_transfers = len(self.transfers())
         self.wait("the agent met it", lambda: len(self.transfers()) > self.switch_transfers + 1)
         self.lab.withdraw_settings(2)

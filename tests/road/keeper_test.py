@@ -48,8 +48,8 @@ class Keeper(Road):
         self.assertEqual(self.lab.report()["system"]["summary_info"]["device_name"], "Running")
 
     def test_bodies_of_the_wrong_shape_are_passed_over(self):
-        for action in ({"action": 7}, {"action": "port_reset", "port": 3},
-                       {"action": "port_reset"}, {"port": "1"}, {"action": ["reboot"]},
+        for action in ({"action": "no such thing"}, {"action": "port_reset", "port": 3},
+                       {"action": "port_reset"}, {"action": "counter_reset", "port": []},
                        {"action": "port_reset", "port": "trunk99999999999"}):
             self.push(**action)
         answered = self.push(action="checkin")

@@ -61,7 +61,6 @@ TEST(Board, restart_of_the_agent_alone_keeps_the_running_switch) {
     TempFolder folder;
     {
         sim::Board board(folder.path());
-        board.start_agent_again = [] {};
         sal_sys_systemName_set("Unsaved");
         board.clock.sleep(40);
         board.restart_agent();
