@@ -111,7 +111,10 @@ class Story:
 
     def keeper_host(self):
         port = self.lab.ports["keeper"][1]
+        self.mark()
+        before = self.after
         self.apply({"system": {"cloud": {"connkeeper_host": f"localhost:{port}"}}})
+        self.after = before  # the thread moves before the acknowledgement is sent
         self.event("poll", port=port)
         seconds, answered = self.push(action="checkin")
         expect(answered.get("port") == port, f"the push was answered on port {answered.get('port')}")
