@@ -15,7 +15,7 @@ struct Call {
     std::string body;                         // bytes as received
     bool body_whole = true;                   // false: less than announced, or not read at all
     bool tls = false;
-    int port = 0; // at which it came in
+    int port = 0;                  // at which it came in
     std::function<bool()> hung_up; // the peer has closed its connection
 };
 
