@@ -64,6 +64,8 @@ static void load_credentials() {
 
 void start_up(KeeperThread* keeper) {
     block_local_requests();
+    // A cloud that closes a connection while it is written to costs the transfer, not the process.
+    signal(SIGPIPE, SIG_IGN);
     write_process_id();
     signal(SIGUSR1, handleAction);
     name_switch();

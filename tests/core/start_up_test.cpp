@@ -1,6 +1,7 @@
 // Start-up: its order, and what it leaves behind.
 #include "core/start_up.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include "core/debug.h"
@@ -62,6 +63,14 @@ TEST_F(StartUp, goes_in_a_fixed_order) {
 TEST_F(StartUp, writes_the_process_id_without_a_newline) {
     start();
     EXPECT_EQ(file("/var/run/vx_cloud.pid"), std::to_string(getpid()));
+}
+
+TEST_F(StartUp, leaves_no_way_for_a_closed_connection_to_end_the_process) {
+    signal(SIGPIPE, SIG_DFL);
+    start();
+    struct sigaction now {};
+    sigaction(SIGPIPE, nullptr, &now);
+    EXPECT_EQ(now.sa_handler, SIG_IGN);
 }
 
 TEST_F(StartUp, derives_the_names_of_the_switch_from_its_mac) {
