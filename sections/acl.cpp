@@ -90,7 +90,7 @@ int acl_set(int method, uint32_t type, const char* name) {
     return method == 1 ? list_create(type, name) : 0;
 }
 
-static void lists_set(const cJSON* lists, uint32_t type) {
+static int lists_set(const cJSON* lists, uint32_t type) {
     for (const cJSON* list = getJsonChild(lists); list; list = getJsonNext(list)) {
         int found;
         const char* name = getJsonStringValueForKey(list, "name");
@@ -98,13 +98,30 @@ static void lists_set(const cJSON* lists, uint32_t type) {
         if (name && found)
             acl_set(method, type, name);
     }
+    return 0;
 }
+
+namespace {
+
+struct SettingsPart {
+    const char* key;
+    int (*apply)(const cJSON* items);
+};
+
+} // namespace
+
+static const SettingsPart settings_parts[] = {
+    {"mac_acl", [](const cJSON* lists) { return lists_set(lists, ACL_MAC); }},
+    {"mac_ace", ace_mac_set},
+    {"ipv4_acl", [](const cJSON* lists) { return lists_set(lists, ACL_IPV4); }},
+    {"ipv4_ace", ace_ipv4_set},
+};
 
 int vxc_acl_set(const cJSON* acl) {
     memset(bind_recover_names, 0, sizeof bind_recover_names);
-    lists_set(getJsonObjectForKey(acl, "mac_acl"), ACL_MAC);
-    ace_mac_set(getJsonObjectForKey(acl, "mac_ace"));
-    lists_set(getJsonObjectForKey(acl, "ipv4_acl"), ACL_IPV4);
-    ace_ipv4_set(getJsonObjectForKey(acl, "ipv4_ace"));
+    for (const SettingsPart& part : settings_parts) {
+        if (const cJSON* items = getJsonObjectForKey(acl, part.key))
+            part.apply(items);
+    }
     return 0;
 }

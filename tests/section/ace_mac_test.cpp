@@ -1,0 +1,458 @@
+// Entries of MAC access lists.
+#include "sections/ace_mac.h"
+
+#include "acl_support.h"
+
+namespace {
+
+class AceMacs : public OnBoardWithLists {
+  protected:
+    // Applies items to the list "A", whose entries they name only by their members.
+    int apply(const std::string& members) {
+        Json items("[{" + std::string(R"("acl_name":"A",)") + members + "}]");
+        return ace_mac_set(items);
+    }
+    int create(const std::string& members) {
+        return apply(R"("sequence":10,"method":1,"action":1)" + comma(members));
+    }
+    int modify(const std::string& members) {
+        return apply(R"("sequence":10,"method":2)" + comma(members));
+    }
+    // A list with one entry, made from `members`.
+    void start_with(const std::string& members) {
+        put_list("A", ACL_MAC, 0);
+        create(members);
+        forget();
+    }
+    std::string entry() {
+        Lines all = entries("A");
+        return all.empty() ? "none" : all.back();
+    }
+    static std::string comma(const std::string& members) {
+        return members.empty() ? "" : "," + members;
+    }
+};
+
+struct Case {
+    const char* members;
+    const char* entry; // null: refused with 19
+};
+
+const char* const full_entry =
+    R"("destination_mac":"02:00:00:00:00:01","destination_mask":"FF:FF:FF:00:00:00",)"
+    R"("source_mac":"02:00:00:00:00:02","vlan_id":20,"ethertype":"0800","priority":5)";
+
+const char* const full_entry_shown =
+    "{10 permit to 02:00:00:00:00:01/FF:FF:FF:00:00:00 from 02:00:00:00:00:02/FF:FF:FF:FF:FF:FF "
+    "vlan 20 ethertype 0800 priority 5/7}";
+
+} // namespace
+
+TEST_F(AceMacs, report_has_the_members_in_order) {
+    start_with(full_entry);
+    Report report = report_of(ace_mac_get);
+    EXPECT_EQ(report.result, 0);
+    EXPECT_EQ(
+        report.text,
+        R"({"mac_ace":[{"acl_name":"A","sequence":10,"action":1,)"
+        R"("destination_mac":"02:00:00:00:00:01","destination_mask":"FF:FF:FF:00:00:00",)"
+        R"("source_mac":"02:00:00:00:00:02","source_mask":"FF:FF:FF:FF:FF:FF",)"
+        R"("vlan_id":20,"priority":5,"ethertype":"0800"}]})");
+}
+
+TEST_F(AceMacs, report_of_an_entry_that_matches_anything) {
+    put_list("A", ACL_MAC, 0);
+    apply(R"("sequence":3,"method":1,"action":0)");
+    EXPECT_EQ(
+        report_of(ace_mac_get).text,
+        R"({"mac_ace":[{"acl_name":"A","sequence":3,"action":0,)"
+        R"("destination_mac":"","destination_mask":"","source_mac":"","source_mask":"",)"
+        R"("vlan_id":-1,"priority":-1,"ethertype":""}]})");
+}
+
+TEST_F(AceMacs, report_has_the_entries_of_every_mac_list_and_of_no_other) {
+    put_list("A", ACL_MAC, 2);
+    put_list("I", ACL_IPV4, 2);
+    put_list("Empty", ACL_MAC, 0);
+    put_list("B", ACL_MAC, 1);
+    device.acl.lists[0].entries[0].action = 7; // any other than 0 permits
+    Json document(report_of(ace_mac_get).text);
+    Lines seen;
+    for (cJSON* item = getJsonChild(document["mac_ace"]); item; item = getJsonNext(item)) {
+        int found;
+        seen.push_back(
+            getJsonStringValueForKey(item, "acl_name") +
+            std::to_string(getJsonIntValueForKey(item, "sequence", &found)) + "/" +
+            std::to_string(getJsonIntValueForKey(item, "action", &found)));
+    }
+    EXPECT_EQ(seen, (Lines{"A1/1", "A2/1", "B1/1"}));
+}
+
+TEST_F(AceMacs, every_call_of_a_report_and_its_prescribed_outcome) {
+    auto runs = fail_each_call(
+        [](sim::Board& fresh) {
+            put_list(fresh, "A", ACL_MAC, 2);
+            put_list(fresh, "B", ACL_MAC, 1);
+            AceMac& mac = fresh.device.acl.lists[0].entries[0].match.mac;
+            mac.source_mac_valid = mac.destination_mac_valid = 1;
+        },
+        [](cJSON* document) { return ace_mac_get(document); });
+    EXPECT_EQ(runs.size(), 1u + 2 + 2 + 3 + 4);
+    expect_outcomes(
+        runs, {
+                  {"sal_acl_entry_countByType_get", {77, {77}, true}},
+                  {"sal_acl_entry_nameByIdx_get#1", {0, {77}, false}},
+                  {"sal_acl_entry_nameByIdx_get#2", {0, {77}, true}}, // nothing is left
+                  {"sal_ace_entry_count_get", {77, {77}, true}},
+                  {"sal_ace_entry_byIdx_get#1", {0, {77}, false}},
+                  {"sal_ace_entry_byIdx_get#2", {0, {77}, false}},
+                  {"sal_ace_entry_byIdx_get#3", {0, {77}, true}}, // the last one
+                  {"sys_util_mac2Str", {0, {77}, false}},
+              });
+}
+
+TEST_F(AceMacs, an_entry_whose_address_has_no_text_is_left_out_as_a_whole) {
+    start_with(full_entry);
+    apply(R"("sequence":11,"method":1,"action":0)");
+    fail("sys_util_mac2Str", 41, 3);
+    Report report = report_of(ace_mac_get);
+    EXPECT_EQ(report.result, 0);
+    EXPECT_EQ(report.text.find("\"sequence\":10"), std::string::npos);
+    EXPECT_NE(report.text.find("\"sequence\":11"), std::string::npos);
+}
+
+TEST_F(AceMacs, creating_checks_for_room_unbinds_and_creates) {
+    put_list("A", ACL_MAC, 1);
+    bind(ACL_MAC, "A", 3);
+    EXPECT_EQ(create(full_entry), 0);
+    EXPECT_EQ(
+        calls(),
+        (Lines{
+            "_ace_number_check", "sys_util_str2Mac", "sys_util_str2Mac", "sys_util_str2Mac",
+            "sal_acl_entry_portBinding_get", "sal_acl_entry_typeByName_get", "sal_acl_entry_unbind",
+            "sal_ace_entry_create", "sal_ace_entry_count_get", "sal_acl_entry_bind"}));
+    EXPECT_EQ(entry(), full_entry_shown);
+}
+
+TEST_F(AceMacs, values_of_a_new_entry) {
+    const Case cases[] = {
+        {"", "{10 permit}"},
+        {R"("vlan_id":-1)", "{10 permit}"},
+        {R"("vlan_id":1)", "{10 permit vlan 1}"},
+        {R"("vlan_id":4094)", "{10 permit vlan 4094}"},
+        {R"("vlan_id":0)", nullptr},
+        {R"("vlan_id":4095)", nullptr},
+        {R"("vlan_id":-2)", nullptr},
+        {R"("ethertype":"")", "{10 permit}"},
+        {R"("ethertype":"0600")", "{10 permit ethertype 0600}"},
+        {R"("ethertype":"600")", "{10 permit ethertype 0600}"},
+        {R"("ethertype":"FFFF")", "{10 permit ethertype FFFF}"},
+        {R"("ethertype":"0x86dd")", "{10 permit ethertype 86DD}"},
+        {R"("ethertype":"05FF")", nullptr},
+        {R"("ethertype":"10000")", nullptr},
+        {R"("ethertype":"1FFFFFFFF")", nullptr},
+        {R"("ethertype":"0x")", nullptr},
+        {R"("ethertype":"-800")", nullptr},
+        {R"("ethertype":"0800 ")", nullptr},
+        {R"("ethertype":"IPv4")", nullptr},
+        {R"("ethertype":2048)", "{10 permit}"}, // no text
+        {R"("priority":-1)", "{10 permit}"},
+        {R"("priority":0)", "{10 permit priority 0/7}"},
+        {R"("priority":7)", "{10 permit priority 7/7}"},
+        {R"("priority":8)", nullptr},
+        {R"("priority":-2)", nullptr},
+        {R"("destination_mac":"")", "{10 permit}"},
+        {R"("destination_mac":"","destination_mask":"no mask")", "{10 permit}"},
+        {R"("destination_mask":"FF:00:00:00:00:00")", "{10 permit}"},
+        {R"("source_mac":"02:0a:00:00:00:01")",
+         "{10 permit from 02:0A:00:00:00:01/FF:FF:FF:FF:FF:FF}"},
+        {R"("source_mac":"02:0A:00:00:00:01","source_mask":"")",
+         "{10 permit from 02:0A:00:00:00:01/FF:FF:FF:FF:FF:FF}"},
+        {R"("destination_mac":"02-0A-00-00-00-01","destination_mask":"FF:00:00:00:00:00")",
+         "{10 permit to 02:0A:00:00:00:01/FF:00:00:00:00:00}"},
+        {R"("action":0)", "{10 permit}"}, // the first of two counts
+    };
+    put_list("A", ACL_MAC, 0);
+    for (const Case& it : cases) {
+        device.acl.lists[0].entries.clear();
+        forget();
+        EXPECT_EQ(create(it.members), 0) << it.members;
+        EXPECT_EQ(entry(), it.entry ? it.entry : "none") << it.members;
+        EXPECT_EQ(recorded(), it.entry ? Codes{} : Codes{19}) << it.members;
+        EXPECT_EQ(called("sal_ace_entry_create"), it.entry != nullptr) << it.members;
+    }
+}
+
+TEST_F(AceMacs, an_address_that_does_not_parse_ends_its_item_with_the_parsers_code) {
+    put_list("A", ACL_MAC, 1);
+    bind(ACL_MAC, "A", 3);
+    for (const char* members :
+         {R"("destination_mac":"02:00")", R"("source_mac":"02:00:00:00:00:0G")",
+          R"("source_mac":"02:00:00:00:00:01","source_mask":"24")"}) {
+        forget();
+        EXPECT_EQ(create(members), 0);
+        EXPECT_EQ(recorded(), Codes{sim::code_bad_text}) << members;
+        EXPECT_EQ(writes(), Lines{}) << members; // and its list stays at its ports
+    }
+}
+
+TEST_F(AceMacs, a_new_entry_needs_an_action) {
+    put_list("A", ACL_MAC, 0);
+    EXPECT_EQ(apply(R"("sequence":10,"method":1)"), 0);
+    EXPECT_EQ(recorded(), Codes{19});
+    EXPECT_EQ(calls(), Lines{"_ace_number_check"});
+}
+
+TEST_F(AceMacs, an_item_without_name_sequence_or_method_is_19_and_skipped) {
+    put_list("A", ACL_MAC, 0);
+    Json items(R"([{"sequence":1,"method":1,"action":1},{"acl_name":7,"sequence":1,"method":1},
+                   {"acl_name":"A","method":1,"action":1},{"acl_name":"A","sequence":1},null,"x",
+                   {"acl_name":"A","sequence":5,"method":1,"action":1}])");
+    EXPECT_EQ(ace_mac_set(items), 0);
+    EXPECT_EQ(recorded(), Codes(6, 19));
+    EXPECT_EQ(entries("A"), Lines{"{5 permit}"});
+}
+
+TEST_F(AceMacs, another_method_is_ignored) {
+    put_list("A", ACL_MAC, 0);
+    Json items(R"([{"acl_name":"A","sequence":1,"method":3},
+                   {"acl_name":"A","sequence":1,"method":-1}])");
+    EXPECT_EQ(ace_mac_set(items), 0);
+    EXPECT_EQ(trace(), Lines{});
+    EXPECT_EQ(recorded(), Codes{});
+}
+
+TEST_F(AceMacs, any_result_of_the_check_for_room_but_0_refuses_a_new_entry) {
+    put_list("A", ACL_MAC, 0);
+    device.acl.entry_capacity = 0;
+    EXPECT_EQ(create(""), 0);
+    EXPECT_EQ(recorded(), Codes{-1});
+    EXPECT_EQ(calls(), Lines{"_ace_number_check"});
+    device.acl.entry_capacity = 9;
+    forget();
+    fail("_ace_number_check", 41);
+    EXPECT_EQ(create(""), 0);
+    EXPECT_EQ(recorded(), Codes{41});
+    EXPECT_EQ(entry(), "none");
+}
+
+TEST_F(AceMacs, a_failed_creation_is_recorded_and_the_next_item_follows) {
+    put_list("A", ACL_MAC, 1);
+    Json items(R"([{"acl_name":"A","sequence":1,"method":1,"action":1},
+                   {"acl_name":"None","sequence":1,"method":1,"action":1},
+                   {"acl_name":"A","sequence":2,"method":1,"action":1}])");
+    EXPECT_EQ(ace_mac_set(items), 0);
+    EXPECT_EQ(recorded(), (Codes{sim::code_exists, sim::code_not_found}));
+    EXPECT_EQ(entries("A"), (Lines{"{1 permit}", "{2 permit}"}));
+}
+
+TEST_F(AceMacs, a_mac_entry_does_not_get_into_an_ipv4_list) {
+    put_list("A", ACL_IPV4, 0);
+    create(full_entry);
+    EXPECT_EQ(recorded(), Codes{sim::code_bad_value});
+    EXPECT_EQ(entry(), "none");
+}
+
+TEST_F(AceMacs, modifying_replaces_only_what_is_named) {
+    const Case cases[] = {
+        {"", full_entry_shown},
+        {R"("action":0,"vlan_id":-1,"ethertype":"","priority":-1,"destination_mac":"",
+            "source_mac":"")",
+         "{10 deny}"},
+        {R"("vlan_id":30)",
+         "{10 permit to 02:00:00:00:00:01/FF:FF:FF:00:00:00 from "
+         "02:00:00:00:00:02/FF:FF:FF:FF:FF:FF vlan 30 ethertype 0800 priority 5/7}"},
+        {R"("vlan_id":-1,"ethertype":"","priority":-1,"source_mac":"",
+            "destination_mac":"02:00:00:00:00:09")",
+         "{10 permit to 02:00:00:00:00:09/FF:FF:FF:00:00:00}"}, // the mask stays
+        {R"("vlan_id":-1,"ethertype":"","priority":-1,"source_mac":"",
+            "destination_mask":"FF:00:00:00:00:00")",
+         "{10 permit to 02:00:00:00:00:01/FF:00:00:00:00:00}"},
+        {R"("vlan_id":-1,"ethertype":"","priority":-1,"source_mac":"","destination_mask":"")",
+         "{10 permit to 02:00:00:00:00:01/FF:FF:FF:FF:FF:FF}"},
+        {R"("vlan_id":4095)", nullptr},
+        {R"("ethertype":"05FF")", nullptr},
+        {R"("priority":8)", nullptr},
+    };
+    put_list("A", ACL_MAC, 0);
+    for (const Case& it : cases) {
+        device.acl.lists[0].entries.clear();
+        create(full_entry);
+        forget();
+        EXPECT_EQ(modify(it.members), 0) << it.members;
+        EXPECT_EQ(entry(), it.entry ? it.entry : full_entry_shown) << it.members;
+        EXPECT_EQ(recorded(), it.entry ? Codes{} : Codes{19}) << it.members;
+        EXPECT_EQ(called("sal_ace_entry_del"), it.entry != nullptr) << it.members;
+    }
+}
+
+TEST_F(AceMacs, a_mask_modified_where_there_is_no_address_is_not_looked_at) {
+    start_with("");
+    EXPECT_EQ(modify(R"("source_mask":"no mask","destination_mask":"FF:00:00:00:00:00")"), 0);
+    EXPECT_EQ(entry(), "{10 permit}");
+    EXPECT_EQ(recorded(), Codes{});
+}
+
+TEST_F(AceMacs, modifying_finds_unbinds_deletes_and_creates) {
+    put_list("A", ACL_MAC, 3);
+    bind(ACL_MAC, "A", 3);
+    Json items(R"([{"acl_name":"A","sequence":2,"method":2,"action":0}])");
+    EXPECT_EQ(ace_mac_set(items), 0);
+    EXPECT_EQ(
+        trace(), (Lines{
+                     "sal_ace_entry_count_get(\"A\", 1) = 0",
+                     "sal_ace_entry_byIdx_get(\"A\", 1, 0) = 0",
+                     "sal_ace_entry_byIdx_get(\"A\", 1, 1) = 0",
+                     "sal_acl_entry_portBinding_get() = 0",
+                     "sal_acl_entry_typeByName_get(\"A\") = 0",
+                     "sal_acl_entry_unbind(1, {3}) = 0",
+                     "sal_ace_entry_del(\"A\", 2) = 0",
+                     "sal_ace_entry_create(\"A\", {2 deny}) = 0",
+                     "sal_ace_entry_count_get(\"A\", 1) = 0",
+                     "sal_acl_entry_bind(\"A\", 1, {3}) = 0",
+                 }));
+}
+
+TEST_F(AceMacs, modifying_an_entry_that_is_not_there_is_19_and_the_next_item_follows) {
+    put_list("A", ACL_MAC, 2);
+    Json items(R"([{"acl_name":"A","sequence":9,"method":2,"action":0},
+                   {"acl_name":"A","sequence":2,"method":2,"action":0}])");
+    EXPECT_EQ(ace_mac_set(items), 0);
+    EXPECT_EQ(recorded(), Codes{19});
+    EXPECT_EQ(entries("A"), (Lines{"{1 permit}", "{2 deny}"}));
+}
+
+TEST_F(AceMacs, an_entry_that_cannot_be_read_while_searching_is_recorded_and_passed_over) {
+    put_list("A", ACL_MAC, 2);
+    fail("sal_ace_entry_byIdx_get", 41);
+    Json items(R"([{"acl_name":"A","sequence":2,"method":2,"action":0}])");
+    EXPECT_EQ(ace_mac_set(items), 0);
+    EXPECT_EQ(recorded(), Codes{41});
+    EXPECT_EQ(entries("A"), (Lines{"{1 permit}", "{2 deny}"}));
+}
+
+TEST_F(AceMacs, every_call_of_a_modification_and_its_prescribed_outcome) {
+    auto runs = fail_each_call(
+        [](sim::Board& fresh) {
+            put_list(fresh, "A", ACL_MAC, 1);
+            bind(fresh, ACL_MAC, "A", 3);
+        },
+        [](cJSON*) {
+            Json items(R"([{"acl_name":"A","sequence":1,"method":2,
+                            "source_mac":"02:00:00:00:00:01"}])");
+            return ace_mac_set(items);
+        });
+    EXPECT_EQ(runs.size(), 10u);
+    expect_outcomes(
+        runs,
+        {
+            {"sal_ace_entry_count_get", {77, {77}, true}}, // of the search, of the rebind
+            {"sal_ace_entry_byIdx_get", {0, {77, 19}, true}},
+            {"sys_util_str2Mac", {0, {77}, true}},
+            {"sal_acl_entry_portBinding_get", {10, {77, 10}, false}}, // so the list is still bound
+            {"sal_acl_entry_typeByName_get", {10, {77, 10}, false}},
+            {"sal_acl_entry_unbind", {10, {77, 10}, false}},
+            {"sal_ace_entry_del", {77, {77}, true}},
+            {"sal_ace_entry_create", {0, {}, false}}, // the old one is created again
+            {"sal_acl_entry_bind", {0, {77}, true}},
+        });
+}
+
+TEST_F(AceMacs, a_modification_that_the_platform_refuses_leaves_the_old_entry_unrecorded) {
+    start_with(full_entry);
+    EXPECT_EQ(modify(R"("action":9)"), 0);
+    EXPECT_EQ(recorded(), Codes{});
+    EXPECT_EQ(entry(), full_entry_shown);
+    Lines made = writes();
+    ASSERT_EQ(made.size(), 3u);
+    EXPECT_EQ(made[2], "sal_ace_entry_create(\"A\", " + std::string(full_entry_shown) + ") = 0");
+}
+
+TEST_F(AceMacs, when_the_old_entry_cannot_be_created_again_the_section_ends) {
+    put_list("A", ACL_MAC, 2);
+    bind(ACL_MAC, "A", 3);
+    board.faults.plan({sim::Edge::platform, "sal_ace_entry_create", 2, false, 42, 0});
+    Json items(R"([{"acl_name":"A","sequence":1,"method":2,"action":9},
+                   {"acl_name":"A","sequence":2,"method":0}])");
+    EXPECT_EQ(ace_mac_set(items), 42);
+    EXPECT_EQ(recorded(), Codes{42});
+    EXPECT_EQ(entries("A"), Lines{"{2 permit}"});
+    EXPECT_EQ(bound(ACL_MAC, 3), ""); // the lists are not put back
+}
+
+TEST_F(AceMacs, deleting_unbinds_and_deletes) {
+    put_list("A", ACL_MAC, 2);
+    bind(ACL_MAC, "A", 3);
+    Json items(R"([{"acl_name":"A","sequence":1,"method":0}])");
+    EXPECT_EQ(ace_mac_set(items), 0);
+    EXPECT_EQ(
+        writes(), (Lines{
+                      "sal_acl_entry_unbind(1, {3}) = 0", "sal_ace_entry_del(\"A\", 1) = 0",
+                      "sal_acl_entry_bind(\"A\", 1, {3}) = 0"}));
+}
+
+TEST_F(AceMacs, every_call_of_a_deletion_and_its_prescribed_outcome) {
+    auto runs = fail_each_call(
+        [](sim::Board& fresh) {
+            put_list(fresh, "A", ACL_MAC, 2);
+            bind(fresh, ACL_MAC, "A", 3);
+        },
+        [](cJSON*) {
+            Json items(R"([{"acl_name":"A","sequence":1,"method":0}])");
+            return ace_mac_set(items);
+        });
+    EXPECT_EQ(runs.size(), 6u);
+    expect_outcomes(
+        runs, {
+                  {"sal_acl_entry_portBinding_get", {10, {77, 10}, false}},
+                  {"sal_acl_entry_typeByName_get", {10, {77, 10}, false}},
+                  {"sal_acl_entry_unbind", {10, {77, 10}, false}},
+                  {"sal_ace_entry_del", {77, {77}, true}},
+                  {"sal_ace_entry_count_get", {77, {77}, true}},
+                  {"sal_acl_entry_bind", {0, {77}, true}},
+              });
+}
+
+TEST_F(AceMacs, every_call_of_a_creation_and_its_prescribed_outcome) {
+    auto runs = fail_each_call(
+        [](sim::Board& fresh) {
+            put_list(fresh, "A", ACL_MAC, 1);
+            bind(fresh, ACL_MAC, "A", 3);
+        },
+        [](cJSON*) {
+            Json items(R"([{"acl_name":"A","sequence":2,"method":1,"action":1,
+                            "source_mac":"02:00:00:00:00:01"}])");
+            return ace_mac_set(items);
+        });
+    EXPECT_EQ(runs.size(), 8u);
+    expect_outcomes(
+        runs, {
+                  {"_ace_number_check", {0, {77}, true}},
+                  {"sys_util_str2Mac", {0, {77}, true}},
+                  {"sal_acl_entry_portBinding_get", {0, {77, 10}, false}},
+                  {"sal_acl_entry_typeByName_get", {0, {77, 10}, false}},
+                  {"sal_acl_entry_unbind", {0, {77, 10, 10}, false}}, // nor bound twice
+                  {"sal_ace_entry_create", {0, {77}, false}},
+                  {"sal_ace_entry_count_get", {77, {77}, true}},
+                  {"sal_acl_entry_bind", {0, {77}, true}},
+              });
+}
+
+TEST_F(AceMacs, a_failed_deletion_ends_the_section_before_the_next_item) {
+    put_list("A", ACL_MAC, 2);
+    Json items(R"([{"acl_name":"A","sequence":9,"method":0},
+                   {"acl_name":"A","sequence":1,"method":0}])");
+    EXPECT_EQ(ace_mac_set(items), sim::code_not_found);
+    EXPECT_EQ(recorded(), Codes{sim::code_not_found});
+    EXPECT_EQ(entries("A").size(), 2u);
+}
+
+TEST_F(AceMacs, entries_are_kept_in_the_startup_configuration) {
+    start_with(full_entry);
+    bind(ACL_MAC, "A", 3);
+    board.save_startup_config();
+    sim::Board again(folder.path());
+    ASSERT_EQ(again.device.acl.lists.size(), 1u);
+    EXPECT_EQ(sim::show_ace(again.device.acl.lists[0].entries[0]), full_entry_shown);
+    EXPECT_EQ(again.device.acl.bound[3][ACL_MAC], "A");
+}
