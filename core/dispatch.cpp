@@ -10,9 +10,11 @@
 #include "sections/acl.h"
 #include "sections/cloud.h"
 #include "sections/jumbo_frames.h"
+#include "sections/mirror.h"
 #include "sections/port_config.h"
 #include "sections/port_report.h"
 #include "sections/summary.h"
+#include "sections/trunk.h"
 #include "sections/voice_vlan.h"
 #include "json/json_document.h"
 
@@ -39,6 +41,8 @@ static const ReportBuilder system_builders[] = {
     {"vxc_cloud_get", without_result<cJSON, vxc_cloud_get>, nullptr},
     {"vxc_summary_get", vxc_summary_get, "summary info get fail"},
     {"vxc_port_get", vxc_port_get, "port get fail"},
+    {"vxc_mirror_get", vxc_mirror_get, "mirror get fail"},
+    {"vxc_trunk_get", vxc_trunk_get, "trunk get fail"},
 };
 
 static void run_builder(const ReportBuilder& builder, cJSON* object) {
@@ -80,6 +84,8 @@ static const SectionSetter section_setters[] = {
     {SYSTEM_SECTION, "cloud", without_result<const cJSON, vxc_cloud_set>, nullptr},
     {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},
     {SYSTEM_SECTION, "ports", vxc_port_set, "port set fail"},
+    {SYSTEM_SECTION, "port_mirror", vxc_mirror_set, "mirror set fail"},
+    {SYSTEM_SECTION, "link_aggregation", vxc_trunk_set, "trunk set fail"},
 };
 
 static bool apply_section(const SectionSetter& setter, const cJSON* object) {

@@ -6,6 +6,8 @@
 
 #include <stdint.h>
 
+#include "platform/types.h"
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -32,6 +34,13 @@ int sys_util_str2ul_ret(const char* text, uint32_t* number);
 // as `text` with its terminator. `*consumed` is that part's length with the delimiter. A text
 // without the delimiter, or that begins with it, is an error.
 int sys_util_getnext(const char* text, char delimiter, char* token, int* consumed);
+
+// A set of ports as text and back: numbers from 1, joined by ",", a run of two or more as first "-"
+// last, such as "1,3-5,8"; no port is the empty text. _numstr2bitmap adds the ports to those of the
+// set. A text that is no such list, or names a port above 96, is an error.
+enum { PORT_NUMBERS_SIZE = 192 }; // room for the longest list, with its terminator
+int sal_util_bitmap2numstr(const PortBitmap* ports, char* text);
+int sal_util_numstr2bitmap(const char* text, PortBitmap* ports);
 
 // 1 when the bits `first` up to, but not with, `end` are all clear; bit b is bit b % 32 of word
 // b / 32. Cannot fail.

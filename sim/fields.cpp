@@ -3,12 +3,12 @@
 
 #include <arpa/inet.h>
 
-#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <span>
 #include <sstream>
 
+#include "sim/number_list.h"
 #include "sim/trace.h"
 
 namespace sim {
@@ -36,53 +36,16 @@ void Fields::ipv4(const char* key, std::uint32_t& address) {
     address = ntohl(parsed.s_addr);
 }
 
-namespace {
-
-std::string write_set(std::span<const std::uint32_t> words) {
-    std::string written;
-    auto has = [&](std::size_t bit) {
-        return bit < words.size() * 32 && (words[bit / 32] >> (bit % 32) & 1) != 0;
-    };
-    for (std::size_t first = 0; first < words.size() * 32; ++first) {
-        if (!has(first))
-            continue;
-        std::size_t last = first;
-        while (has(last + 1))
-            ++last;
-        written += (written.empty() ? "" : ",") + std::to_string(first);
-        if (last > first)
-            written += "-" + std::to_string(last);
-        first = last;
-    }
-    return written;
-}
-
-bool read_range(const std::string& item, std::span<std::uint32_t> words) {
-    unsigned first = 0;
-    const char* end = item.data() + item.size();
-    std::from_chars_result read = std::from_chars(item.data(), end, first);
-    unsigned last = first;
-    if (read.ec == std::errc{} && read.ptr != end && *read.ptr == '-')
-        read = std::from_chars(read.ptr + 1, end, last);
-    if (read.ec != std::errc{} || read.ptr != end || last < first || last >= words.size() * 32)
-        return false;
-    for (unsigned bit = first; bit <= last; ++bit)
-        words[bit / 32] |= 1u << (bit % 32);
-    return true;
-}
-
-} // namespace
-
 void Fields::bits(const char* key, std::uint32_t* words, std::size_t count) {
     std::span<std::uint32_t> set(words, count);
-    std::string written = write_set(set);
+    std::string written = write_numbers(set, 0);
     text(key, written, 20000);
     if (!reading())
         return;
     std::vector<std::uint32_t> fresh(count);
     std::istringstream items(written);
     for (std::string item; std::getline(items, item, ',');)
-        if (!read_range(item, fresh))
+        if (!read_numbers(item, 0, fresh))
             return refuse(
                 std::string(key) + " holds \"" + item + "\", which is no number or range");
     std::copy(fresh.begin(), fresh.end(), set.begin());

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "platform/l2.h"
 #include "sim/call.h"
@@ -12,7 +13,8 @@ namespace sim {
 namespace {
 
 bool same_address(const MacAddress& address, const MacEntry& entry) {
-    return std::memcmp(address.mac, entry.mac, sizeof entry.mac) == 0 && address.vlan == entry.vlan;
+    return !address.freed && std::memcmp(address.mac, entry.mac, sizeof entry.mac) == 0 &&
+           address.vlan == entry.vlan;
 }
 
 void fill(MacEntry& entry, const MacAddress& address, std::uint32_t flags) {
@@ -40,7 +42,11 @@ void MacAddress::fields(Fields& f) {
     f.boolean("learned", learned);
 }
 
-void MacTable::config(Fields& f) { f.list("static", fixed, STATIC_MAC_ENTRIES); }
+void MacTable::config(Fields& f) {
+    if (!f.reading())
+        std::erase_if(fixed, [](const MacAddress& address) { return address.freed; });
+    f.list("static", fixed, STATIC_MAC_ENTRIES);
+}
 
 void MacTable::hardware(Fields& f) { f.list("learned", learned, MAC_TABLE_ENTRIES); }
 
@@ -52,7 +58,9 @@ int sal_l2_macTbl_generate(uint32_t* count) {
     return call("sal_l2_macTbl_generate", [&](Switch& s) {
         MacTable& macs = s.macs;
         macs.snapshot = macs.learned;
-        macs.snapshot.insert(macs.snapshot.end(), macs.fixed.begin(), macs.fixed.end());
+        std::ranges::copy_if(
+            macs.fixed, std::back_inserter(macs.snapshot),
+            [](const MacAddress& address) { return !address.freed; });
         if (macs.snapshot.size() > MAC_TABLE_ENTRIES)
             macs.snapshot.resize(MAC_TABLE_ENTRIES);
         *count = static_cast<uint32_t>(macs.snapshot.size());
@@ -100,7 +108,7 @@ int sal_l2_static_macEntry_get(uint32_t index, MacEntry* entry) {
             if (index >= STATIC_MAC_ENTRIES)
                 return code_bad_value;
             *entry = {};
-            if (index < s.macs.fixed.size())
+            if (index < s.macs.fixed.size() && !s.macs.fixed[index].freed)
                 fill(*entry, s.macs.fixed[index], MAC_ENTRY_IN_USE);
             return code_ok;
         },
@@ -117,7 +125,7 @@ int sal_l2_static_macEntry_del(const MacEntry* entry) {
             });
             if (at == fixed.end())
                 return code_not_found;
-            fixed.erase(at);
+            at->freed = true;
             return code_ok;
         },
         show_mac(entry->mac));

@@ -14,6 +14,7 @@ struct MacAddress {
     int vlan = 1;
     PortBitmap ports{};
     bool learned = true; // false: the switch put it into the table itself
+    bool freed = false;  // a place of the static table that was taken back: the others keep theirs
 
     void fields(Fields& f);
 };

@@ -2,7 +2,6 @@
 #include "sim/switch.h"
 
 #include "sim/switch_settings.h"
-#include "sim/trunks.h"
 
 namespace sim {
 
@@ -26,7 +25,8 @@ void Switch::config(Fields& f) {
     f.object("mac_table", [&](Fields& inner) { macs.config(inner); });
     f.object("rates", [&](Fields& inner) { rates.config(inner); });
     f.object("qos", [&](Fields& inner) { qos.config(inner); });
-    f.object("trunks", [&](Fields& inner) { trunk_config(inner, chip); });
+    f.object("trunks", [&](Fields& inner) { trunks.config(inner); });
+    f.object("mirrors", [&](Fields& inner) { mirrors.config(inner); });
     f.object("voice_vlan", voice_vlan);
     f.object("switch", [&](Fields& inner) { switch_settings_config(inner, chip); });
     f.object("acl", [&](Fields& inner) { acl.config(inner, chip); });

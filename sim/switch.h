@@ -9,11 +9,13 @@
 #include "sim/cloud_store.h"
 #include "sim/fields.h"
 #include "sim/mac_table.h"
+#include "sim/mirror.h"
 #include "sim/poe.h"
 #include "sim/ports.h"
 #include "sim/qos.h"
 #include "sim/rates.h"
 #include "sim/system.h"
+#include "sim/trunks.h"
 #include "sim/vlans.h"
 #include "sim/voice_vlan.h"
 
@@ -21,8 +23,8 @@ namespace sim {
 
 struct Switch {
     explicit Switch(int logical_ports = 28)
-        : chip(logical_ports), ports(chip), vlans(logical_ports), rates(logical_ports),
-          qos(logical_ports), voice_vlan(logical_ports), acl(logical_ports) {}
+        : chip(logical_ports), ports(chip), mirrors(chip), trunks(chip), vlans(logical_ports),
+          rates(logical_ports), qos(logical_ports), voice_vlan(logical_ports), acl(logical_ports) {}
 
     int logical_ports() const { return chip.ports(); }
     bool has_port(int port) const { return port >= 0 && port < logical_ports(); }
@@ -33,6 +35,8 @@ struct Switch {
     CloudStore cloud;
     System system;
     Ports ports;
+    Mirrors mirrors;
+    Trunks trunks;
     Poe poe;
     Vlans vlans;
     MacTable macs;

@@ -2,7 +2,8 @@
 #include "sim/trace.h"
 
 #include <cstdio>
-#include <span>
+
+#include "sim/number_list.h"
 
 namespace sim {
 
@@ -36,33 +37,10 @@ void Trace::copy_to(const std::filesystem::path& file) {
     file_.open(file, std::ios::app);
 }
 
-namespace {
-
-std::string show_set(std::span<const std::uint32_t> words) {
-    auto has = [&](std::size_t bit) {
-        return bit < words.size() * 32 && (words[bit / 32] >> (bit % 32) & 1) != 0;
-    };
-    std::string text = "{";
-    for (std::size_t first = 0; first < words.size() * 32; ++first) {
-        if (!has(first))
-            continue;
-        std::size_t last = first;
-        while (has(last + 1))
-            ++last;
-        text += (text.size() > 1 ? "," : "") + std::to_string(first);
-        if (last > first)
-            text += "-" + std::to_string(last);
-        first = last;
-    }
-    return text + "}";
-}
-
-} // namespace
-
 std::string show(const char* text) { return text ? "\"" + std::string(text) + "\"" : "null"; }
 std::string show(const std::string& text) { return text; }
-std::string show(const PortBitmap& ports) { return show_set(ports.words); }
-std::string show(const VlanMask& vlans) { return show_set(vlans.words); }
+std::string show(const PortBitmap& ports) { return "{" + write_numbers(ports.words, 0) + "}"; }
+std::string show(const VlanMask& vlans) { return "{" + write_numbers(vlans.words, 0) + "}"; }
 
 std::string show_mac(const std::uint8_t* mac) {
     char text[18];

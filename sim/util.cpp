@@ -6,9 +6,11 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <sstream>
 
 #include "platform/types.h"
 #include "sim/call.h"
+#include "sim/number_list.h"
 
 using namespace sim;
 
@@ -28,6 +30,33 @@ bool read_mac(const std::string& text, uint8_t* mac) {
 }
 
 } // namespace
+
+int sal_util_bitmap2numstr(const PortBitmap* ports, char* text) {
+    return call(
+        "sal_util_bitmap2numstr",
+        [&](Switch&) {
+            copy_text(text, PORT_NUMBERS_SIZE, write_numbers(ports->words, 1));
+            return code_ok;
+        },
+        *ports);
+}
+
+int sal_util_numstr2bitmap(const char* text, PortBitmap* ports) {
+    return call(
+        "sal_util_numstr2bitmap",
+        [&](Switch&) -> int {
+            if (!text)
+                return code_null;
+            PortBitmap read = *ports;
+            std::istringstream items(text);
+            for (std::string item; std::getline(items, item, ',');)
+                if (!item.empty() && !read_numbers(item, 1, read.words))
+                    return code_bad_text;
+            *ports = read;
+            return code_ok;
+        },
+        text);
+}
 
 int sys_util_mac2Str(const uint8_t* mac, char* text) {
     return call(

@@ -160,7 +160,7 @@ bool can_fail(const std::string& name) {
 
 std::vector<FailedRun> fail_each_call(
     const std::function<void(sim::Board&)>& prepare, const std::function<int(cJSON*)>& run,
-    int code, const std::string& scenario) {
+    int code, const std::string& scenario, int most) {
     Lines names;
     run_once(prepare, run, scenario, nullptr, [&](const sim::Board& board, int, const cJSON*) {
         names = board.trace.calls();
@@ -171,6 +171,8 @@ std::vector<FailedRun> fail_each_call(
         if (!can_fail(name))
             continue;
         int nth = ++seen[name];
+        if (nth > most)
+            continue;
         sim::Fault fault{
             sim::Edge::platform, name, static_cast<std::uint64_t>(nth), false, code, 0};
         run_once(

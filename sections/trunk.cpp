@@ -1,0 +1,215 @@
+// The "link_aggregation" section; see trunk.h.
+#include "sections/trunk.h"
+
+#include <unistd.h>
+
+#include "core/errors.h"
+#include "driver/port.h"
+#include "platform/port.h"
+#include "platform/trunk.h"
+#include "platform/util.h"
+#include "sections/section.h"
+#include "sections/trunk_ports.h"
+#include "sections/trunk_related.h"
+
+enum Mode { MODE_NONE = 0, MODE_STATIC = 1, MODE_LACP = 2 };
+
+static int first_group_port() { return sys_logic_port_num_ret() - TRUNK_GROUPS; }
+
+static int group_role(int group) { return sys_trunk_portRole_ret(first_group_port() + group); }
+
+static bool is_empty(const PortBitmap& members) {
+    return sys_util_bitmaskIsClear_ret(members.words, 0, first_group_port());
+}
+
+// --- Report.
+
+static Mode mode_of_role(int role) {
+    if (role == TRUNK_ROLE_LACP_GROUP)
+        return MODE_LACP;
+    return role == TRUNK_ROLE_STATIC_GROUP ? MODE_STATIC : MODE_NONE;
+}
+
+static int group_report(cJSON* list, int group) {
+    PortBitmap members = {};
+    char text[PORT_NUMBERS_SIZE] = "";
+    Mode mode = mode_of_role(group_role(group));
+    if (int code = sal_trunk_member_get(group, &members))
+        return code;
+    if (!is_empty(members)) {
+        if (int code = sal_util_bitmap2numstr(&members, text))
+            return code;
+    }
+    cJSON* item = createJsonObject();
+    addJsonObjectIntItem(item, "id", group + 1);
+    addJsonObjectIntItem(item, "mode", mode);
+    addJsonObjectStringItem(item, "members", text);
+    addJsonArrayItem(list, item);
+    return 0;
+}
+
+int vxc_trunk_get(cJSON* system) {
+    cJSON* list = attachJsonArray(system, "link_aggregation");
+    for (int group = 0; group < TRUNK_GROUPS; group++) {
+        if (int code = group_report(list, group))
+            return record_error(code);
+    }
+    return 0;
+}
+
+// --- Settings: what is to become of a group.
+
+namespace {
+
+struct Change {
+    int group;
+    int mode;
+    PortBitmap wanted;
+    PortBitmap current;
+    PortBitmap changed; // members before or after, but not both
+};
+
+} // namespace
+
+static int change_read(const cJSON* element, Change* change) {
+    if (int code = sal_trunk_member_get(change->group, &change->current))
+        return code;
+    const char* members = getJsonStringValueForKey(element, "members");
+    if (change->mode != MODE_NONE) {
+        if (int code = sal_util_numstr2bitmap(members ? members : "", &change->wanted))
+            return code;
+    }
+    for (int word = 0; word < PORT_BITMAP_WORDS; word++)
+        change->changed.words[word] = change->wanted.words[word] ^ change->current.words[word];
+    return 0;
+}
+
+// --- Ports that change their group.
+
+// Port security holds the addresses of a port, which a group would mix with those of others.
+static int security_check(const PortBitmap& ports) {
+    return for_each_port(ports, [](int port) -> int {
+        uint32_t on = 0;
+        if (int code = sal_port_securityEnable_get(port, &on))
+            return code;
+        return on == 1 ? ERROR_REFUSED : 0;
+    });
+}
+
+// The driver is told directly, so that what is configured stays as it is.
+static int links_down(const PortBitmap& ports, PortBitmap* downed) {
+    return for_each_port(ports, [downed](int port) {
+        uint32_t up = 0;
+        int code = sal_port_linkStatus_get(port, &up);
+        if (!code && up == 1) {
+            add_port(downed, port);
+            rsd_port_enable_set(static_cast<uint32_t>(port), 0);
+        }
+        return code;
+    });
+}
+
+static int links_up(const PortBitmap& downed) {
+    return for_each_port(downed, [](int port) {
+        uint32_t configured = 0;
+        if (int code = sal_port_enable_get(port, &configured))
+            return code;
+        return configured == 1 ? sal_port_enable_set(port, 1) : 0;
+    });
+}
+
+// --- Groups of the two kinds.
+
+namespace {
+
+struct Kind {
+    int role; // of the port that stands for such a group
+    int (*members_set)(int group, const PortBitmap* members);
+    int (*activate)(int group, const PortBitmap* members);
+};
+
+} // namespace
+
+static int nothing_to_activate(int, const PortBitmap*) { return 0; }
+
+static const Kind static_kind = {
+    TRUNK_ROLE_STATIC_GROUP, sal_trunk_staticMember_set, nothing_to_activate};
+static const Kind lacp_kind = {TRUNK_ROLE_LACP_GROUP, sal_lacp_member_set, sal_lacp_activeMode_set};
+
+static int group_restore(const Kind& kind, const Change& change) {
+    if (int code = kind.members_set(change.group, &change.current))
+        return code;
+    return kind.activate(change.group, &change.current);
+}
+
+// A group of the other kind gives way, and comes back when this one cannot be formed.
+static int group_form(const Kind& kind, const Kind& other, const Change& change) {
+    bool deleted = false;
+    if (!is_empty(change.current) && group_role(change.group) == other.role) {
+        if (int code = sal_trunk_group_del(change.group))
+            return code;
+        deleted = true;
+    }
+    if (kind.members_set(change.group, &change.wanted))
+        return deleted ? group_restore(other, change) : 0;
+    if (int code = kind.activate(change.group, &change.wanted))
+        return code;
+    sn_trunkRelated(change.wanted);
+    return 0;
+}
+
+static int group_dissolve(int group) {
+    PortBitmap itself = {};
+    add_port(&itself, first_group_port() + group);
+    sn_trunkRelated(itself);
+    return sal_trunk_group_del(group);
+}
+
+static int group_change(const Change& change) {
+    switch (change.mode) {
+    case MODE_LACP:
+        return group_form(lacp_kind, static_kind, change);
+    case MODE_STATIC:
+        return group_form(static_kind, lacp_kind, change);
+    case MODE_NONE:
+        return group_dissolve(change.group);
+    default:
+        return 0;
+    }
+}
+
+static int change_apply(const Change& change) {
+    PortBitmap downed = {};
+    if (int code = security_check(change.changed))
+        return code;
+    if (int code = links_down(change.changed, &downed))
+        return code;
+    if (!is_none(downed))
+        sleep(2); // seconds, for the partners to see the links go
+    if (int code = group_change(change))
+        return code;
+    return links_up(downed);
+}
+
+static int element_apply(const cJSON* element) {
+    int id_found, mode_found;
+    int id = getJsonIntValueForKey(element, "id", &id_found);
+    int mode = getJsonIntValueForKey(element, "mode", &mode_found);
+    if (!id_found || !mode_found) {
+        record_error(ERROR_BAD_VALUE);
+        return 0;
+    }
+    Change change = {zero_based(id), mode, {}, {}, {}};
+    if (int code = change_read(element, &change))
+        return code;
+    return change_apply(change);
+}
+
+int vxc_trunk_set(const cJSON* system) {
+    const cJSON* list = getJsonObjectForKey(system, "link_aggregation");
+    for (const cJSON* element = getJsonChild(list); element; element = getJsonNext(element)) {
+        if (int code = element_apply(element))
+            return record_error(code);
+    }
+    return 0;
+}
