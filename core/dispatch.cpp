@@ -9,6 +9,7 @@
 #include "platform/system.h"
 #include "sections/acl.h"
 #include "sections/cloud.h"
+#include "sections/firmware.h"
 #include "sections/jumbo_frames.h"
 #include "sections/mirror.h"
 #include "sections/port_config.h"
@@ -39,6 +40,7 @@ static const ReportBuilder report_builders[] = {
 static const ReportBuilder system_builders[] = {
     {nullptr, vxc_jumbo_frmGet, nullptr},
     {"vxc_cloud_get", without_result<cJSON, vxc_cloud_get>, nullptr},
+    {"vxc_firmware_get", vxc_firmware_get, "firmware get fail"},
     {"vxc_summary_get", vxc_summary_get, "summary info get fail"},
     {"vxc_port_get", vxc_port_get, "port get fail"},
     {"vxc_mirror_get", vxc_mirror_get, "mirror get fail"},
@@ -86,6 +88,7 @@ static const SectionSetter section_setters[] = {
     {SYSTEM_SECTION, "ports", vxc_port_set, "port set fail"},
     {SYSTEM_SECTION, "port_mirror", vxc_mirror_set, "mirror set fail"},
     {SYSTEM_SECTION, "link_aggregation", vxc_trunk_set, "trunk set fail"},
+    {SYSTEM_ORDER, "firmware", vxc_firmware_set, "firmware set fail"},
 };
 
 static bool apply_section(const SectionSetter& setter, const cJSON* object) {

@@ -3,6 +3,7 @@
 Each step says what was seen; one that does not see what it should raises Failed."""
 import time
 
+from make_image import make_image
 from workbench import Failed
 
 
@@ -122,6 +123,22 @@ class Story:
         self.say(f"the keeper thread was restarted on localhost:{port}; a push there was performed "
                  f"after {seconds * 1000:.0f} ms")
 
+    def firmware_upgrade(self):
+        def running(report):
+            return member(report, "system", "summary_info", "firmware_version")
+
+        before = running(self.lab.report())
+        self.lab.put_firmware("v2.bix", make_image("2.0.0"))
+        self.mark()
+        number, report = self.apply({"system": {"firmware": {
+            "upgrade_partition": 2, "upgrade_url": self.lab.firmware_url("v2.bix"),
+            "active_partition": 2}}})
+        expect(member(report, "system", "firmware", "version_partition_2") == "2.0.0",
+               "the image is not in partition 2")
+        self.wait_for_report("firmware 2.0.0", lambda r: running(r) == "2.0.0")
+        self.say(f"settings {number}: an image was downloaded, written to partition 2 and read back")
+        self.say(f"the switch rebooted from firmware {before} into 2.0.0")
+
 
 STEPS = (
     ("A switch checks in", Story.first_checkin),
@@ -130,6 +147,7 @@ STEPS = (
     ("It is told to check in", Story.pushed_checkin),
     ("It takes a local request", Story.local_request),
     ("Its connection keeper moves", Story.keeper_host),
+    ("It gets new firmware", Story.firmware_upgrade),
 )
 
 

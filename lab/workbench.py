@@ -119,6 +119,13 @@ class Lab:
     def withdraw_settings(self, number):
         self.ask("DELETE", f"/switches/{MAC}/settings/{number}")
 
+    def put_firmware(self, name, image):
+        self.ask("PUT", f"/firmware/{name}", image)
+
+    def firmware_url(self, name):
+        """Where a switch finds an image; "corrupt/NAME" is a damaged copy."""
+        return f"http://localhost:{self.ports['http']}/firmware/{name}"
+
     def push(self, **action):
         return self.ask("POST", f"/switches/{MAC}/actions", action)["id"]
 

@@ -37,6 +37,10 @@ int sal_sys_gateway_get(uint32_t* address);
 // Writes the running configuration to the startup configuration.
 int cmd_conf_startupConfig_save(void);
 
+// Reboots the switch at once, with its startup configuration. May return before the switch goes
+// down.
+int sal_sys_reboot(void);
+
 #ifdef __cplusplus
 }
 #endif

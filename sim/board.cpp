@@ -7,8 +7,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 #include "sim/allocation.h"
+#include "sim/firmware.h"
 #include "sim/scenario.h"
 
 namespace sim {
@@ -18,6 +20,7 @@ namespace {
 Board* current = nullptr;
 
 constexpr int default_ports = 28;
+constexpr int seconds_to_go_down = 5;
 
 int port_count(const std::filesystem::path& scenario) {
     return scenario.empty() ? default_ports
@@ -56,6 +59,9 @@ void Board::load(const std::filesystem::path& scenario) {
         });
     if (std::filesystem::exists(cloud_settings()))
         read_fields(cloud_settings(), [&](Fields& f) { device.cloud.fields(f); });
+    Flash flash(root_);
+    flash.leave_factory(device.system.firmware_version, device.firmware.second_version);
+    device.system.firmware_version = flash.booted_version();
     bool warm = std::filesystem::exists(running_config());
     auto config = warm ? running_config() : startup_config();
     if (std::filesystem::exists(config))
@@ -79,14 +85,26 @@ void Board::save_startup_config() {
                      }));
 }
 
+void Board::forget_startup_config() {
+    std::lock_guard guard(lock);
+    std::filesystem::remove(startup_config());
+}
+
 void Board::save_cloud() {
     std::lock_guard guard(lock);
     write_atomically(cloud_settings(), write_fields([&](Fields& f) { device.cloud.fields(f); }));
 }
 
 void Board::reboot() {
-    ++reboots;
-    restart_ordered_ = true;
+    if (reboots++ == 0 && start_agent_again)
+        std::thread([this] { go_down(); }).detach();
+}
+
+// Between two platform calls, so that none is cut in two.
+void Board::go_down() {
+    clock.sleep(seconds_to_go_down);
+    std::lock_guard guard(lock);
+    start_agent_again();
 }
 
 void Board::restart_agent() {

@@ -40,16 +40,17 @@ class Board {
     std::recursive_mutex lock; // held in every platform call
 
     void save_startup_config();
+    void forget_startup_config();
     void save_cloud();
 
-    // Power-on again: the startup configuration is loaded, time running starts at 0, the agent's
-    // process starts afresh. What a test within one process gets is the count alone.
+    // Power-on again: the selected firmware is started, the startup configuration is loaded, time
+    // running starts at 0, the agent's process starts afresh. The switch takes some seconds to go
+    // down, in which the agent goes on. What a test within one process gets is the count alone.
     void reboot();
     // The agent's process starts afresh on a switch that goes on running as it is.
     void restart_agent();
 
-    // Carries out what reboot() or restart_agent() ordered, once the call that ordered it is
-    // traced.
+    // Carries out what restart_agent() ordered, once the call that ordered it is traced.
     void carry_out_orders();
 
     int reboots = 0;
@@ -58,6 +59,7 @@ class Board {
 
   private:
     void load(const std::filesystem::path& scenario);
+    void go_down();
     std::filesystem::path startup_config() const { return path("/etc/startup-config.json"); }
     std::filesystem::path running_config() const { return path("/run/running-config.json"); }
     std::filesystem::path cloud_settings() const { return path("/etc/cloud.json"); }

@@ -10,6 +10,7 @@ void Switch::hardware(Fields& f) {
     f.integer("logical_ports", port_count, 11, 96);
     f.boolean("driver_loaded", driver_loaded);
     f.object("system", [&](Fields& inner) { system.hardware(inner); });
+    f.object("firmware", [&](Fields& inner) { firmware.hardware(inner); });
     f.object("ports", [&](Fields& inner) { ports.hardware(inner); });
     f.object("poe", [&](Fields& inner) { poe.hardware(inner); });
     f.object("vlans", [&](Fields& inner) { vlans.hardware(inner); });
@@ -35,6 +36,7 @@ void Switch::config(Fields& f) {
 void Switch::running(Fields& f, Clock& clock) {
     auto seconds = static_cast<std::int64_t>(clock.running());
     f.integer("seconds", seconds, 0, INT64_MAX);
+    f.text("firmware_version", system.firmware_version, 32);
     if (f.reading())
         clock.restart(static_cast<double>(seconds));
 }

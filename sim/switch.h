@@ -8,6 +8,7 @@
 #include "sim/clock.h"
 #include "sim/cloud_store.h"
 #include "sim/fields.h"
+#include "sim/firmware.h"
 #include "sim/mac_table.h"
 #include "sim/mirror.h"
 #include "sim/poe.h"
@@ -34,6 +35,7 @@ struct Switch {
     bool driver_loaded = true; // "/dev/ski" exists
     CloudStore cloud;
     System system;
+    Firmware firmware;
     Ports ports;
     Mirrors mirrors;
     Trunks trunks;

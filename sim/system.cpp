@@ -18,7 +18,7 @@ constexpr std::size_t longest_name = 64;
 
 void System::hardware(Fields& f) {
     f.mac("mac", mac);
-    f.text("firmware_version", firmware_version, 127);
+    f.text("firmware_version", firmware_version, 32);
 }
 
 void System::config(Fields& f) {
@@ -94,6 +94,13 @@ int sal_sys_gateway_get(uint32_t* address) {
 int cmd_conf_startupConfig_save(void) {
     return call("cmd_conf_startupConfig_save", [](Switch&) {
         board().save_startup_config();
+        return code_ok;
+    });
+}
+
+int sal_sys_reboot(void) {
+    return call("sal_sys_reboot", [](Switch&) {
+        board().reboot();
         return code_ok;
     });
 }

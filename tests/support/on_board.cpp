@@ -14,6 +14,7 @@
 #include "core/errors.h"
 #include "core/state.h"
 #include "sections/acl_binding.h"
+#include "sections/firmware_upgrade.h"
 #include "json/json_print.h"
 
 void reset_agent() {
@@ -32,6 +33,7 @@ void reset_agent() {
     thread_curl = nullptr;
     std::memset(bind_recover_names, 0, sizeof bind_recover_names);
     acl_recover_bind = 0;
+    std::memset(flags, 0, sizeof flags);
     clear_errors();
 }
 
