@@ -32,8 +32,7 @@ int poe_call(const char* name, int port, Body body, const Arguments&... argument
 // Sets one member, refusing what lies outside its range.
 template <class Member>
 int poe_set(
-    const char* name, std::uint8_t port, std::uint8_t value, Member PoePort::*member,
-    std::uint8_t low, std::uint8_t high) {
+    const char* name, std::uint8_t port, int value, Member PoePort::*member, int low, int high) {
     return poe_call(
         name, port,
         [&](PoePort& p, Poe&) {
