@@ -9,13 +9,18 @@
 #include "platform/system.h"
 #include "sections/acl.h"
 #include "sections/cloud.h"
+#include "sections/dark_mode.h"
+#include "sections/diagnostic.h"
 #include "sections/firmware.h"
 #include "sections/jumbo_frames.h"
+#include "sections/management_vlan.h"
 #include "sections/mirror.h"
 #include "sections/port_config.h"
 #include "sections/port_report.h"
+#include "sections/reboot.h"
 #include "sections/summary.h"
 #include "sections/trunk.h"
+#include "sections/uplink_port.h"
 #include "sections/voice_vlan.h"
 #include "json/json_document.h"
 
@@ -35,6 +40,7 @@ static const ReportBuilder report_builders[] = {
     {"vxc_system_get", vxc_system_get, nullptr},
     {"vxc_acl_get", vxc_acl_get, nullptr},
     {"vxc_voice_vlan_get", vxc_voice_vlan_get, "voice vlan get fail"},
+    {"vxc_diagnostic_get", vxc_diagnostic_get, "diagnostic get fail"},
 };
 
 static const ReportBuilder system_builders[] = {
@@ -42,6 +48,10 @@ static const ReportBuilder system_builders[] = {
     {"vxc_cloud_get", without_result<cJSON, vxc_cloud_get>, nullptr},
     {"vxc_firmware_get", vxc_firmware_get, "firmware get fail"},
     {"vxc_summary_get", vxc_summary_get, "summary info get fail"},
+    {"vxc_management_vlan_get", vxc_management_vlan_get, "management vlan get fail"},
+    {"vxc_uplink_port_get", vxc_uplink_port_get, "uplink port get fail"},
+    {"vxc_reboot_get", vxc_reboot_get, "reboot get fail"},
+    {"vxc_dark_mode_get", vxc_dark_mode_get, "dark_mode get fail"},
     {"vxc_port_get", vxc_port_get, "port get fail"},
     {"vxc_mirror_get", vxc_mirror_get, "mirror get fail"},
     {"vxc_trunk_get", vxc_trunk_get, "trunk get fail"},
@@ -85,10 +95,12 @@ static const SectionSetter section_setters[] = {
     {SYSTEM_SECTION, "jumbo_frames", vxc_jumbo_frmSet, nullptr},
     {SYSTEM_SECTION, "cloud", without_result<const cJSON, vxc_cloud_set>, nullptr},
     {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},
+    {SYSTEM_SECTION, "dark_mode", vxc_dark_mode_set, "dark mode set fail"},
     {SYSTEM_SECTION, "ports", vxc_port_set, "port set fail"},
     {SYSTEM_SECTION, "port_mirror", vxc_mirror_set, "mirror set fail"},
     {SYSTEM_SECTION, "link_aggregation", vxc_trunk_set, "trunk set fail"},
     {SYSTEM_ORDER, "firmware", vxc_firmware_set, "firmware set fail"},
+    {SYSTEM_ORDER, "reboot", vxc_reboot_set, "reboot set fail"},
 };
 
 static bool apply_section(const SectionSetter& setter, const cJSON* object) {

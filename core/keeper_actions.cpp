@@ -7,10 +7,12 @@
 
 #include "core/check_in.h"
 #include "core/debug.h"
+#include "core/errors.h"
 #include "core/state.h"
 #include "platform/mib.h"
 #include "platform/poe.h"
 #include "platform/vxcloud.h"
+#include "sections/diagnostic.h"
 #include "sections/port_bounce.h"
 #include "sections/port_id.h"
 #include "json/json_document.h"
@@ -42,6 +44,18 @@ static void reset_port(const cJSON*, int port) {
 
 static void clear_counters(const cJSON*, int port) { sal_mib_cntr_clr(port); }
 
+static void test_cable(const cJSON*, int port) { vxc_cable_test(port); }
+
+static void trace_route(const cJSON* message, int) {
+    if (vxc_traceroute(message))
+        log_failure("traceroute fail");
+}
+
+static void ping(const cJSON* message, int) {
+    if (vxc_ping_ipv4(message))
+        log_failure("ping fail");
+}
+
 static void restart_agent(const cJSON*, int) { sal_vxcloud_kill(); }
 
 struct KeeperAction {
@@ -58,6 +72,9 @@ static const KeeperAction actions[] = {
     {"port_reset", parse_port_id, "connection-keeper: reset\n", reset_port, true},
     {"counter_reset", parse_port_id, "connection-keeper: counter_reset\n", clear_counters, true},
     {"restart_vxcloud", nullptr, nullptr, restart_agent, false},
+    {"cable_test", parse_copper_port_id, "connection-keeper: cable_test\n", test_cable, true},
+    {"traceroute", nullptr, nullptr, trace_route, true},
+    {"ping_ipv4", nullptr, nullptr, ping, true},
 };
 
 static const KeeperAction* find_action(const char* name) {

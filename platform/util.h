@@ -23,6 +23,12 @@ int sys_util_ip2Str(uint32_t address, char* text);
 int sys_util_str2Mac(const char* text, uint8_t* mac);
 int sys_util_str2Ip(const char* text, uint32_t* address);
 
+// A MAC address as the system's ARP table shows it: six bytes in hexadecimal, ":" between them.
+int sn_sys_util_str2Mac(const char* text, uint8_t* mac);
+
+// 1 when `text` is a dotted IPv4 address. 0.0.0.0 is one only if `with_zero` is 1. Cannot fail.
+int sal_util_ipv4StrValidate_ret(const char* text, int with_zero);
+
 // Copies a name or description, cut to `longest` characters, and terminates it; `copy` holds
 // longest + 1 bytes. A text with anything but printable ASCII is an error.
 int sys_util_namestrcpy(char* copy, const char* text, uint32_t longest);

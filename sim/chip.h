@@ -26,9 +26,11 @@ struct ChipTraffic {
     std::uint32_t packet_bytes = 512;
 };
 
-// A pair of a copper cable, as a test finds it.
+// A pair of a copper cable, as a test finds it: without fault, or with one so many metres away.
+constexpr std::uint8_t chip_pair_open = 1;
+constexpr std::uint8_t chip_pair_short = 2;
 struct ChipPair {
-    std::uint8_t state = 0; // 0 without fault; the driver's fault codes
+    std::uint8_t state = 0;
     std::uint8_t length_m = 0;
 };
 

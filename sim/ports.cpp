@@ -70,9 +70,13 @@ Ports::Ports(Chip& chip) : port(static_cast<std::size_t>(chip.ports())), chip_(c
         port[p].partner_speed = port[p].fibre ? 5 : 2;
     }
     chip.change([&](ChipState& state) {
+        for (std::size_t p = 0; p < first_fibre; ++p)
+            state.ports[p].cable.fill({chip_pair_open, 0});
         for (std::size_t p : {std::size_t{0}, std::size_t{1}, std::size_t{4}, first_fibre}) {
             state.ports[p].plugged = p <= first_fibre;
             state.ports[p].traffic = {120, 80, 512};
+            auto metres = static_cast<std::uint8_t>(12 + 3 * p);
+            state.ports[p].cable = {{{0, metres}, {0, metres}, {0, metres}, {0, metres}}};
         }
     });
     for (std::size_t p = 0; p < port.size(); ++p)
@@ -152,6 +156,14 @@ void Ports::hardware(Fields& f) {
                 element.integer("rx_packets_per_second", rx, 0, 1000000);
                 element.integer("tx_packets_per_second", tx, 0, 1000000);
                 element.integer("packet_bytes", real.traffic.packet_bytes, 64, 12288);
+                element.list(
+                    "cable", [&](int) { return real.cable.size(); },
+                    [&](Fields& pair, std::size_t p) {
+                        if (p >= real.cable.size())
+                            return;
+                        pair.integer("state", real.cable[p].state, 0, 255);
+                        pair.integer("length_m", real.cable[p].length_m, 0, 255);
+                    });
                 real.traffic.rx_packets = rx;
                 real.traffic.tx_packets = tx;
             });

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "sim/board.h"
+#include "sim/network_tools.h"
 
 namespace sim {
 
@@ -45,8 +46,8 @@ struct Program {
 };
 
 const Program programs[] = {
-    {"handler", handler},
-    {"rm", remove_file},
+    {"cat", show_file},  {"handler", handler},       {"ping", ping},
+    {"rm", remove_file}, {"traceroute", traceroute},
 };
 
 int run_program(const Command& command) {

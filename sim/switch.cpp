@@ -16,6 +16,8 @@ void Switch::hardware(Fields& f) {
     f.object("vlans", [&](Fields& inner) { vlans.hardware(inner); });
     f.object("mac_table", [&](Fields& inner) { macs.hardware(inner); });
     f.object("acl", [&](Fields& inner) { acl.hardware(inner); });
+    f.object("diag", [&](Fields& inner) { diag.hardware(inner); });
+    f.object("network", [&](Fields& inner) { network.hardware(inner); });
 }
 
 void Switch::config(Fields& f) {
@@ -29,6 +31,7 @@ void Switch::config(Fields& f) {
     f.object("trunks", [&](Fields& inner) { trunks.config(inner); });
     f.object("mirrors", [&](Fields& inner) { mirrors.config(inner); });
     f.object("voice_vlan", voice_vlan);
+    f.object("leds", leds);
     f.object("switch", [&](Fields& inner) { switch_settings_config(inner, chip); });
     f.object("acl", [&](Fields& inner) { acl.config(inner, chip); });
 }

@@ -7,10 +7,13 @@
 #include "sim/chip.h"
 #include "sim/clock.h"
 #include "sim/cloud_store.h"
+#include "sim/diag.h"
 #include "sim/fields.h"
 #include "sim/firmware.h"
+#include "sim/leds.h"
 #include "sim/mac_table.h"
 #include "sim/mirror.h"
+#include "sim/network.h"
 #include "sim/poe.h"
 #include "sim/ports.h"
 #include "sim/qos.h"
@@ -46,6 +49,9 @@ struct Switch {
     Qos qos;
     VoiceVlan voice_vlan;
     Acl acl;
+    Diag diag;
+    Leds leds;
+    Network network;
 
     void hardware(Fields& f);
     void config(Fields& f);

@@ -104,6 +104,32 @@ int sys_util_str2Ip(const char* text, uint32_t* address) {
         text);
 }
 
+int sn_sys_util_str2Mac(const char* text, uint8_t* mac) {
+    return call(
+        "sn_sys_util_str2Mac",
+        [&](Switch&) -> int {
+            uint8_t parsed[MAC_ADDRESS_SIZE];
+            if (!text || !read_mac(text, parsed) || text[2] != ':')
+                return code_bad_text;
+            std::memcpy(mac, parsed, sizeof parsed);
+            return code_ok;
+        },
+        text);
+}
+
+int sal_util_ipv4StrValidate_ret(const char* text, int with_zero) {
+    return value(
+        "sal_util_ipv4StrValidate_ret",
+        [&](Switch&) {
+            in_addr network;
+            return text && inet_pton(AF_INET, text, &network) == 1 &&
+                           (with_zero || network.s_addr != 0)
+                       ? 1
+                       : 0;
+        },
+        text, with_zero);
+}
+
 int sys_util_namestrcpy(char* copy, const char* text, uint32_t longest) {
     return call(
         "sys_util_namestrcpy",

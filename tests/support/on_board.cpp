@@ -14,6 +14,8 @@
 #include "core/errors.h"
 #include "core/state.h"
 #include "sections/acl_binding.h"
+#include "sections/dark_mode.h"
+#include "sections/diagnostic.h"
 #include "sections/firmware_upgrade.h"
 #include "json/json_print.h"
 
@@ -34,6 +36,9 @@ void reset_agent() {
     std::memset(bind_recover_names, 0, sizeof bind_recover_names);
     acl_recover_bind = 0;
     std::memset(flags, 0, sizeof flags);
+    saved_led_mode = 7;
+    traceroute_status = ping_status = cable_test_pending = uid = 0;
+    cable_result = {};
     clear_errors();
 }
 

@@ -1,0 +1,50 @@
+// "dark_mode"; see dark_mode.h.
+#include "sections/dark_mode.h"
+
+#include "core/debug.h"
+#include "core/errors.h"
+#include "platform/led.h"
+#include "json/json_document.h"
+
+uint32_t saved_led_mode = LED_MODE_DARK;
+
+int vxc_dark_mode_get(cJSON* system) {
+    if (!system)
+        return ERROR_NO_SECTION;
+    uint32_t mode;
+    if (int code = sal_swctrl_poe_led_mode_get(&mode))
+        return code;
+    addJsonObjectBoolItem(system, "dark_mode", mode != LED_MODE_LAN);
+    return 0;
+}
+
+// The first of several orders finds the mode to go back to.
+static void go_dark(uint32_t mode) {
+    debug_print("VX_cloud : dark_mode TRUE\n");
+    if (mode != LED_MODE_DARK)
+        saved_led_mode = mode;
+    sal_swctrl_poe_led_mode_set(LED_MODE_DARK);
+}
+
+static void recover(uint32_t mode) {
+    if (mode != LED_MODE_DARK)
+        return;
+    if (saved_led_mode == LED_MODE_LAN)
+        debug_print("VX_cloud : recover to LAN mode\n");
+    if (saved_led_mode == LED_MODE_POE)
+        debug_print("VX_cloud : recover to POE mode\n");
+    sal_swctrl_poe_led_mode_set(saved_led_mode);
+}
+
+int vxc_dark_mode_set(const cJSON* system) {
+    if (!system)
+        return ERROR_NO_SECTION;
+    int found;
+    int dark = getJsonBoolValueForKey(system, "dark_mode", &found);
+    if (!found)
+        return 0;
+    uint32_t mode = LED_MODE_LAN; // what a switch whose mode cannot be read is taken to show
+    sal_swctrl_poe_led_mode_get(&mode);
+    dark ? go_dark(mode) : recover(mode);
+    return 0;
+}
