@@ -63,6 +63,8 @@ void Network::hardware(Fields& f) {
 }
 
 std::string Network::arp_table() const {
+    if (arp_text)
+        return *arp_text;
     std::string table =
         "IP address       HW type     Flags       HW address            Mask     Device\n";
     for (const Neighbour& neighbour : arp)

@@ -36,6 +36,8 @@ struct Network {
     std::vector<Neighbour> arp;
     std::vector<Host> hosts;
 
+    std::optional<std::string> arp_text; // of a kernel that shows its table in another way
+
     void hardware(Fields& f);
 
     // "/proc/net/arp" as Linux shows it.
