@@ -13,7 +13,9 @@ void apply() {
     deleteJsonObject(document);
 }
 
+// Runs differ in how long they waited, which the uptime would show.
 std::string switch_afterwards() {
+    sim::board().clock.restart();
     Json document(createJsonObject());
     vxc_get(document);
     return compact(document);

@@ -6,6 +6,7 @@ const char* const whole_settings = R"({
     "summary_info": {"device_name": "Tortured"},
     "jumbo_frames": {"size": 9000},
     "cloud": {"checkin_interval": 600, "fallback_host": "localhost:1", "checkin_host": "localhost:2",
-              "connkeeper_host": "localhost:3", "key": "k", "secret": "s", "timeout": 30}
+              "connkeeper_host": "localhost:3", "key": "k", "secret": "s", "timeout": 30},
+    "firmware": {"upgrade_partition": 2, "upgrade_url": "/flash/image0", "active_partition": 2}
   }
 })";
