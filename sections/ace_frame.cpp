@@ -141,8 +141,10 @@ static int entry_delete(const AceKind& kind, const AceItem& item) {
     return 0;
 }
 
+enum { METHODS = 3 }; // 0 deletes, 1 creates, 2 modifies
+
 using EntryChange = int (*)(const AceKind& kind, const AceItem& item);
-static const EntryChange changes[] = {entry_delete, entry_create, entry_modify}; // by method
+static const EntryChange changes[METHODS] = {entry_delete, entry_create, entry_modify};
 
 int ace_list_set(const AceKind& kind, const cJSON* entries) {
     for (const cJSON* json = getJsonChild(entries); json; json = getJsonNext(json)) {
@@ -151,7 +153,7 @@ int ace_list_set(const AceKind& kind, const cJSON* entries) {
             record_error(ERROR_BAD_VALUE);
             continue;
         }
-        if (item.method < 0 || item.method > 2)
+        if (item.method < 0 || item.method >= METHODS)
             continue;
         if (int code = changes[item.method](kind, item))
             return code;

@@ -172,13 +172,15 @@ int oui_delete(const cJSON* edit) {
     return 0;
 }
 
-static int (*const vendor_edits[])(const cJSON*) = {oui_delete, oui_add, oui_update}; // by "method"
+enum { METHODS = 3 }; // 0 deletes, 1 adds, 2 updates
+
+static int (*const vendor_edits[METHODS])(const cJSON*) = {oui_delete, oui_add, oui_update};
 
 static void vendors_edit(const cJSON* edits) {
     for (const cJSON* edit = getJsonChild(edits); edit; edit = getJsonNext(edit)) {
         int found;
         int method = getJsonIntValueForKey(edit, "method", &found);
-        if (found && method >= 0 && method < 3)
+        if (found && method >= 0 && method < METHODS)
             vendor_edits[method](edit);
     }
 }

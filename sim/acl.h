@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/acl.h"
+#include "sim/ace.h"
 #include "sim/chip.h"
 #include "sim/fields.h"
 
@@ -34,8 +35,5 @@ struct Acl {
     void config(Fields& f, Chip& chip);
     void hardware(Fields& f);
 };
-
-// How an entry reads in the trace.
-std::string show_ace(const Ace& ace);
 
 } // namespace sim

@@ -8,32 +8,10 @@
 
 namespace {
 
-class AceIpv4s : public OnBoardWithLists {
+class AceIpv4s : public OnBoardWithEntries {
   protected:
-    int apply(const std::string& members) {
-        Json items("[{" + std::string(R"("acl_name":"A",)") + members + "}]");
-        return ace_ipv4_set(items);
-    }
-    int create(const std::string& members, int sequence = 10) {
-        return apply(
-            R"("sequence":)" + std::to_string(sequence) + R"(,"method":1,"action":1)" +
-            comma(members));
-    }
-    int modify(const std::string& members, int sequence = 10) {
-        return apply(
-            R"("sequence":)" + std::to_string(sequence) + R"(,"method":2)" + comma(members));
-    }
-    void start_with(const std::string& members) {
-        device.acl.lists.clear();
-        put_list("A", ACL_IPV4, 0);
-        create(members);
-        ASSERT_EQ(recorded(), Codes{}) << members;
-        forget();
-    }
-    std::string entry() {
-        Lines all = entries("A");
-        return all.empty() ? "none" : all.back();
-    }
+    AceIpv4s() : OnBoardWithEntries(ACL_IPV4, ace_ipv4_set) {}
+
     // The range of a port at the chip, as kind:first-last.
     std::string range(const AceL4Port& port) const {
         if (!port.range_valid)
@@ -51,14 +29,6 @@ class AceIpv4s : public OnBoardWithLists {
             text.replace(at, 1, "{\"method\":2,");
         return text;
     }
-    static std::string comma(const std::string& members) {
-        return members.empty() ? "" : "," + members;
-    }
-};
-
-struct Case {
-    const char* members;
-    const char* entry; // null: refused with 19
 };
 
 const char* const tcp_entry =
@@ -138,7 +108,7 @@ TEST_F(AceIpv4s, an_entry_whose_range_cannot_be_read_is_left_out_as_a_whole) {
 }
 
 TEST_F(AceIpv4s, values_of_a_new_entry) {
-    const Case cases[] = {
+    const EntryCase cases[] = {
         {"", "{10 permit}"},
         {R"("protocol":-1)", "{10 permit}"},
         {R"("protocol":0)", "{10 permit protocol 0}"},
@@ -198,7 +168,7 @@ TEST_F(AceIpv4s, values_of_a_new_entry) {
         {R"("protocol":17,"tcp_flag_syn":1)", "{10 permit protocol 17}"},
         {R"("tcp_flag_syn":1)", "{10 permit}"},
     };
-    for (const Case& it : cases) {
+    for (const EntryCase& it : cases) {
         sim::Chip fresh(device.logical_ports());
         device.chip.change([&](sim::ChipState& chip) { chip = fresh.state(); });
         device.acl.lists.clear();
@@ -269,19 +239,8 @@ TEST_F(AceIpv4s, only_minus_1_of_the_check_for_room_refuses_a_new_entry) {
     EXPECT_EQ(entry(), "{10 permit}");
 }
 
-TEST_F(AceIpv4s, a_new_entry_needs_an_action_and_every_item_name_sequence_and_method) {
-    put_list("A", ACL_IPV4, 0);
-    apply(R"("sequence":10,"method":1)");
-    apply(R"("sequence":10,"action":1)");
-    apply(R"("method":1,"action":1)");
-    Json items(R"([{"sequence":10,"method":1,"action":1}])");
-    ace_ipv4_set(items);
-    EXPECT_EQ(recorded(), Codes(4, 19));
-    EXPECT_EQ(entry(), "none");
-}
-
 TEST_F(AceIpv4s, modifying_replaces_only_what_is_named) {
-    const Case cases[] = {
+    const EntryCase cases[] = {
         {"", tcp_entry_shown},
         {R"("action":0,"type_of_service":-1,"destination_ip":"","source_ip":"","icmp_code":-1,
             "source_port_first":-1,"destination_port_first":-1,"tcp_flag_syn":0,"tcp_flag_ack":0)",
@@ -310,10 +269,9 @@ TEST_F(AceIpv4s, modifying_replaces_only_what_is_named) {
         {R"("source_port_first":70000)", nullptr},
         {R"("destination_port_first":9,"destination_port_second":8)", nullptr},
     };
-    for (const Case& it : cases) {
+    for (const EntryCase& it : cases) {
         sim::Chip fresh(device.logical_ports());
         device.chip.change([&](sim::ChipState& chip) { chip = fresh.state(); });
-        forget();
         start_with(tcp_entry);
         EXPECT_EQ(modify(it.members), 0) << it.members;
         EXPECT_EQ(entry(), it.entry ? it.entry : tcp_entry_shown) << it.members;
@@ -350,31 +308,6 @@ TEST_F(AceIpv4s, a_range_that_cannot_be_written_again_leaves_the_entry_as_it_was
     EXPECT_EQ(recorded(), Codes{41});
     EXPECT_EQ(entry(), "{10 permit protocol 6 from range 0}");
     EXPECT_EQ(range(stored().source_port), "1:1-9");
-}
-
-TEST_F(AceIpv4s, every_call_of_a_modification_and_its_prescribed_outcome) {
-    auto runs = fail_each_call(
-        [](sim::Board& fresh) {
-            put_list(fresh, "A", ACL_IPV4, 1);
-            bind(fresh, ACL_IPV4, "A", 3);
-        },
-        [](cJSON*) {
-            Json items(R"([{"acl_name":"A","sequence":1,"method":2,"source_ip":"192.0.2.1"}])");
-            return ace_ipv4_set(items);
-        });
-    EXPECT_EQ(runs.size(), 10u);
-    expect_outcomes(
-        runs, {
-                  {"sal_ace_entry_count_get", {77, {77}, true}}, // of the search, of the rebind
-                  {"sal_ace_entry_byIdx_get", {0, {77, 19}, true}},
-                  {"sys_util_str2Ip", {0, {77}, true}},
-                  {"sal_acl_entry_portBinding_get", {10, {77, 10}, false}}, // so it is still bound
-                  {"sal_acl_entry_typeByName_get", {10, {77, 10}, false}},
-                  {"sal_acl_entry_unbind", {10, {77, 10}, false}},
-                  {"sal_ace_entry_del", {77, {77}, true}},
-                  {"sal_ace_entry_create", {0, {}, false}}, // the old one is created again
-                  {"sal_acl_entry_bind", {0, {77}, true}},
-              });
 }
 
 TEST_F(AceIpv4s, when_the_old_entry_is_created_again_its_ranges_still_stand) {

@@ -5,37 +5,9 @@
 
 namespace {
 
-class AceMacs : public OnBoardWithLists {
+class AceMacs : public OnBoardWithEntries {
   protected:
-    // Applies items to the list "A", whose entries they name only by their members.
-    int apply(const std::string& members) {
-        Json items("[{" + std::string(R"("acl_name":"A",)") + members + "}]");
-        return ace_mac_set(items);
-    }
-    int create(const std::string& members) {
-        return apply(R"("sequence":10,"method":1,"action":1)" + comma(members));
-    }
-    int modify(const std::string& members) {
-        return apply(R"("sequence":10,"method":2)" + comma(members));
-    }
-    // A list with one entry, made from `members`.
-    void start_with(const std::string& members) {
-        put_list("A", ACL_MAC, 0);
-        create(members);
-        forget();
-    }
-    std::string entry() {
-        Lines all = entries("A");
-        return all.empty() ? "none" : all.back();
-    }
-    static std::string comma(const std::string& members) {
-        return members.empty() ? "" : "," + members;
-    }
-};
-
-struct Case {
-    const char* members;
-    const char* entry; // null: refused with 19
+    AceMacs() : OnBoardWithEntries(ACL_MAC, ace_mac_set) {}
 };
 
 const char* const full_entry =
@@ -135,7 +107,7 @@ TEST_F(AceMacs, creating_checks_for_room_unbinds_and_creates) {
 }
 
 TEST_F(AceMacs, values_of_a_new_entry) {
-    const Case cases[] = {
+    const EntryCase cases[] = {
         {"", "{10 permit}"},
         {R"("vlan_id":-1)", "{10 permit}"},
         {R"("vlan_id":1)", "{10 permit vlan 1}"},
@@ -173,7 +145,7 @@ TEST_F(AceMacs, values_of_a_new_entry) {
         {R"("action":0)", "{10 permit}"}, // the first of two counts
     };
     put_list("A", ACL_MAC, 0);
-    for (const Case& it : cases) {
+    for (const EntryCase& it : cases) {
         device.acl.lists[0].entries.clear();
         forget();
         EXPECT_EQ(create(it.members), 0) << it.members;
@@ -196,32 +168,6 @@ TEST_F(AceMacs, an_address_that_does_not_parse_ends_its_item_with_the_parsers_co
     }
 }
 
-TEST_F(AceMacs, a_new_entry_needs_an_action) {
-    put_list("A", ACL_MAC, 0);
-    EXPECT_EQ(apply(R"("sequence":10,"method":1)"), 0);
-    EXPECT_EQ(recorded(), Codes{19});
-    EXPECT_EQ(calls(), Lines{"_ace_number_check"});
-}
-
-TEST_F(AceMacs, an_item_without_name_sequence_or_method_is_19_and_skipped) {
-    put_list("A", ACL_MAC, 0);
-    Json items(R"([{"sequence":1,"method":1,"action":1},{"acl_name":7,"sequence":1,"method":1},
-                   {"acl_name":"A","method":1,"action":1},{"acl_name":"A","sequence":1},null,"x",
-                   {"acl_name":"A","sequence":5,"method":1,"action":1}])");
-    EXPECT_EQ(ace_mac_set(items), 0);
-    EXPECT_EQ(recorded(), Codes(6, 19));
-    EXPECT_EQ(entries("A"), Lines{"{5 permit}"});
-}
-
-TEST_F(AceMacs, another_method_is_ignored) {
-    put_list("A", ACL_MAC, 0);
-    Json items(R"([{"acl_name":"A","sequence":1,"method":3},
-                   {"acl_name":"A","sequence":1,"method":-1}])");
-    EXPECT_EQ(ace_mac_set(items), 0);
-    EXPECT_EQ(trace(), Lines{});
-    EXPECT_EQ(recorded(), Codes{});
-}
-
 TEST_F(AceMacs, any_result_of_the_check_for_room_but_0_refuses_a_new_entry) {
     put_list("A", ACL_MAC, 0);
     device.acl.entry_capacity = 0;
@@ -236,16 +182,6 @@ TEST_F(AceMacs, any_result_of_the_check_for_room_but_0_refuses_a_new_entry) {
     EXPECT_EQ(entry(), "none");
 }
 
-TEST_F(AceMacs, a_failed_creation_is_recorded_and_the_next_item_follows) {
-    put_list("A", ACL_MAC, 1);
-    Json items(R"([{"acl_name":"A","sequence":1,"method":1,"action":1},
-                   {"acl_name":"None","sequence":1,"method":1,"action":1},
-                   {"acl_name":"A","sequence":2,"method":1,"action":1}])");
-    EXPECT_EQ(ace_mac_set(items), 0);
-    EXPECT_EQ(recorded(), (Codes{sim::code_exists, sim::code_not_found}));
-    EXPECT_EQ(entries("A"), (Lines{"{1 permit}", "{2 permit}"}));
-}
-
 TEST_F(AceMacs, a_mac_entry_does_not_get_into_an_ipv4_list) {
     put_list("A", ACL_IPV4, 0);
     create(full_entry);
@@ -254,7 +190,7 @@ TEST_F(AceMacs, a_mac_entry_does_not_get_into_an_ipv4_list) {
 }
 
 TEST_F(AceMacs, modifying_replaces_only_what_is_named) {
-    const Case cases[] = {
+    const EntryCase cases[] = {
         {"", full_entry_shown},
         {R"("action":0,"vlan_id":-1,"ethertype":"","priority":-1,"destination_mac":"",
             "source_mac":"")",
@@ -275,7 +211,7 @@ TEST_F(AceMacs, modifying_replaces_only_what_is_named) {
         {R"("priority":8)", nullptr},
     };
     put_list("A", ACL_MAC, 0);
-    for (const Case& it : cases) {
+    for (const EntryCase& it : cases) {
         device.acl.lists[0].entries.clear();
         create(full_entry);
         forget();
@@ -291,160 +227,6 @@ TEST_F(AceMacs, a_mask_modified_where_there_is_no_address_is_not_looked_at) {
     EXPECT_EQ(modify(R"("source_mask":"no mask","destination_mask":"FF:00:00:00:00:00")"), 0);
     EXPECT_EQ(entry(), "{10 permit}");
     EXPECT_EQ(recorded(), Codes{});
-}
-
-TEST_F(AceMacs, modifying_finds_unbinds_deletes_and_creates) {
-    put_list("A", ACL_MAC, 3);
-    bind(ACL_MAC, "A", 3);
-    Json items(R"([{"acl_name":"A","sequence":2,"method":2,"action":0}])");
-    EXPECT_EQ(ace_mac_set(items), 0);
-    EXPECT_EQ(
-        trace(), (Lines{
-                     "sal_ace_entry_count_get(\"A\", 1) = 0",
-                     "sal_ace_entry_byIdx_get(\"A\", 1, 0) = 0",
-                     "sal_ace_entry_byIdx_get(\"A\", 1, 1) = 0",
-                     "sal_acl_entry_portBinding_get() = 0",
-                     "sal_acl_entry_typeByName_get(\"A\") = 0",
-                     "sal_acl_entry_unbind(1, {3}) = 0",
-                     "sal_ace_entry_del(\"A\", 2) = 0",
-                     "sal_ace_entry_create(\"A\", {2 deny}) = 0",
-                     "sal_ace_entry_count_get(\"A\", 1) = 0",
-                     "sal_acl_entry_bind(\"A\", 1, {3}) = 0",
-                 }));
-}
-
-TEST_F(AceMacs, modifying_an_entry_that_is_not_there_is_19_and_the_next_item_follows) {
-    put_list("A", ACL_MAC, 2);
-    Json items(R"([{"acl_name":"A","sequence":9,"method":2,"action":0},
-                   {"acl_name":"A","sequence":2,"method":2,"action":0}])");
-    EXPECT_EQ(ace_mac_set(items), 0);
-    EXPECT_EQ(recorded(), Codes{19});
-    EXPECT_EQ(entries("A"), (Lines{"{1 permit}", "{2 deny}"}));
-}
-
-TEST_F(AceMacs, an_entry_that_cannot_be_read_while_searching_is_recorded_and_passed_over) {
-    put_list("A", ACL_MAC, 2);
-    fail("sal_ace_entry_byIdx_get", 41);
-    Json items(R"([{"acl_name":"A","sequence":2,"method":2,"action":0}])");
-    EXPECT_EQ(ace_mac_set(items), 0);
-    EXPECT_EQ(recorded(), Codes{41});
-    EXPECT_EQ(entries("A"), (Lines{"{1 permit}", "{2 deny}"}));
-}
-
-TEST_F(AceMacs, every_call_of_a_modification_and_its_prescribed_outcome) {
-    auto runs = fail_each_call(
-        [](sim::Board& fresh) {
-            put_list(fresh, "A", ACL_MAC, 1);
-            bind(fresh, ACL_MAC, "A", 3);
-        },
-        [](cJSON*) {
-            Json items(R"([{"acl_name":"A","sequence":1,"method":2,
-                            "source_mac":"02:00:00:00:00:01"}])");
-            return ace_mac_set(items);
-        });
-    EXPECT_EQ(runs.size(), 10u);
-    expect_outcomes(
-        runs,
-        {
-            {"sal_ace_entry_count_get", {77, {77}, true}}, // of the search, of the rebind
-            {"sal_ace_entry_byIdx_get", {0, {77, 19}, true}},
-            {"sys_util_str2Mac", {0, {77}, true}},
-            {"sal_acl_entry_portBinding_get", {10, {77, 10}, false}}, // so the list is still bound
-            {"sal_acl_entry_typeByName_get", {10, {77, 10}, false}},
-            {"sal_acl_entry_unbind", {10, {77, 10}, false}},
-            {"sal_ace_entry_del", {77, {77}, true}},
-            {"sal_ace_entry_create", {0, {}, false}}, // the old one is created again
-            {"sal_acl_entry_bind", {0, {77}, true}},
-        });
-}
-
-TEST_F(AceMacs, a_modification_that_the_platform_refuses_leaves_the_old_entry_unrecorded) {
-    start_with(full_entry);
-    EXPECT_EQ(modify(R"("action":9)"), 0);
-    EXPECT_EQ(recorded(), Codes{});
-    EXPECT_EQ(entry(), full_entry_shown);
-    Lines made = writes();
-    ASSERT_EQ(made.size(), 3u);
-    EXPECT_EQ(made[2], "sal_ace_entry_create(\"A\", " + std::string(full_entry_shown) + ") = 0");
-}
-
-TEST_F(AceMacs, when_the_old_entry_cannot_be_created_again_the_section_ends) {
-    put_list("A", ACL_MAC, 2);
-    bind(ACL_MAC, "A", 3);
-    board.faults.plan({sim::Edge::platform, "sal_ace_entry_create", 2, false, 42, 0});
-    Json items(R"([{"acl_name":"A","sequence":1,"method":2,"action":9},
-                   {"acl_name":"A","sequence":2,"method":0}])");
-    EXPECT_EQ(ace_mac_set(items), 42);
-    EXPECT_EQ(recorded(), Codes{42});
-    EXPECT_EQ(entries("A"), Lines{"{2 permit}"});
-    EXPECT_EQ(bound(ACL_MAC, 3), ""); // the lists are not put back
-}
-
-TEST_F(AceMacs, deleting_unbinds_and_deletes) {
-    put_list("A", ACL_MAC, 2);
-    bind(ACL_MAC, "A", 3);
-    Json items(R"([{"acl_name":"A","sequence":1,"method":0}])");
-    EXPECT_EQ(ace_mac_set(items), 0);
-    EXPECT_EQ(
-        writes(), (Lines{
-                      "sal_acl_entry_unbind(1, {3}) = 0", "sal_ace_entry_del(\"A\", 1) = 0",
-                      "sal_acl_entry_bind(\"A\", 1, {3}) = 0"}));
-}
-
-TEST_F(AceMacs, every_call_of_a_deletion_and_its_prescribed_outcome) {
-    auto runs = fail_each_call(
-        [](sim::Board& fresh) {
-            put_list(fresh, "A", ACL_MAC, 2);
-            bind(fresh, ACL_MAC, "A", 3);
-        },
-        [](cJSON*) {
-            Json items(R"([{"acl_name":"A","sequence":1,"method":0}])");
-            return ace_mac_set(items);
-        });
-    EXPECT_EQ(runs.size(), 6u);
-    expect_outcomes(
-        runs, {
-                  {"sal_acl_entry_portBinding_get", {10, {77, 10}, false}},
-                  {"sal_acl_entry_typeByName_get", {10, {77, 10}, false}},
-                  {"sal_acl_entry_unbind", {10, {77, 10}, false}},
-                  {"sal_ace_entry_del", {77, {77}, true}},
-                  {"sal_ace_entry_count_get", {77, {77}, true}},
-                  {"sal_acl_entry_bind", {0, {77}, true}},
-              });
-}
-
-TEST_F(AceMacs, every_call_of_a_creation_and_its_prescribed_outcome) {
-    auto runs = fail_each_call(
-        [](sim::Board& fresh) {
-            put_list(fresh, "A", ACL_MAC, 1);
-            bind(fresh, ACL_MAC, "A", 3);
-        },
-        [](cJSON*) {
-            Json items(R"([{"acl_name":"A","sequence":2,"method":1,"action":1,
-                            "source_mac":"02:00:00:00:00:01"}])");
-            return ace_mac_set(items);
-        });
-    EXPECT_EQ(runs.size(), 8u);
-    expect_outcomes(
-        runs, {
-                  {"_ace_number_check", {0, {77}, true}},
-                  {"sys_util_str2Mac", {0, {77}, true}},
-                  {"sal_acl_entry_portBinding_get", {0, {77, 10}, false}},
-                  {"sal_acl_entry_typeByName_get", {0, {77, 10}, false}},
-                  {"sal_acl_entry_unbind", {0, {77, 10, 10}, false}}, // nor bound twice
-                  {"sal_ace_entry_create", {0, {77}, false}},
-                  {"sal_ace_entry_count_get", {77, {77}, true}},
-                  {"sal_acl_entry_bind", {0, {77}, true}},
-              });
-}
-
-TEST_F(AceMacs, a_failed_deletion_ends_the_section_before_the_next_item) {
-    put_list("A", ACL_MAC, 2);
-    Json items(R"([{"acl_name":"A","sequence":9,"method":0},
-                   {"acl_name":"A","sequence":1,"method":0}])");
-    EXPECT_EQ(ace_mac_set(items), sim::code_not_found);
-    EXPECT_EQ(recorded(), Codes{sim::code_not_found});
-    EXPECT_EQ(entries("A").size(), 2u);
 }
 
 TEST_F(AceMacs, entries_are_kept_in_the_startup_configuration) {

@@ -43,6 +43,47 @@ Lines OnBoardWithLists::writes() const {
     return lines;
 }
 
+namespace {
+
+std::string with_members(const std::string& first, const std::string& members) {
+    return first + (members.empty() ? "" : "," + members);
+}
+
+} // namespace
+
+int OnBoardWithEntries::apply_all(const std::string& items) {
+    Json document(items);
+    return setter_(document);
+}
+
+int OnBoardWithEntries::apply(const std::string& members) {
+    return apply_all("[{" + with_members(R"("acl_name":"A")", members) + "}]");
+}
+
+int OnBoardWithEntries::create(const std::string& members, int sequence) {
+    std::string first = R"("method":1,"action":1,"sequence":)" + std::to_string(sequence);
+    return apply(with_members(first, members));
+}
+
+int OnBoardWithEntries::modify(const std::string& members, int sequence) {
+    std::string first = R"("method":2,"sequence":)" + std::to_string(sequence);
+    return apply(with_members(first, members));
+}
+
+void OnBoardWithEntries::start_with(const std::string& members) {
+    forget();
+    device.acl.lists.clear();
+    put_list("A", type_, 0);
+    create(members);
+    ASSERT_EQ(recorded(), Codes{}) << members;
+    forget();
+}
+
+std::string OnBoardWithEntries::entry() {
+    Lines all = entries("A");
+    return all.empty() ? "none" : all.back();
+}
+
 void expect_outcomes(const std::vector<FailedRun>& runs, const std::vector<OutcomeOf>& outcomes) {
     for (const FailedRun& run : runs) {
         std::string numbered = run.call + "#" + std::to_string(run.nth);

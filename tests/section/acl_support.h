@@ -35,6 +35,33 @@ class OnBoardWithLists : public OnBoard {
     Lines writes() const;
 };
 
+// The same with the entries of one kind, those of the list "A".
+class OnBoardWithEntries : public OnBoardWithLists {
+  protected:
+    OnBoardWithEntries(std::uint32_t type, int (*setter)(const cJSON*))
+        : type_(type), setter_(setter) {}
+
+    // Applies an array of items.
+    int apply_all(const std::string& items);
+    // Applies one item to the list "A": `members` are all that it has besides.
+    int apply(const std::string& members);
+    int create(const std::string& members, int sequence = 10);
+    int modify(const std::string& members, int sequence = 10);
+    // The list with one entry, made from `members`.
+    void start_with(const std::string& members);
+    // Its last entry as the trace shows it.
+    std::string entry();
+
+    std::uint32_t type_;
+    int (*setter_)(const cJSON*);
+};
+
+// What comes of the members of an item.
+struct EntryCase {
+    const char* members;
+    const char* entry; // null: refused with 19
+};
+
 // What has to come of a run when one of its calls fails.
 struct Outcome {
     int result;
