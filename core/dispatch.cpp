@@ -13,6 +13,8 @@
 #include "sections/diagnostic.h"
 #include "sections/firmware.h"
 #include "sections/jumbo_frames.h"
+#include "sections/lldp.h"
+#include "sections/lldp_config.h"
 #include "sections/management_vlan.h"
 #include "sections/mirror.h"
 #include "sections/port_config.h"
@@ -40,6 +42,7 @@ static const ReportBuilder report_builders[] = {
     {"vxc_system_get", vxc_system_get, nullptr},
     {"vxc_acl_get", vxc_acl_get, nullptr},
     {"vxc_voice_vlan_get", vxc_voice_vlan_get, "voice vlan get fail"},
+    {"vxc_lldp_get", vxc_lldp_get, nullptr},
     {"vxc_diagnostic_get", vxc_diagnostic_get, "diagnostic get fail"},
 };
 
@@ -92,6 +95,7 @@ struct SectionSetter {
 static const SectionSetter section_setters[] = {
     {TOP_SECTION, "acl", vxc_acl_set, "Acl set fail"},
     {TOP_SECTION, "vlan", vxc_voice_vlan_set, "Voice Vlan set fail"},
+    {TOP_SECTION, "lldp", vxc_lldp_set, "LLDP set fail"},
     {SYSTEM_SECTION, "jumbo_frames", vxc_jumbo_frmSet, nullptr},
     {SYSTEM_SECTION, "cloud", without_result<const cJSON, vxc_cloud_set>, nullptr},
     {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},

@@ -15,6 +15,7 @@ void Switch::hardware(Fields& f) {
     f.object("poe", [&](Fields& inner) { poe.hardware(inner); });
     f.object("vlans", [&](Fields& inner) { vlans.hardware(inner); });
     f.object("mac_table", [&](Fields& inner) { macs.hardware(inner); });
+    f.object("lldp", [&](Fields& inner) { lldp.hardware(inner); });
     f.object("acl", [&](Fields& inner) { acl.hardware(inner); });
     f.object("diag", [&](Fields& inner) { diag.hardware(inner); });
     f.object("network", [&](Fields& inner) { network.hardware(inner); });
@@ -29,6 +30,7 @@ void Switch::config(Fields& f) {
     f.object("rates", [&](Fields& inner) { rates.config(inner); });
     f.object("qos", [&](Fields& inner) { qos.config(inner); });
     f.object("trunks", [&](Fields& inner) { trunks.config(inner); });
+    f.object("lldp", [&](Fields& inner) { lldp.config(inner); });
     f.object("mirrors", [&](Fields& inner) { mirrors.config(inner); });
     f.object("voice_vlan", voice_vlan);
     f.object("leds", leds);

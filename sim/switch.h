@@ -11,6 +11,7 @@
 #include "sim/fields.h"
 #include "sim/firmware.h"
 #include "sim/leds.h"
+#include "sim/lldp.h"
 #include "sim/mac_table.h"
 #include "sim/mirror.h"
 #include "sim/network.h"
@@ -48,6 +49,7 @@ struct Switch {
     Rates rates;
     Qos qos;
     VoiceVlan voice_vlan;
+    Lldp lldp;
     Acl acl;
     Diag diag;
     Leds leds;
