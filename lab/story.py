@@ -139,6 +139,27 @@ class Story:
         self.say(f"settings {number}: an image was downloaded, written to partition 2 and read back")
         self.say(f"the switch rebooted from firmware {before} into 2.0.0")
 
+    def diagnostic(self, **action):
+        """What a pushed diagnosis found, line by line where it is text."""
+        self.push(**action)
+        result = member(self.lab.report(), "diagnostic", action["action"])
+        expect(result, f"no result of {action['action']} was reported")
+        return result.split("\\r\\n") if isinstance(result, str) else result
+
+    def diagnostics(self):
+        cable = self.diagnostic(action="cable_test", port="1")
+        expect(cable["port"] == 1, f"port {cable['port']} was tested")
+        self.say(f"the cable at port 1 was tested: pair A has state {cable['pair_a']}, "
+                 f"{cable['cable_a_length_m']} m")
+        lines = self.diagnostic(action="ping_ipv4", host="192.168.1.1", count=3, interval=1,
+                                size=56)
+        lost = next((line for line in lines if "packet loss" in line), "")
+        expect("3 packets received" in lost, f"the ping said {lost!r}")
+        self.say(f"it pinged its gateway: {lost}")
+        lines = self.diagnostic(action="traceroute", host="www.example.com", hops=10)
+        expect("www.example.com (192.0.2.80)" in lines[-2], f"the way ended at {lines[-2]!r}")
+        self.say(f"it traced the way to www.example.com: {lines[-2].split()[0]} hops")
+
 
 STEPS = (
     ("A switch checks in", Story.first_checkin),
@@ -146,6 +167,7 @@ STEPS = (
     ("It refuses a bad setting", Story.refusal),
     ("It is told to check in", Story.pushed_checkin),
     ("It takes a local request", Story.local_request),
+    ("It diagnoses", Story.diagnostics),
     ("Its connection keeper moves", Story.keeper_host),
     ("It gets new firmware", Story.firmware_upgrade),
 )
