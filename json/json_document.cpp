@@ -224,4 +224,8 @@ void copyJsonStringItem(const cJSON* source, cJSON* destination, const char* nam
     addJsonObjectStringItem(destination, name, getJsonStringValueForKey(source, name));
 }
 
+void removeJsonObject(cJSON* object, const char* name) {
+    cJSON_Delete(cJSON_DetachItemFromObject(object, name));
+}
+
 void deleteJsonObject(cJSON* root) { cJSON_Delete(root); }

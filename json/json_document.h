@@ -78,5 +78,8 @@ void addJsonObjectBoolItem(cJSON* object, const char* name, int value);
 void addJsonObjectDoubleItem(cJSON* object, const char* name, double value);
 void copyJsonStringItem(const cJSON* source, cJSON* destination, const char* name);
 
+// Takes the first member of that name out of `object` and deletes it; without one nothing happens.
+void removeJsonObject(cJSON* object, const char* name);
+
 void deleteJsonObject(cJSON* root);
 }

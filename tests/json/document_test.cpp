@@ -301,6 +301,32 @@ TEST(Build, ItemsCanBeAppendedToAnArrayOfValues) {
     EXPECT_EQ(printed(root), "[1, 2]");
 }
 
+TEST(Remove, MemberGoesAndItsNeighboursStay) {
+    Document root = parse(R"({"a": 1, "b": {"c": [2]}, "d": 3})");
+    removeJsonObject(root.get(), "b");
+    EXPECT_EQ(getJsonObjectForKey(root.get(), "b"), nullptr);
+    EXPECT_EQ(getJsonArraySize(root.get()), 2);
+    addJsonObjectIntItem(root.get(), "e", 4);
+    int found = 0;
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "d", &found), 3);
+    EXPECT_EQ(getJsonIntValueForKey(root.get(), "e", &found), 4);
+}
+
+TEST(Remove, AttachedObjectGoesWithWhatItHolds) {
+    Document root = object();
+    cJSON* attached = attachJsonObject(root.get(), "only");
+    addJsonObjectStringItem(attached, "text", "held");
+    removeJsonObject(root.get(), "only");
+    EXPECT_EQ(getJsonChild(root.get()), nullptr);
+}
+
+TEST(Remove, MemberThatIsMissingChangesNothing) {
+    Document root = parse(R"({"a": 1})");
+    removeJsonObject(root.get(), "b");
+    removeJsonObject(nullptr, "a");
+    EXPECT_EQ(getJsonArraySize(root.get()), 1);
+}
+
 TEST(Copy, StringMemberGoesOverUnderTheSameName) {
     Document source = parse(R"({"Id": "F1", "n": 1})");
     Document destination = object();
