@@ -1,6 +1,7 @@
 // Quality of service.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -15,10 +16,20 @@ struct PortQos {
     void fields(Fields& f);
 };
 
+struct QueueChoice {
+    int queue = 0;
+
+    void fields(Fields& f);
+};
+
 struct Qos {
-    explicit Qos(int logical_ports) : ports(static_cast<std::size_t>(logical_ports)) {}
+    explicit Qos(int logical_ports);
 
     bool on = false;
+    int strict_queues = 8;
+    int trust_type = 1;
+    std::array<QueueChoice, 8> cos_queues;   // by class of service; at first queue n for class n
+    std::array<QueueChoice, 64> dscp_queues; // by DSCP; at first eight to a queue
     std::vector<PortQos> ports;
 
     void config(Fields& f);
