@@ -7,11 +7,13 @@
 #include "core/errors.h"
 #include "core/state.h"
 #include "platform/system.h"
+#include "sections/access.h"
 #include "sections/acl.h"
 #include "sections/cloud.h"
 #include "sections/dark_mode.h"
 #include "sections/diagnostic.h"
 #include "sections/firmware.h"
+#include "sections/igmp.h"
 #include "sections/jumbo_frames.h"
 #include "sections/lldp.h"
 #include "sections/lldp_config.h"
@@ -19,7 +21,9 @@
 #include "sections/mirror.h"
 #include "sections/port_config.h"
 #include "sections/port_report.h"
+#include "sections/qos.h"
 #include "sections/reboot.h"
+#include "sections/stp.h"
 #include "sections/summary.h"
 #include "sections/trunk.h"
 #include "sections/uplink_port.h"
@@ -41,6 +45,7 @@ struct ReportBuilder {
 static const ReportBuilder report_builders[] = {
     {"vxc_system_get", vxc_system_get, nullptr},
     {"vxc_acl_get", vxc_acl_get, nullptr},
+    {"vxc_qos_get", vxc_qos_get, nullptr},
     {"vxc_voice_vlan_get", vxc_voice_vlan_get, "voice vlan get fail"},
     {"vxc_lldp_get", vxc_lldp_get, nullptr},
     {"vxc_diagnostic_get", vxc_diagnostic_get, "diagnostic get fail"},
@@ -56,8 +61,11 @@ static const ReportBuilder system_builders[] = {
     {"vxc_reboot_get", vxc_reboot_get, "reboot get fail"},
     {"vxc_dark_mode_get", vxc_dark_mode_get, "dark_mode get fail"},
     {"vxc_port_get", vxc_port_get, "port get fail"},
+    {"vxc_stp_get", vxc_stp_get, "stp get fail"},
+    {"vxc_igmp_get", vxc_igmp_get, "igmp get fail"},
     {"vxc_mirror_get", vxc_mirror_get, "mirror get fail"},
     {"vxc_trunk_get", vxc_trunk_get, "trunk get fail"},
+    {"vxc_access_get", vxc_access_get, "access get fail"},
 };
 
 static void run_builder(const ReportBuilder& builder, cJSON* object) {
@@ -94,6 +102,7 @@ struct SectionSetter {
 
 static const SectionSetter section_setters[] = {
     {TOP_SECTION, "acl", vxc_acl_set, "Acl set fail"},
+    {TOP_SECTION, "qos", vxc_qos_set, "Qos set fail"},
     {TOP_SECTION, "vlan", vxc_voice_vlan_set, "Voice Vlan set fail"},
     {TOP_SECTION, "lldp", vxc_lldp_set, "LLDP set fail"},
     {SYSTEM_SECTION, "jumbo_frames", vxc_jumbo_frmSet, nullptr},
@@ -101,8 +110,11 @@ static const SectionSetter section_setters[] = {
     {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},
     {SYSTEM_SECTION, "dark_mode", vxc_dark_mode_set, "dark mode set fail"},
     {SYSTEM_SECTION, "ports", vxc_port_set, "port set fail"},
+    {SYSTEM_SECTION, "stp", vxc_stp_set, "stp set fail"},
+    {SYSTEM_SECTION, "igmp", vxc_igmp_set, "igmp set fail"},
     {SYSTEM_SECTION, "port_mirror", vxc_mirror_set, "mirror set fail"},
     {SYSTEM_SECTION, "link_aggregation", vxc_trunk_set, "trunk set fail"},
+    {SYSTEM_SECTION, "device_access", vxc_access_set, "access set fail"},
     {SYSTEM_ORDER, "firmware", vxc_firmware_set, "firmware set fail"},
     {SYSTEM_ORDER, "reboot", vxc_reboot_set, "reboot set fail"},
 };

@@ -29,6 +29,12 @@ int reboot_handler() {
     return 0;
 }
 
+int close_telnet() {
+    std::lock_guard lock(board().lock);
+    board().device.access.telnet_connections = 0;
+    return 0;
+}
+
 // The firmware's own helper program.
 int handler(const std::vector<std::string>& words, std::ostream&) {
     if (words.size() != 3)
@@ -36,7 +42,7 @@ int handler(const std::vector<std::string>& words, std::ostream&) {
     if (words[1] == "-f" && words[2] == "reboot")
         return reboot_handler();
     if (words[1] == "-c" && words[2] == "telnet")
-        return 0;
+        return close_telnet();
     return 1;
 }
 

@@ -19,6 +19,9 @@ void Switch::hardware(Fields& f) {
     f.object("acl", [&](Fields& inner) { acl.hardware(inner); });
     f.object("diag", [&](Fields& inner) { diag.hardware(inner); });
     f.object("network", [&](Fields& inner) { network.hardware(inner); });
+    f.object("stp", [&](Fields& inner) { stp.hardware(inner); });
+    f.object("igmp", [&](Fields& inner) { igmp.hardware(inner); });
+    f.object("access", [&](Fields& inner) { access.hardware(inner); });
 }
 
 void Switch::config(Fields& f) {
@@ -36,6 +39,9 @@ void Switch::config(Fields& f) {
     f.object("leds", leds);
     f.object("switch", [&](Fields& inner) { switch_settings_config(inner, chip); });
     f.object("acl", [&](Fields& inner) { acl.config(inner, chip); });
+    f.object("stp", [&](Fields& inner) { stp.config(inner); });
+    f.object("igmp", [&](Fields& inner) { igmp.config(inner); });
+    f.object("access", [&](Fields& inner) { access.config(inner); });
 }
 
 void Switch::running(Fields& f, Clock& clock) {

@@ -3,6 +3,7 @@
 // where.
 #pragma once
 
+#include "sim/access.h"
 #include "sim/acl.h"
 #include "sim/chip.h"
 #include "sim/clock.h"
@@ -10,6 +11,7 @@
 #include "sim/diag.h"
 #include "sim/fields.h"
 #include "sim/firmware.h"
+#include "sim/igmp.h"
 #include "sim/leds.h"
 #include "sim/lldp.h"
 #include "sim/mac_table.h"
@@ -19,6 +21,7 @@
 #include "sim/ports.h"
 #include "sim/qos.h"
 #include "sim/rates.h"
+#include "sim/stp.h"
 #include "sim/system.h"
 #include "sim/trunks.h"
 #include "sim/vlans.h"
@@ -54,6 +57,9 @@ struct Switch {
     Diag diag;
     Leds leds;
     Network network;
+    Stp stp;
+    Igmp igmp;
+    Access access;
 
     void hardware(Fields& f);
     void config(Fields& f);

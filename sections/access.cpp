@@ -1,0 +1,83 @@
+// "device_access"; see access.h.
+#include "sections/access.h"
+
+#include <stdint.h>
+#include <stdlib.h>
+
+#include "core/errors.h"
+#include "platform/access.h"
+#include "json/json_document.h"
+
+// The web interface is one service to the cloud, known by its plain half.
+static int gui_set(int on) {
+    if (int code = sal_sys_httpEnable_set(on))
+        return code;
+    return sal_sys_httpsEnable_set(on);
+}
+
+static int inetd_reload() {
+    if (int code = sal_sys_inetdConfig_set())
+        return code;
+    return sal_inetd_restart();
+}
+
+static int telnet_set(int on) {
+    if (int code = sal_sys_telnetdEnable_set(on))
+        return code;
+    if (int code = inetd_reload())
+        return code;
+    if (!on)
+        system("handler -c telnet &");
+    return 0;
+}
+
+static int ssh_set(int on) {
+    if (int code = sal_ssh_sshdEnable_set(on))
+        return code;
+    if (int code = inetd_reload())
+        return code;
+    return on ? 0 : sal_util_process_kill("/bin/sshd:");
+}
+
+struct Service {
+    const char* key;
+    int (*get)(uint32_t* on);
+    int (*set)(int on);
+};
+
+static const Service services[] = {
+    {"gui", sal_sys_httpEnable_get, gui_set},
+    {"telnet", sal_sys_telnetdEnable_get, telnet_set},
+    {"ssh", sal_ssh_sshdEnable_get, ssh_set},
+};
+
+enum { SERVICES = sizeof services / sizeof services[0] };
+
+int vxc_access_get(cJSON* system) {
+    uint32_t on[SERVICES] = {};
+    for (int i = 0; i < SERVICES; i++) {
+        if (int code = services[i].get(&on[i]))
+            return record_error(code);
+    }
+    cJSON* access = attachJsonObject(system, "device_access");
+    for (int i = 0; i < SERVICES; i++)
+        addJsonObjectBoolItem(access, services[i].key, on[i] != 0);
+    return 0;
+}
+
+int vxc_access_set(const cJSON* system) {
+    if (!system)
+        return ERROR_NO_SECTION;
+    const cJSON* access = getJsonObjectForKey(system, "device_access");
+    if (!access)
+        return record_error(ERROR_BAD_VALUE);
+    for (const Service& service : services) {
+        int found;
+        int on = getJsonBoolValueForKey(access, service.key, &found);
+        if (!found)
+            continue;
+        if (int code = service.set(on != JSON_FALSE))
+            return record_error(code);
+    }
+    return 0;
+}
