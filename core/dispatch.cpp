@@ -23,6 +23,7 @@
 #include "sections/port_report.h"
 #include "sections/qos.h"
 #include "sections/reboot.h"
+#include "sections/snmp.h"
 #include "sections/stp.h"
 #include "sections/summary.h"
 #include "sections/trunk.h"
@@ -61,6 +62,7 @@ static const ReportBuilder system_builders[] = {
     {"vxc_reboot_get", vxc_reboot_get, "reboot get fail"},
     {"vxc_dark_mode_get", vxc_dark_mode_get, "dark_mode get fail"},
     {"vxc_port_get", vxc_port_get, "port get fail"},
+    {"vxc_snmp_get", vxc_snmp_get, "snmp get fail"},
     {"vxc_stp_get", vxc_stp_get, "stp get fail"},
     {"vxc_igmp_get", vxc_igmp_get, "igmp get fail"},
     {"vxc_mirror_get", vxc_mirror_get, "mirror get fail"},
@@ -110,6 +112,7 @@ static const SectionSetter section_setters[] = {
     {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},
     {SYSTEM_SECTION, "dark_mode", vxc_dark_mode_set, "dark mode set fail"},
     {SYSTEM_SECTION, "ports", vxc_port_set, "port set fail"},
+    {SYSTEM_SECTION, "snmp", vxc_snmp_set, "snmp set fail"},
     {SYSTEM_SECTION, "stp", vxc_stp_set, "stp set fail"},
     {SYSTEM_SECTION, "igmp", vxc_igmp_set, "igmp set fail"},
     {SYSTEM_SECTION, "port_mirror", vxc_mirror_set, "mirror set fail"},

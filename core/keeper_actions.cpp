@@ -15,6 +15,7 @@
 #include "sections/diagnostic.h"
 #include "sections/port_bounce.h"
 #include "sections/port_id.h"
+#include "transport/api_test.h"
 #include "json/json_document.h"
 
 static void check_in(const cJSON*, int) { api_checkin(); }
@@ -58,6 +59,8 @@ static void ping(const cJSON* message, int) {
 
 static void restart_agent(const cJSON*, int) { sal_vxcloud_kill(); }
 
+static void apply_message(const cJSON* message, int) { api_test(message); }
+
 struct KeeperAction {
     const char* name;
     bool (*parse_port)(const char* id, int* port); // null for an action on no port
@@ -75,6 +78,7 @@ static const KeeperAction actions[] = {
     {"cable_test", parse_copper_port_id, "connection-keeper: cable_test\n", test_cable, true},
     {"traceroute", nullptr, nullptr, trace_route, true},
     {"ping_ipv4", nullptr, nullptr, ping, true},
+    {"api_test", nullptr, nullptr, apply_message, false},
 };
 
 static const KeeperAction* find_action(const char* name) {

@@ -55,6 +55,10 @@ int sys_util_bitmaskIsClear_ret(const uint32_t* words, int first, int end);
 // 1 when the first `count` bits of both are the same. Cannot fail.
 int sys_util_bitmaskIsEqual_ret(const uint32_t* a, const uint32_t* b, int count);
 
+// 1 for a text that names nothing: empty, or with a character other than the printable ones of
+// ASCII, or with a blank, a quote, a backslash, "?" or ";". Cannot fail.
+int sal_util_isInValidStr_ret(const char* text);
+
 #ifdef __cplusplus
 }
 #endif

@@ -39,6 +39,7 @@ void Switch::config(Fields& f) {
     f.object("leds", leds);
     f.object("switch", [&](Fields& inner) { switch_settings_config(inner, chip); });
     f.object("acl", [&](Fields& inner) { acl.config(inner, chip); });
+    f.object("snmp", [&](Fields& inner) { snmp.config(inner); });
     f.object("stp", [&](Fields& inner) { stp.config(inner); });
     f.object("igmp", [&](Fields& inner) { igmp.config(inner); });
     f.object("access", [&](Fields& inner) { access.config(inner); });

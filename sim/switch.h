@@ -21,6 +21,7 @@
 #include "sim/ports.h"
 #include "sim/qos.h"
 #include "sim/rates.h"
+#include "sim/snmp.h"
 #include "sim/stp.h"
 #include "sim/system.h"
 #include "sim/trunks.h"
@@ -57,6 +58,7 @@ struct Switch {
     Diag diag;
     Leds leds;
     Network network;
+    Snmp snmp;
     Stp stp;
     Igmp igmp;
     Access access;

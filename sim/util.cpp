@@ -198,3 +198,17 @@ int sys_util_bitmaskIsEqual_ret(const uint32_t* a, const uint32_t* b, int count)
         },
         count);
 }
+
+int sal_util_isInValidStr_ret(const char* text) {
+    return value(
+        "sal_util_isInValidStr_ret",
+        [&](Switch&) {
+            std::string_view all = text;
+            bool odd = std::ranges::any_of(all, [](char c) {
+                return c <= ' ' || c > '~' ||
+                       std::string_view("\"'\\?;").find(c) != std::string_view::npos;
+            });
+            return all.empty() || odd ? 1 : 0;
+        },
+        text);
+}

@@ -54,6 +54,19 @@ TEST_F(KeeperActions, restart_vxcloud_has_the_platform_restart_the_agent) {
     EXPECT_EQ(setting_from_cloud, 0u);
 }
 
+TEST_F(KeeperActions, api_test_applies_three_sections_of_the_message_and_raises_no_flag) {
+    debug_flag = 1;
+    perform(R"({"action": "api_test", "device_access": {"gui": true}, "snmp": {"enable": true},
+                "summary_info": {"device_name": "Attic"}, "stp": {"enable": true}})");
+    EXPECT_EQ(
+        trace(), (Lines{
+                     R"(sal_sys_systemName_set("Attic") = 0)", "sal_snmp_enable_set(1) = 0",
+                     "cmd_snmp_demo_restart() = 0", "sal_sys_httpEnable_set(1) = 0",
+                     "sal_sys_httpsEnable_set(1) = 0"}));
+    EXPECT_EQ(raw_console(), "");
+    EXPECT_EQ(setting_from_cloud, 0u);
+}
+
 TEST_F(KeeperActions, port_reset_bounces_link_and_power_and_marks_the_port) {
     debug_flag = 1;
     perform_on("port_reset", "3");

@@ -1,0 +1,13 @@
+// "communities" of "snmp": each one is a community record, and a group and an access record for
+// each of the two security models.
+#pragma once
+
+#include <cjson/cJSON.h>
+
+// Fills the "communities" array. Returns 0 or the code of the first read that failed, which is not
+// recorded.
+int snmp_communities_report(cJSON* communities);
+
+// Adds and deletes communities in the order of the items. Returns 0 or the code at which it
+// stopped; every code is recorded but that of a name that is too long.
+int snmp_communities_set(const cJSON* communities);

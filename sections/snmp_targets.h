@@ -1,0 +1,11 @@
+// "trap" of "snmp": where the switch sends its notifications.
+#pragma once
+
+#include <cjson/cJSON.h>
+
+// Fills the "trap" array. Returns 0 or the code of the first read that failed, which is recorded.
+int snmp_targets_report(cJSON* targets);
+
+// Adds and deletes targets in the order of the items; bad ones are recorded and passed over.
+// Returns 0 or the recorded code of the call at which it stopped.
+int snmp_targets_set(const cJSON* targets);
