@@ -18,14 +18,22 @@ struct LearnedMac {
     char text[MAC_TEXT_LENGTH];
 };
 
-// Returns whether any of the switch's ports is left once all other bits are cleared.
-static bool keep_logical_ports(PortBitmap* ports) {
-    uint32_t any = 0;
-    for (int port = sys_logic_port_num_ret(); port < MAC_LIST_PORTS; port++)
-        ports->words[port / 32] &= ~(1u << (port % 32));
-    for (uint32_t word : ports->words)
-        any |= word;
-    return any != 0;
+static PortBitmap logical_ports() {
+    PortBitmap ports = {};
+    for (int port = 0; port < sys_logic_port_num_ret() && port < MAC_LIST_PORTS; port++)
+        ports.words[port / 32] |= 1u << (port % 32);
+    return ports;
+}
+
+static PortBitmap intersection(const PortBitmap& a, const PortBitmap& b) {
+    PortBitmap both = {};
+    for (int word = 0; word < PORT_BITMAP_WORDS; word++)
+        both.words[word] = a.words[word] & b.words[word];
+    return both;
+}
+
+static bool is_empty(const PortBitmap& ports) {
+    return !(ports.words[0] | ports.words[1] | ports.words[2]);
 }
 
 // The place for one more address, or null where memory is short.
@@ -41,12 +49,12 @@ static LearnedMac* next_place(MacLists* lists) {
     return &lists->macs[lists->count];
 }
 
-static int list_entry(MacLists* lists, MacEntry* entry) {
+static int list_entry(MacLists* lists, const PortBitmap& ports, const MacEntry* entry) {
     uint32_t is_static = 0;
     if (int code = sal_l2_static_macEntry_search(entry, &is_static))
         return code;
-    LearnedMac mac = {entry->ports, {}};
-    if (is_static == 1 || !keep_logical_ports(&mac.ports))
+    LearnedMac mac = {intersection(entry->ports, ports), {}};
+    if (is_static == 1 || is_empty(mac.ports))
         return 0;
     if (int code = sys_util_mac2Str(entry->mac, mac.text))
         return code;
@@ -66,13 +74,14 @@ static int read_table(MacLists* lists) {
         return code;
     if (int code = sal_sys_macAddr_get(own))
         return code;
+    const PortBitmap ports = logical_ports();
     for (uint32_t index = 0; index < count; index++) {
         MacEntry entry = {};
         if (int code = sal_l2_macEntry_get(index, &entry))
             return code;
         if (memcmp(entry.mac, own, sizeof own) == 0 || (entry.flags & MAC_ENTRY_NOT_LEARNED))
             continue;
-        if (int code = list_entry(lists, &entry))
+        if (int code = list_entry(lists, ports, &entry))
             return code;
     }
     return 0;
