@@ -5,7 +5,12 @@
 #include <string.h>
 #include <strings.h>
 
-static char* skip_blanks(char* at) { return at + strspn(at, " \t\r\n"); }
+// As the parser does, to which every control character is a blank.
+static char* skip_blanks(char* at) {
+    while (*at && static_cast<unsigned char>(*at) <= ' ')
+        at++;
+    return at;
+}
 
 // The closing quote of the string that opens at `quote`, or the end of a text that lacks it.
 static char* end_of_string(char* quote) {
