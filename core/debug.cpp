@@ -5,6 +5,7 @@
 #include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 #include <unistd.h>
 
 uint32_t debug_flag;
@@ -29,10 +30,12 @@ print_formatted(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
     int length = vsnprintf(nullptr, 0, format, arguments);
-    char* text = length < 0 ? nullptr : static_cast<char*>(malloc(static_cast<size_t>(length) + 1));
+    char* text =
+        length < 0 ? nullptr : static_cast<char*>(calloc(static_cast<size_t>(length) + 1, 1));
     if (text) {
         vsnprintf(text, static_cast<size_t>(length) + 1, format, again);
-        write_to_console(text, static_cast<size_t>(length));
+        // Shorter than measured where another thread changed a host in between.
+        write_to_console(text, strlen(text));
         free(text);
     }
     va_end(again);

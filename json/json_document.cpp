@@ -101,8 +101,11 @@ static cJSON* new_node(int type, const char* name, const char* text) {
         node->string = static_cast<char*>(memcpy(texts, name, name_size));
     }
     if (text) {
+        // A text of the agent's state may be changed by another thread since it was measured, so
+        // the terminator is never one that was copied.
         node->type |= cJSON_IsReference;
-        node->valuestring = static_cast<char*>(memcpy(texts + name_size, text, text_size));
+        node->valuestring = static_cast<char*>(memcpy(texts + name_size, text, text_size - 1));
+        node->valuestring[text_size - 1] = '\0';
     }
     return node;
 }

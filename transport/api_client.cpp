@@ -39,6 +39,18 @@ struct HeaderList {
 // Each header line in turn, and at last the URL.
 static char header_line[256];
 
+// What the line buffer holds, for libcurl to copy. libcurl measures a text before it copies it, and
+// an overlapping request may write a longer one between the two: a snapshot keeps its end.
+struct HeaderLine {
+    char text[sizeof header_line];
+};
+
+static HeaderLine present_line() {
+    HeaderLine line;
+    memcpy(line.text, header_line, sizeof line.text);
+    return line;
+}
+
 static void print_request(const ApiRequest& request) {
     const api_reply& reply = *request.reply;
     debug_print(
@@ -83,7 +95,7 @@ static void add_header(HeaderList* headers, const char* format, ...) {
     vsnprintf(header_line, sizeof header_line, format, arguments);
     va_end(arguments);
     debug_print("curl_slist_append(): %s\n", header_line);
-    curl_slist* grown = curl_slist_append(headers->lines, header_line);
+    curl_slist* grown = curl_slist_append(headers->lines, present_line().text);
     if (grown)
         headers->lines = grown;
     else
@@ -130,7 +142,7 @@ static void set_request(CURL* curl, const ApiRequest& request, char* error) {
     snprintf(
         header_line, sizeof header_line, "%s://%s%s", request.protocol, request.host, request.path);
     debug_print("url: %s\n", header_line);
-    curl_easy_setopt(curl, CURLOPT_URL, header_line);
+    curl_easy_setopt(curl, CURLOPT_URL, present_line().text);
     curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, request.method);
     curl_easy_setopt(curl, CURLOPT_POSTFIELDS, request.body ? request.body : "");
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error);
