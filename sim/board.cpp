@@ -12,6 +12,7 @@
 #include "sim/allocation.h"
 #include "sim/firmware.h"
 #include "sim/scenario.h"
+#include "sim/switch_settings.h"
 
 namespace sim {
 
@@ -22,9 +23,12 @@ Board* current = nullptr;
 constexpr int default_ports = 28;
 constexpr int seconds_to_go_down = 5;
 
+// A number out of range is refused with its place when the scenario is read.
 int port_count(const std::filesystem::path& scenario) {
-    return scenario.empty() ? default_ports
-                            : peek_number(scenario, "hardware", "logical_ports", default_ports);
+    if (scenario.empty())
+        return default_ports;
+    std::int64_t count = peek_number(scenario, "hardware", "logical_ports", default_ports);
+    return count < fewest_ports || count > most_ports ? default_ports : static_cast<int>(count);
 }
 
 } // namespace

@@ -276,14 +276,15 @@ void read_fields(const std::filesystem::path& file, const std::function<void(Fie
     reader.finish();
 }
 
-int peek_number(
-    const std::filesystem::path& file, const char* section, const char* key, int otherwise) {
+std::int64_t peek_number(
+    const std::filesystem::path& file, const char* section, const char* key,
+    std::int64_t otherwise) {
     ordered_json root = ordered_json::parse(slurp(file), nullptr, false);
     auto at = ordered_json::json_pointer(std::string("/") + section + "/" + key);
     if (root.is_discarded() || !root.is_object() || !root.contains(at) ||
         !root[at].is_number_integer())
         return otherwise;
-    return root[at].get<int>();
+    return root[at].get<std::int64_t>();
 }
 
 std::string write_fields(const std::function<void(Fields&)>& record) {

@@ -24,8 +24,9 @@ void read_fields(const std::filesystem::path& file, const std::function<void(Fie
 
 // The number at `/section/key` of a JSON file, or `otherwise` where it has none. For what must be
 // known before there is a record to fill.
-int peek_number(
-    const std::filesystem::path& file, const char* section, const char* key, int otherwise);
+std::int64_t peek_number(
+    const std::filesystem::path& file, const char* section, const char* key,
+    std::int64_t otherwise);
 
 // The record as JSON text.
 std::string write_fields(const std::function<void(Fields&)>& record);

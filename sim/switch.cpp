@@ -7,7 +7,7 @@ namespace sim {
 
 void Switch::hardware(Fields& f) {
     int port_count = logical_ports();
-    f.integer("logical_ports", port_count, 11, 96);
+    f.integer("logical_ports", port_count, fewest_ports, most_ports);
     f.boolean("driver_loaded", driver_loaded);
     f.object("system", [&](Fields& inner) { system.hardware(inner); });
     f.object("firmware", [&](Fields& inner) { firmware.hardware(inner); });

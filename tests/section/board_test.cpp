@@ -27,6 +27,11 @@ TEST(Scenario, errors_name_line_and_reason) {
     EXPECT_EQ(
         refusal(folder.path(), "{\n \"hardware\": {\n  \"logical_ports\": 5\n }\n}"),
         "3: \"logical_ports\" must be a whole number from 11 to 96");
+    for (const char* count : {"-5", "97", "2000000000", "4294967324"})
+        EXPECT_EQ(
+            refusal(
+                folder.path(), "{\"hardware\": {\n\"logical_ports\": " + std::string(count) + "}}"),
+            "2: \"logical_ports\" must be a whole number from 11 to 96");
     EXPECT_EQ(
         refusal(folder.path(), "{\"config\": {\n\"system\": {\n\n\"nmae\": \"x\"}}}"),
         "4: \"nmae\" is not known here");
