@@ -115,6 +115,45 @@ TEST_F(CheckIn, reply_that_does_not_parse_changes_nothing) {
     EXPECT_FALSE(called("cmd_conf_startupConfig_save"));
 }
 
+TEST_F(CheckIn, bad_reply_leaves_the_settings_and_the_next_checkin_works) {
+    const std::string pad(20 << 20, 'x');
+    const std::string replies[] = {
+        "",
+        "{",
+        "null",
+        "[]",
+        "<html>",
+        R"({"system": {"jumbo_frames": {"size": 2000}})",
+        std::string(100'000, '['),
+        R"({"system": {"jumbo_frames": {"size": 2000}}, "pad": )" + std::string(100'000, '['),
+        pad,
+        "{\"pad\": \"" + pad + "\"}",
+    };
+    for (const std::string& bad : replies) {
+        SCOPED_TRACE(bad.substr(0, 60));
+        forget();
+        cloud.answer(reply(bad));
+        api_checkin();
+        for (const std::string& name : calls())
+            EXPECT_FALSE(name.ends_with("_set") || name.ends_with("_save")) << name;
+        EXPECT_EQ(setting_from_cloud, 0u);
+        EXPECT_EQ(attempts(), (Lines{"CLOUD=0"}));
+    }
+    cloud.answer(reply(acknowledgeable));
+    api_checkin();
+    EXPECT_EQ(stored_seqno(), 42);
+}
+
+TEST_F(CheckIn, reply_that_breaks_off_is_not_applied_though_what_came_is_whole) {
+    HttpAnswer cut = reply(R"({"system": {"jumbo_frames": {"size": 2000}}})");
+    cut.missing = 5;
+    cloud.answer(cut);
+    api_checkin();
+    EXPECT_EQ(attempts(), (Lines{"CLOUD=18", "FALLBACK=0", "FALLBACK=0"}));
+    EXPECT_FALSE(called("sal_switch_maxFrameSize_set"));
+    EXPECT_EQ(setting_from_cloud, 0u);
+}
+
 TEST_F(CheckIn, other_failure_goes_straight_to_the_fallback_host) {
     fail_transfer(cloud, 56);
     fallback.answer(reply("{}"));
@@ -362,6 +401,7 @@ TEST(RedactAccount, hides_what_any_spelling_of_the_names_holds) {
     EXPECT_EQ(redacted(R"({"Key" : "a\"b", "x": "key"})"), R"({"Key" : "****", "x": "key"})");
     EXPECT_EQ(redacted(R"({"s\u0065cret":"abc"})"), R"({"s\u0065cret":"***"})");
     EXPECT_EQ(redacted(R"({"secret": 5, "keys": "abc"})"), R"({"secret": 5, "keys": "abc"})");
+    EXPECT_EQ(redacted("{\"key\"\f:\x01\v\"abc\"}"), "{\"key\"\f:\x01\v\"***\"}");
     EXPECT_EQ(redacted(R"({"secret": "abc)"), R"({"secret": "***)");
     EXPECT_EQ(redacted("\"secret\":\"a\\"), "\"secret\":\"**");
     EXPECT_EQ(redacted(""), "");

@@ -129,12 +129,28 @@ TEST_F(Keeper, answer_ends_a_row_of_failures_and_is_followed_by_no_pause) {
 }
 
 TEST_F(Keeper, bodies_that_say_nothing_are_ignored) {
-    for (const char* body :
-         {"", "{", "nonsense", "[]", "3", "null", R"({"port": "3"})", R"({"action": ""})",
-          R"({"action": 5})", R"({"action": "Reboot"})", R"({"action": "reboot "})"}) {
+    const std::string bodies[] = {
+        "",
+        "{",
+        "nonsense",
+        "[]",
+        "3",
+        "null",
+        R"({"port": "3"})",
+        R"({"action": ""})",
+        R"({"action": 5})",
+        R"({"action": ["reboot"]})",
+        R"({"action": {"action": "reboot"}})",
+        R"({"action": "Reboot"})",
+        R"({"action": "reboot "})",
+        R"({"action": "port_reset", "port": {"port": "3"}})",
+        R"({"action": "reboot", "pad": )" + std::string(100'000, '['),
+        std::string(20 << 20, 'x'),
+    };
+    for (const std::string& body : bodies) {
         forget();
         turn(reply(body));
-        EXPECT_EQ(calls(), (Lines{"sal_vxcloud_debug_flag_get", "listen"})) << body;
+        EXPECT_EQ(calls(), (Lines{"sal_vxcloud_debug_flag_get", "listen"})) << body.substr(0, 60);
     }
     EXPECT_FALSE(checked_in());
 }
