@@ -11,7 +11,7 @@ void Switch::hardware(Fields& f) {
     f.boolean("driver_loaded", driver_loaded);
     f.object("system", [&](Fields& inner) { system.hardware(inner); });
     f.object("firmware", [&](Fields& inner) { firmware.hardware(inner); });
-    f.object("ports", [&](Fields& inner) { ports.hardware(inner); });
+    ports.hardware(f);
     f.object("poe", [&](Fields& inner) { poe.hardware(inner); });
     f.object("vlans", [&](Fields& inner) { vlans.hardware(inner); });
     f.object("mac_table", [&](Fields& inner) { macs.hardware(inner); });
@@ -26,7 +26,7 @@ void Switch::hardware(Fields& f) {
 
 void Switch::config(Fields& f) {
     f.object("system", [&](Fields& inner) { system.config(inner); });
-    f.object("ports", [&](Fields& inner) { ports.config(inner); });
+    ports.config(f);
     f.object("poe", [&](Fields& inner) { poe.config(inner); });
     f.object("vlans", [&](Fields& inner) { vlans.config(inner); });
     f.object("mac_table", [&](Fields& inner) { macs.config(inner); });

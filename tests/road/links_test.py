@@ -36,7 +36,7 @@ class Links(Road):
 
     def test_a_port_with_security_is_not_aggregated_and_the_settings_not_acknowledged(self):
         self.switch.scenario.write_text(self.switch.scenario.read_text().replace(
-            '"hardware"', '"config": {"ports": {"ports": [{"security": true}]}}, "hardware"', 1))
+            '"hardware"', '"config": {"ports": [{"security": true}]}, "hardware"', 1))
         self.start()
         number = self.lab.queue_settings(
             {"system": {"link_aggregation": [{"id": 1, "mode": 1, "members": "1,2"}]}})
