@@ -4,6 +4,7 @@ Each step says what was seen; one that does not see what it should raises Failed
 import time
 
 from make_image import make_image
+import wire_schema
 from workbench import Failed
 
 
@@ -36,8 +37,8 @@ class Story:
         """What is waited for from here on happens after now."""
         self.after = self.lab.last_event()
 
-    def deliver(self, document):
-        number = self.lab.queue_settings(document)
+    def deliver(self, document, bad=False):
+        number = self.lab.queue_settings(document, bad)
         self.event("settings-delivered", config_seqno=number)
         return number
 
@@ -82,7 +83,7 @@ class Story:
 
     def refusal(self):
         acknowledged = member(self.lab.report(), "system", "cloud", "config_seqno")
-        number = self.deliver({"system": {"jumbo_frames": {"size": 20000}}})
+        number = self.deliver({"system": {"jumbo_frames": {"size": 20000}}}, bad=True)
         self.event("checkin", config_seqno=acknowledged)
         report = self.lab.report()
         expect(member(report, "system", "jumbo_frames", "size") == 9000, "the frame size changed")
@@ -160,6 +161,15 @@ class Story:
         expect("www.example.com (192.0.2.80)" in lines[-2], f"the way ended at {lines[-2]!r}")
         self.say(f"it traced the way to www.example.com: {lines[-2].split()[0]} hops")
 
+    def every_report(self):
+        count = 0
+        for number, report in self.lab.reports():
+            faults = list(wire_schema.report_faults(report, "whole"))
+            expect(not faults, f"report {number}: {'; '.join(faults)}")
+            count += 1
+        expect(count > 0, "the lab has no report")
+        self.say(f"{count} reports validate against docs/schema/whole_report.schema.json")
+
 
 STEPS = (
     ("A switch checks in", Story.first_checkin),
@@ -170,6 +180,7 @@ STEPS = (
     ("It diagnoses", Story.diagnostics),
     ("Its connection keeper moves", Story.keeper_host),
     ("It gets new firmware", Story.firmware_upgrade),
+    ("Every report was as it should be", Story.every_report),
 )
 
 

@@ -14,7 +14,7 @@ import jsonschema
 
 FOLDER = pathlib.Path(__file__).resolve().parent.parent / "docs/schema"
 NAMES = ("report", "whole_report", "settings", "action")
-TOP_SECTIONS = ("acl", "qos", "vlan", "lldp", "diagnostic")
+HOLDERS = ("system", "acl", "qos", "lldp", "diagnostic")
 
 
 @functools.cache
@@ -27,29 +27,36 @@ def schemas():
     return found
 
 
+# What a schema says of the presence of members, or by it.
+PRESENCE = ("required", "dependentRequired", "if", "then", "else", "allOf")
+
+
 def without_requirements(schema):
-    """The same schema, asking for no member. Names of members are not taken for keywords."""
-    if isinstance(schema, list):
-        return [without_requirements(item) for item in schema]
-    if not isinstance(schema, dict):
-        return schema
+    """The same schema, asking for no member and, in lists of a fixed order, for no place."""
     left = {}
     for keyword, value in schema.items():
         if keyword in ("properties", "$defs"):
             left[keyword] = {name: without_requirements(item) for name, item in value.items()}
-        elif keyword not in ("required", "dependentRequired", "enum", "const", "prefixItems"):
+        elif keyword == "items":
             left[keyword] = without_requirements(value)
-        elif keyword in ("enum", "const"):
+        elif keyword == "prefixItems":
+            left["items"] = {"$ref": value[0]["$ref"]}
+        elif keyword not in PRESENCE:
             left[keyword] = value
     return left
 
 
 def without_section_requirements(schema):
     left = copy.deepcopy(schema)
-    for holder in (left, left["$defs"]["system"]):
-        holder.pop("required")
+    for holder in holders(left):
+        holder.pop("required", None)
         holder.pop("dependentRequired", None)
     return left
+
+
+def holders(report):
+    """The schemas of the objects to which the agent adds one thing after the other."""
+    return [report, *(report["$defs"][name] for name in HOLDERS)]
 
 
 @functools.cache
@@ -88,7 +95,14 @@ def action_faults(document):
 
 
 def as_report(members):
-    """A report with these members, which belong at its top or under "system"."""
-    top = {name: value for name, value in members.items() if name in TOP_SECTIONS + ("system",)}
-    inner = {name: value for name, value in members.items() if name not in top}
-    return {**top, "system": {**top.get("system", {}), **inner}} if inner else top
+    """A report with these members, each in the first object that has a place for it."""
+    report = {}
+    schema = schemas()["report.schema.json"]
+    for name, value in members.items():
+        holder = next((holder for holder in HOLDERS
+                       if name in schema["$defs"][holder]["properties"]), None)
+        if name in schema["properties"] or not holder:
+            report[name] = value
+        else:
+            report.setdefault(holder, {})[name] = value
+    return report

@@ -10,6 +10,8 @@ import time
 import urllib.error
 import urllib.request
 
+import wire_schema
+
 MAC = "02:1B:2C:3D:4E:5F"
 KEY = "lab-key"
 SECRET = "lab-secret"
@@ -29,6 +31,13 @@ def wait_until(what, condition, seconds=20):
         if time.monotonic() > end:
             raise Failed(f"{what}: not within {seconds} s")
         time.sleep(0.02)
+
+
+def judge(what, faults, bad):
+    """Failed unless a document is as good or bad as it is said to be."""
+    faults = list(faults)
+    if bool(faults) != bad:
+        raise Failed(f"{what}: {'; '.join(faults) or 'nothing is bad about it'}")
 
 
 class Process:
@@ -113,7 +122,9 @@ class Lab:
     def report(self):
         return self.ask("GET", f"/switches/{MAC}/report")
 
-    def queue_settings(self, document):
+    def queue_settings(self, document, bad=False):
+        """Settings that are not what a cloud should send must be said to be bad."""
+        judge("settings", wire_schema.settings_faults(document), bad)
         return self.ask("POST", f"/switches/{MAC}/settings", document)["config_seqno"]
 
     def withdraw_settings(self, number):
@@ -126,7 +137,13 @@ class Lab:
         """Where a switch finds an image; "corrupt/NAME" is a damaged copy."""
         return f"http://localhost:{self.ports['http']}/firmware/{name}"
 
-    def push(self, **action):
+    def reports(self):
+        """Those that the lab has kept, by their ids, the newest first."""
+        for kept in self.ask("GET", f"/switches/{MAC}/reports"):
+            yield kept["id"], self.ask("GET", f"/switches/{MAC}/reports/{kept['id']}")
+
+    def push(self, bad=False, **action):
+        judge("action", wire_schema.action_faults(action), bad)
         return self.ask("POST", f"/switches/{MAC}/actions", action)["id"]
 
     def misbehave(self, mode, **how):
@@ -197,7 +214,9 @@ class Switch:
         return json.loads(file.read_text())["config"] if file.exists() else {}
 
     def request(self, document):
-        """Leaves a local request and tells the agent."""
+        """Leaves a local request, settings or any text, and tells the agent."""
+        if not isinstance(document, str):
+            judge("settings", wire_schema.settings_faults(document), False)
         text = document if isinstance(document, str) else json.dumps(document)
         (self.root / "tmp/vx_cloud_post").write_text(text)
         self.tell()

@@ -1,6 +1,7 @@
 // The fault plan; see faults.h.
 #include "sim/faults.h"
 
+#include <algorithm>
 #include <charconv>
 #include <stdexcept>
 
@@ -34,6 +35,17 @@ std::optional<int> Faults::hit(Edge edge, std::string_view name) {
 std::uint64_t Faults::count(Edge edge) const {
     std::lock_guard lock(mutex_);
     return counts_[static_cast<std::size_t>(edge)];
+}
+
+bool Faults::planned() const {
+    std::lock_guard lock(mutex_);
+    return !faults_.empty();
+}
+
+bool Faults::planned(Edge edge) const {
+    std::lock_guard lock(mutex_);
+    return std::any_of(
+        faults_.begin(), faults_.end(), [edge](const Fault& fault) { return fault.edge == edge; });
 }
 
 namespace {

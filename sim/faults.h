@@ -35,6 +35,8 @@ class Faults {
     // Counts the call; the code with which it is to fail, if it is.
     std::optional<int> hit(Edge edge, std::string_view name);
     std::uint64_t count(Edge edge) const; // calls since clear()
+    bool planned() const;                 // whether any fault is
+    bool planned(Edge edge) const;
 
   private:
     mutable std::mutex mutex_;

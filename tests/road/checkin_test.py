@@ -28,7 +28,7 @@ class CheckIn(Road):
 
     def test_a_refused_setting_is_not_acknowledged(self):
         self.start()
-        number = self.lab.queue_settings({"system": {"jumbo_frames": {"size": 1521}}})
+        number = self.lab.queue_settings({"system": {"jumbo_frames": {"size": 1521}}}, bad=True)
         delivered = self.event("settings-delivered", config_seqno=number)
         self.event("checkin", delivered["id"], config_seqno=1)
         self.assertNotEqual(self.lab.report()["system"]["jumbo_frames"]["size"], 1521)

@@ -10,9 +10,9 @@ class Keeper(Road):
         self.started = self.start()
         self.event("poll")
 
-    def push(self, **action):
+    def push(self, bad=False, **action):
         after = self.lab.last_event()
-        self.lab.push(**action)
+        self.lab.push(bad, **action)
         return self.event("action-answered", after)["id"]
 
     def test_a_pushed_checkin_is_performed_within_a_second(self):
@@ -51,7 +51,7 @@ class Keeper(Road):
         for action in ({"action": "no such thing"}, {"action": "port_reset", "port": 3},
                        {"action": "port_reset"}, {"action": "counter_reset", "port": []},
                        {"action": "port_reset", "port": "trunk99999999999"}):
-            self.push(**action)
+            self.push(bad=True, **action)
         answered = self.push(action="checkin")
         self.event("checkin", answered)
 

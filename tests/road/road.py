@@ -5,6 +5,7 @@ import signal
 import tempfile
 import unittest
 
+import wire_schema
 import workbench
 from workbench import Lab, Switch
 
@@ -15,11 +16,13 @@ SWITCH_PROGRAM = BUILD / "sim/vx_cloud_sim"
 
 class Road(unittest.TestCase):
     """`self.lab` runs; `self.switch` does not yet. At the end the agent must still be running,
-    unless the test stopped it, and must not have been complained about by a sanitizer."""
+    unless the test stopped it, and must not have been complained about by a sanitizer; and every
+    report of it must be a whole one by the schema."""
 
     scenario = {}
     speed = 60
     lab_options = ()
+    reports_are = "whole"
 
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory(prefix="vx_road_")
@@ -28,6 +31,7 @@ class Road(unittest.TestCase):
         self.addCleanup(self.lab.stop)
         self.switch = Switch(SWITCH_PROGRAM, self.path("switch"), self.lab, self.speed,
                              scenario=self.scenario)
+        self.addCleanup(self.check_reports)
         self.addCleanup(self.stop_switch)
 
     def path(self, name):
@@ -42,6 +46,11 @@ class Road(unittest.TestCase):
         self.assertTrue(alive, f"the agent ended by itself:\n{log}")
         self.assertNotIn("Sanitizer", log)
         self.assertNotIn("runtime error", log)
+
+    def check_reports(self):
+        for number, report in self.lab.reports():
+            with self.subTest(report=number):
+                self.assertEqual([], list(wire_schema.report_faults(report, self.reports_are)))
 
     # --- Short words for what tests do.
 

@@ -17,6 +17,7 @@
 #include "sections/dark_mode.h"
 #include "sections/diagnostic.h"
 #include "sections/firmware_upgrade.h"
+#include "tests/support/report_archive.h"
 #include "json/json_print.h"
 
 void reset_agent() {
@@ -126,6 +127,7 @@ std::string compact(const cJSON* node) {
 Report report_of(const std::function<int(cJSON*)>& getter) {
     Json document(createJsonObject());
     int result = getter(document);
+    keep_part(document);
     return {result, compact(document)};
 }
 
@@ -150,6 +152,7 @@ void run_once(
         board.faults.plan(*fault);
     Json document(createJsonObject());
     int result = run(document);
+    keep_part(document);
     judge(board, result, document);
 }
 
