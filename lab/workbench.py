@@ -213,10 +213,10 @@ class Switch:
         file = self.root / "etc/startup-config.json"
         return json.loads(file.read_text())["config"] if file.exists() else {}
 
-    def request(self, document):
+    def request(self, document, bad=False):
         """Leaves a local request, settings or any text, and tells the agent."""
         if not isinstance(document, str):
-            judge("settings", wire_schema.settings_faults(document), False)
+            judge("settings", wire_schema.settings_faults(document), bad)
         text = document if isinstance(document, str) else json.dumps(document)
         (self.root / "tmp/vx_cloud_post").write_text(text)
         self.tell()

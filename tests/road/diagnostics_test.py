@@ -13,10 +13,10 @@ class Diagnostics(Road):
         self.start()
         self.event("poll")
 
-    def push(self, **action):
+    def push(self, bad=False, **action):
         """An action is pushed; the report of the check-in that follows it, its results."""
         after = self.lab.last_event()
-        self.lab.push(**action)
+        self.lab.push(bad, **action)
         answered = self.event("action-answered", after)["id"]
         self.event("checkin", answered)
         return self.lab.report().get("diagnostic")
@@ -57,8 +57,8 @@ class Diagnostics(Road):
         self.assertIn("100% packet loss", result["ping_ipv4"])
 
     def test_a_request_without_a_host_is_logged_and_followed_by_a_checkin(self):
-        self.assertIsNone(self.push(action="traceroute"))
-        self.assertIsNone(self.push(action="ping_ipv4"))
+        self.assertIsNone(self.push(bad=True, action="traceroute"))
+        self.assertIsNone(self.push(bad=True, action="ping_ipv4"))
         trace = self.switch.trace()
         self.assertIn("sys_log(7, 21, \"traceroute fail\") = 0", trace)
         self.assertIn("sys_log(7, 21, \"ping fail\") = 0", trace)
@@ -70,8 +70,8 @@ class Diagnostics(Road):
                      "a|rm /etc/precious", "a&&rm /etc/precious", "a > /etc/precious",
                      "';rm /etc/precious;'", "'\\''", "a\nrm /etc/precious", "\"", "x" * 9000):
             quoted = host if host.isalnum() else "'" + host.replace("'", "'\\''") + "'"
-            self.push(action="ping_ipv4", host=host, count=1, interval=1, size=56)
-            self.push(action="traceroute", host=host, hops=2)
+            self.push(bad=True, action="ping_ipv4", host=host, count=1, interval=1, size=56)
+            self.push(bad=True, action="traceroute", host=host, hops=2)
             trace = "\n".join(self.switch.trace())
             self.assertIn(f"ping -c 1 -s 56 -i 1 {quoted} > /tmp/pingtest_tmp", trace)
             self.assertIn(f"traceroute -v {quoted} -m 2 > /tmp/traceroute_tmp0", trace)
@@ -100,7 +100,8 @@ class RebootOrder(Road):
         # A section that is refused halfway is not saved, though its first half is in force; nor is
         # a document that orders nothing but a reboot.
         self.switch.request({"vlan": {"voice": {
-            "mode": 1, "vlan_id": 20, "remark_cos": saved_queue - 1, "aging_time": -1}}})
+            "mode": 1, "vlan_id": 20, "remark_cos": saved_queue - 1, "aging_time": -1}}},
+            bad=True)
         running = self.report_until("half a section", lambda r: self.queue(r) == saved_queue - 1)
         self.switch.request({"system": {"reboot": True}})
         report = self.report_until("a fresh start", lambda r: self.uptime(r) < self.uptime(running))
