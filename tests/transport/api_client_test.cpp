@@ -241,6 +241,18 @@ TEST_F(ApiCall, tls_verification_failure_sets_the_clock_and_still_fails) {
     EXPECT_EQ(checkin_retry_count, 0u);
 }
 
+TEST_F(ApiCall, tls_verification_failure_with_an_unreachable_time_host_asks_twice_and_fails) {
+    std::string time_url = "http://" + cloud.host() + "/time";
+    fail_transfer(url("/p"), CURLE_PEER_FAILED_VERIFICATION);
+    board.faults.plan({sim::Edge::transfer, time_url, 1, true, CURLE_COULDNT_CONNECT, 0});
+    time_t before = board.clock.calendar();
+    EXPECT_EQ(call(), API_FAILED);
+    std::string attempt = "transfer(\"" + time_url + "\") = 7";
+    EXPECT_EQ(trace(), (Lines{"transfer(\"" + url("/p") + "\") = 60", attempt, attempt}));
+    EXPECT_EQ(board.clock.calendar(), before);
+    EXPECT_EQ(checkin_retry_count, 0u);
+}
+
 TEST_F(ApiCall, header_lines_and_url_are_cut_while_the_signature_covers_the_full_path) {
     cloud.answer({});
     std::string path = "/" + std::string(400, 'x');
