@@ -19,13 +19,16 @@ def member(document, *path):
     return document
 
 
+def port_of(report, name):
+    return next(port for port in member(report, "system", "ports") if port["id"] == name)
+
+
 class Story:
     """The steps share the lab, the switch, and the id of the last event they looked at."""
 
     def __init__(self, lab, switch, say):
         self.lab, self.switch, self.say = lab, switch, say
         self.after = 0
-        self.keeper_changed = False
 
     def event(self, kind, seconds=20, **details):
         event = self.lab.event(kind, self.after, seconds, lambda e: all(
@@ -124,6 +127,32 @@ class Story:
         self.say(f"the keeper thread was restarted on localhost:{port}; a push there was performed "
                  f"after {seconds * 1000:.0f} ms")
 
+    def ports(self):
+        report = self.lab.report()
+        ports = member(report, "system", "ports")
+        up = [port["id"] for port in ports if port["status"] == 1]
+        power = sum(port["poe"]["power_draw"] for port in ports if "poe" in port)
+        self.say(f"{len(ports)} ports, up: {', '.join(up) or 'none'}; {power:.1f} W of "
+                 f"{member(report, 'system', 'poe', 'total_power_watts')} W drawn")
+        number, report = self.apply({"system": {"ports": [
+            {"id": "2", "link_speed_mode": 2, "pvid": 20, "untagged_vlans": "20",
+             "poe": {"priority": 1}}]}})
+        seen = tuple(member(port_of(report, "2"), key) for key in
+                     ("link_speed_mode", "pvid", "untagged_vlans"))
+        expect(seen == (2, 20, "20"), f"the report shows {seen} on port 2")
+        self.say(f"settings {number}: port 2 forced to 100 Mbit/s full duplex and moved to VLAN 20, "
+                 "which was made for it")
+
+    def traffic(self):
+        number, report = self.apply({
+            "qos": {"scheduling_method": 1, "cos": [{"id": 5, "queue": 8}]},
+            "system": {"link_aggregation": [{"id": 1, "mode": 1, "members": "5-6"}]}})
+        queue = member(report, "qos", "cos")[5]["queue"]
+        group = member(report, "system", "link_aggregation")[0]
+        expect(queue == 8, f"CoS 5 is in queue {queue}")
+        expect((group["mode"], group["members"]) == (1, "5-6"), f"group 1 is {group}")
+        self.say(f"settings {number}: CoS 5 goes to queue 8, ports 5 and 6 are aggregated as group 1")
+
     def firmware_upgrade(self):
         def running(report):
             return member(report, "system", "summary_info", "firmware_version")
@@ -179,6 +208,8 @@ STEPS = (
     ("It takes a local request", Story.local_request),
     ("It diagnoses", Story.diagnostics),
     ("Its connection keeper moves", Story.keeper_host),
+    ("Its ports are shown and changed", Story.ports),
+    ("Its traffic is arranged", Story.traffic),
     ("It gets new firmware", Story.firmware_upgrade),
     ("Every report was as it should be", Story.every_report),
 )
