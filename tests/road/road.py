@@ -20,7 +20,7 @@ class Road(unittest.TestCase):
     report of it must be a whole one by the schema."""
 
     scenario = {}
-    speed = 60
+    speed = 150
     lab_options = ()
     reports_are = "whole"
 
