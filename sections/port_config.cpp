@@ -35,7 +35,7 @@ using Setter = int (*)(int port, int value);
 
 static int apply_bool(const cJSON* object, const char* key, int port, Setter set) {
     int found = 0;
-    int value = getJsonBoolValueForKey(object, key, &found);
+    bool value = getJsonBoolValueForKey(object, key, &found) != JSON_FALSE;
     return found ? set(port, value) : 0;
 }
 
@@ -63,7 +63,7 @@ static int apply_reset(const cJSON* settings, int port) {
     int found = 0;
     if (!getJsonBoolValueForKey(settings, "reset", &found))
         return 0;
-    uint32_t state = static_cast<uint32_t>(getJsonBoolValueForKey(settings, "enable", &found));
+    uint32_t state = getJsonBoolValueForKey(settings, "enable", &found) != JSON_FALSE;
     if (!found) {
         if (int code = sal_port_enable_get(port, &state))
             return code;

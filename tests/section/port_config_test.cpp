@@ -692,9 +692,30 @@ TEST_F(PortConfig, a_failing_binding_is_recorded_by_itself_and_ends_nothing) {
     EXPECT_TRUE(port(4).isolated);
 }
 
-TEST_F(PortConfig, values_of_another_type_are_refused_by_the_switch) {
-    EXPECT_EQ(body("1", R"("isolation":5)", 3), Lines{"sal_port_protected_set(0, 3) = 3"});
-    EXPECT_EQ(recorded(), Codes{3});
+TEST_F(PortConfig, a_flag_of_any_type_but_false_is_true) {
+    for (const char* flag : {"true", "0", "5", "null", "\"\"", "\"false\"", "[]", "{}"})
+        EXPECT_EQ(
+            body("1", R"("isolation":)" + std::string(flag)),
+            Lines{"sal_port_protected_set(0, 1) = 0"})
+            << flag;
+    EXPECT_EQ(
+        body("1", R"("poe":{"enable":1},"qos":{"trust":1},"rate_limit":{"enable_rx":"yes"})")
+            .size(),
+        8u);
+    EXPECT_TRUE(device.rates.ports[0].ingress.enable);
+    EXPECT_EQ(recorded(), Codes{});
+}
+
+TEST_F(PortConfig, reset_of_a_port_that_is_enabled_by_any_true_flag_bounces_it) {
+    EXPECT_EQ(
+        body("trunk5", R"("reset":1,"enable":"on")"),
+        (Lines{
+            "sal_port_enable_set(24, 1) = 0", "sal_port_enable_set(24, 0) = 0", "sleep(1) = 0",
+            "sal_port_enable_set(24, 1) = 0"}));
+    EXPECT_EQ(marked(), Lines{"24"});
+}
+
+TEST_F(PortConfig, numbers_out_of_range_are_refused_by_the_switch) {
     EXPECT_EQ(body("1", R"("qos":{"cos_value":8})", 3), Lines{"sal_qos_portCos_set(0, 8) = 3"});
     EXPECT_EQ(
         body("1", R"("poe":{"priority":256})", 3),
