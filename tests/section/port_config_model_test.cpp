@@ -8,7 +8,9 @@
 #include <set>
 #include <sstream>
 
+#include "core/dispatch.h"
 #include "core/state.h"
+#include "platform/acl.h"
 #include "platform/vlan.h"
 #include "sections/port_config.h"
 #include "sections/port_report.h"
@@ -585,5 +587,94 @@ TEST_F(PortConfigModel, a_report_sent_back_as_settings_changes_nothing) {
     EXPECT_EQ(apply(before["ports"]), 0);
     EXPECT_EQ(recorded(), Codes{});
     EXPECT_EQ(port_report().dump(), before.dump());
+    EXPECT_EQ(configuration(device), configured);
+}
+
+namespace {
+
+// Lists of both types with entries that use every member, bound to a few ports.
+void make_lists(const std::function<void(const Document&)>& apply) {
+    Document mac = Document::array(), ipv4 = Document::array();
+    for (int i = 1; i <= 3; ++i) {
+        mac.push_back(
+            {{"acl_name", "m"},
+             {"sequence", i * 10},
+             {"method", 1},
+             {"action", i % 2},
+             {"vlan_id", i == 2 ? -1 : 100 + i},
+             {"ethertype", i == 1 ? "" : "88CC"},
+             {"source_mac", i == 3 ? "" : "02:00:00:00:00:11"},
+             {"source_mask", i == 2 ? "FF:FF:FF:00:00:00" : ""},
+             {"priority", i == 3 ? -1 : i}});
+        ipv4.push_back(
+            {{"acl_name", "i"},
+             {"sequence", i},
+             {"method", 1},
+             {"action", i % 2},
+             {"protocol", i == 1   ? 6
+                          : i == 2 ? 1
+                                   : 17},
+             {"destination_ip", "192.0.2.0"},
+             {"destination_mask", "255.255.255.0"},
+             {"type_of_service", i == 2 ? -1 : 46},
+             {"icmp_type", 8},
+             {"icmp_code", i == 2 ? 0 : -1},
+             {"source_port_first", i == 3 ? 1000 : -1},
+             {"source_port_second", 2000},
+             {"destination_port_first", i == 1 ? 443 : -1},
+             {"tcp_flag_syn", 1},
+             {"tcp_flag_ack", 2}});
+    }
+    Document names = {{{"name", "m"}, {"method", 1}}};
+    apply({{"acl", {{"mac_acl", names}, {"mac_ace", mac}, {"ipv4_ace", Document::array()}}}});
+    names[0]["name"] = "i";
+    apply({{"acl", {{"ipv4_acl", names}, {"ipv4_ace", ipv4}}}});
+    Document bound = Document::array();
+    for (const char* id : {"1", "18", "F2", "trunk8"})
+        bound.push_back({{"id", id}, {"acl", {{"mac", "m"}, {"ipv4", "i"}}}});
+    apply({{"system", {{"ports", bound}}}});
+}
+
+Document whole_report() {
+    Json made(createJsonObject());
+    vxc_get(made);
+    Document report = Document::parse(compact(made));
+    report["system"]["summary_info"].erase("uptime_seconds");
+    for (Document& port : report["system"]["ports"])
+        port.erase("statistics");
+    return report;
+}
+
+} // namespace
+
+TEST_F(PortConfigModel, the_report_of_a_whole_switch_sent_back_changes_nothing) {
+    auto send = [](const Document& settings) {
+        CapturedStdout printed;
+        Json document(settings.dump());
+        vxc_set(document);
+    };
+    make_various(device);
+    make_lists(send);
+    ASSERT_EQ(recorded(), Codes{});
+    Document before = whole_report();
+    ASSERT_EQ(before["acl"]["mac_ace"].size() + before["acl"]["ipv4_ace"].size(), 6u);
+    ASSERT_EQ(before["system"]["ports"][27]["acl"]["ipv4"], "i");
+    std::string configured = configuration(device);
+    Document settings = {{"acl", before["acl"]}, {"vlan", before["vlan"]}};
+    settings["system"]["ports"] = before["system"]["ports"];
+    for (const char* entries : {"mac_ace", "ipv4_ace"})
+        for (Document& entry : settings["acl"][entries])
+            entry["method"] = 2;
+    forget();
+    send(settings);
+    EXPECT_EQ(recorded(), Codes{});
+    EXPECT_EQ(log(), Lines{});
+    EXPECT_EQ(whole_report().dump(), before.dump());
+    EXPECT_EQ(configuration(device), configured);
+    // As they stand, entries say nothing of what is to be done with them.
+    forget();
+    send({{"acl", before["acl"]}});
+    EXPECT_EQ(recorded(), Codes(6, 19));
+    EXPECT_EQ(whole_report()["acl"], before["acl"]);
     EXPECT_EQ(configuration(device), configured);
 }
