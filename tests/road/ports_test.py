@@ -96,7 +96,7 @@ class Ports(Road):
     def test_a_refused_power_limit_is_not_acknowledged_and_what_came_before_it_stays(self):
         number = self.lab.queue_settings({"system": {"ports": [
             {"id": "1", "isolation": True}, {"id": "2", "poe": {"power_limit_user": 31}},
-            {"id": "3", "isolation": True}]}})
+            {"id": "3", "isolation": True}]}}, bad=True)
         delivered = self.event("settings-delivered", config_seqno=number)
         self.event("checkin", delivered["id"], config_seqno=1)
         report = self.lab.report()
