@@ -12,6 +12,11 @@ add_compile_options(
   -Wall -Wextra -Wshadow -Wformat=2 -Wundef -Wpointer-arith -Wcast-qual -Werror
   "$<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor;-Woverloaded-virtual>")
 
+# GCC 12 takes the parts of a joined std::string for overlapping when it optimises.
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+endif()
+
 if(VX_SANITIZE)
   add_compile_options(-fsanitize=${VX_SANITIZE} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
