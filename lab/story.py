@@ -134,9 +134,10 @@ class Story:
         power = sum(port["poe"]["power_draw"] for port in ports if "poe" in port)
         self.say(f"{len(ports)} ports, up: {', '.join(up) or 'none'}; {power:.1f} W of "
                  f"{member(report, 'system', 'poe', 'total_power_watts')} W drawn")
+        # A port's own VLAN is set before its lists, which make the VLAN: hence two elements.
         number, report = self.apply({"system": {"ports": [
-            {"id": "2", "link_speed_mode": 2, "pvid": 20, "untagged_vlans": "20",
-             "poe": {"priority": 1}}]}})
+            {"id": "2", "link_speed_mode": 2, "untagged_vlans": "20", "poe": {"priority": 1}},
+            {"id": "2", "pvid": 20}]}})
         seen = tuple(member(port_of(report, "2"), key) for key in
                      ("link_speed_mode", "pvid", "untagged_vlans"))
         expect(seen == (2, 20, "20"), f"the report shows {seen} on port 2")
