@@ -167,11 +167,6 @@ CURLcode set_option(CURL* transfer, CURLoption option, va_list arguments) {
 
 using sim::board;
 
-// A thread that is cancelled at any instruction leaves its frames without unwinding them, which the
-// address sanitizer takes for an overflow when it puts its signal stack away at the thread's end.
-extern "C" const char* __asan_default_options();
-extern "C" const char* __asan_default_options() { return "use_sigaltstack=0"; }
-
 extern "C" {
 
 int __wrap_open(const char* path, int flags, ...) {
