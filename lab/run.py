@@ -22,10 +22,44 @@ def say(text):
     print(text, flush=True)
 
 
-def follow(file, prefix, worth_telling):
-    """Yields control until interrupted, telling new lines of a growing file."""
+def port_line(port):
+    """A port as one line: its link, VLANs, power and devices."""
+    words = [f"port {port['id']:>6}", "up  " if port["status"] == 1 else "down",
+             f"pvid {port['pvid']}"]
+    if port["untagged_vlans"] or port["tagged_vlans"]:
+        words.append(f"VLANs {port['untagged_vlans'] or '-'} tagged {port['tagged_vlans'] or '-'}")
+    if port.get("poe", {}).get("power_draw"):
+        words.append(f"{port['poe']['power_draw']:.1f} W")
+    if port["connected_device_mac_list"]:
+        words.append(f"{len(port['connected_device_mac_list'])} devices")
+    return "  ".join(words)
+
+
+class Ports:
+    """Tells the ports of the latest report: all of them at first, then those that changed."""
+
+    def __init__(self, lab):
+        self.lab = lab
+        self.told = {}
+        self.reports = 0
+
+    def tell(self):
+        reports = self.lab.ask("GET", f"/switches/{MAC}")["reports"]
+        if reports == self.reports:
+            return
+        self.reports = reports
+        for port in self.lab.report()["system"].get("ports", []):
+            line = port_line(port)
+            if self.told.get(port["id"]) != line:
+                self.told[port["id"]] = line
+                say(f"report | {line}")
+
+
+def follow(file, prefix, worth_telling, ports):
+    """Tells new lines of a growing file, and of the ports, until it is interrupted."""
     position = 0
     while True:
+        ports.tell()
         if file.exists():
             with open(file, errors="replace") as trace:
                 trace.seek(position)
@@ -59,6 +93,7 @@ def once(arguments):
 
 def forever(arguments):
     state = arguments.state / "live"
+    shutil.rmtree(state, ignore_errors=True)
     lab, switch = start(arguments, state, lambda line: say(f"cloud  | {line}"), 10)
     admin = f"http://127.0.0.1:{lab.ports['admin']}"
     say(f"The lab cloud's admin interface is {admin}; try")
@@ -67,10 +102,9 @@ def forever(arguments):
         f"{admin}/switches/{MAC}/settings")
     say(f"  curl -d '{{\"action\":\"checkin\"}}' {admin}/switches/{MAC}/actions")
     say("The switch lives ten times as fast as you. Ctrl-C ends both.")
-    (switch.root / "trace.log").unlink(missing_ok=True)
     try:
         switch.start()
-        follow(switch.root / "trace.log", "switch | ", WORTH_TELLING)
+        follow(switch.root / "trace.log", "switch | ", WORTH_TELLING, Ports(lab))
     finally:
         switch.stop()
         lab.stop()
