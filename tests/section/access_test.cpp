@@ -59,6 +59,22 @@ TEST_F(Access, empty_section_changes_nothing) {
     EXPECT_EQ(trace(), Lines{});
 }
 
+TEST_F(Access, a_section_that_is_no_object_changes_nothing) {
+    for (const char* section : {"7", "\"gui\"", "null", "false", "[]", "[false, false]"}) {
+        EXPECT_EQ(set(section), 0) << section;
+        EXPECT_EQ(trace(), Lines{}) << section;
+    }
+}
+
+TEST_F(Access, a_value_of_another_type_switches_on) {
+    EXPECT_EQ(set(R"({"gui": 0, "ssh": "false"})"), 0);
+    EXPECT_EQ(
+        trace(), (Lines{
+                     "sal_sys_httpEnable_set(1) = 0", "sal_sys_httpsEnable_set(1) = 0",
+                     "sal_ssh_sshdEnable_set(1) = 0", "sal_sys_inetdConfig_set() = 0",
+                     "sal_inetd_restart() = 0"}));
+}
+
 TEST_F(Access, everything_off_ends_what_is_open) {
     device.access.telnet = device.access.ssh = true;
     device.access.telnet_connections = 2;

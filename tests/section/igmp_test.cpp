@@ -1,6 +1,8 @@
 // The IGMP snooping section.
 #include "sections/igmp.h"
 
+#include <algorithm>
+
 #include "outcomes.h"
 
 namespace {
@@ -113,6 +115,18 @@ TEST_F(Igmp, an_element_without_id_is_skipped_silently) {
     EXPECT_EQ(set(R"({"vlan": [{"enable": true}, 5, {"id": 20}]})"), 0);
     EXPECT_EQ(calls(), (Lines{"sal_mcast_vlan_get", "sal_mcast_vlan_set"}));
     EXPECT_EQ(recorded(), Codes{});
+}
+
+TEST_F(Igmp, an_id_that_no_vlan_can_have_is_refused_by_the_platform_and_the_next_still_applied) {
+    EXPECT_EQ(
+        set(R"({"vlan": [{"id": -1}, {"id": 1e300}, {"id": "20"}, {"id": 20, "enable": false}]})"),
+        0);
+    Lines names = calls();
+    EXPECT_EQ(std::count(names.begin(), names.end(), "sal_mcast_vlan_get"), 4);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "sal_mcast_vlan_set"), 1);
+    EXPECT_FALSE(device.igmp.vlans[20].enable);
+    EXPECT_EQ(recorded().size(), 3u);
+    EXPECT_EQ(log(), (Lines{"igmp set fail", "igmp set fail", "igmp set fail"}));
 }
 
 TEST_F(Igmp, each_failing_call_of_the_apply) {

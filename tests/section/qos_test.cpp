@@ -220,18 +220,28 @@ TEST_F(Qos, negative_choices_are_refused) {
     EXPECT_FALSE(called("sal_qos_trustType_set"));
 }
 
+TEST_F(Qos, choices_of_more_than_32_bits_are_refused) {
+    for (const char* value : {"4294967296", "-4294967296", "1e300"}) {
+        EXPECT_EQ(set(std::string(R"({"scheduling_method": )") + value + "}"), 19) << value;
+        EXPECT_EQ(set(std::string(R"({"trust_mode": )") + value + "}"), 19) << value;
+    }
+    EXPECT_FALSE(called("sal_qos_strictPriQueueNum_set"));
+    EXPECT_FALSE(called("sal_qos_trustType_set"));
+}
+
 TEST_F(Qos, bad_entries_are_recorded_and_the_next_ones_still_applied) {
     device.qos.on = true;
     EXPECT_EQ(
         set(R"({"cos": [{"id": 8, "queue": 1}, {"id": 3, "queue": 0}, {"id": 3, "queue": 9},
                         {"id": 3}, {"queue": 5}, {"id": -1, "queue": 1}, {"id": 3, "queue": 8}],
-                "dscp": [{"id": 64, "queue": 1}, {"id": 63, "queue": 3}]})"),
+                "dscp": [{"id": 64, "queue": 1}, {"id": 4294967296, "queue": 1},
+                         {"id": 1, "queue": 4294967297}, {"id": 63, "queue": 3}]})"),
         0);
     EXPECT_EQ(
         trace(), (Lines{
                      "sal_qos_mode_get() = 0", "sal_qos_cosQueue_set(3, 7) = 0",
                      "sal_qos_dscpQueue_set(63, 2) = 0"}));
-    EXPECT_EQ(recorded(), (Codes{19, 19, 19, 19, 19, 19}));
+    EXPECT_EQ(recorded(), (Codes{19, 19, 19, 19, 19, 19, 19, 19}));
 }
 
 TEST_F(Qos, tables_that_are_no_arrays_change_nothing) {

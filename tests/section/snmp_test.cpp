@@ -339,6 +339,24 @@ TEST_F(Snmp, a_name_of_21_characters_ends_the_apply_with_38_unrecorded) {
     EXPECT_EQ(trace(), Lines{});
 }
 
+TEST_F(Snmp, a_name_too_long_is_told_before_its_characters_and_leaves_what_was_applied_before_it) {
+    EXPECT_EQ(
+        set(R"({"enable": true, "trap": [],
+                "communities": [{"name": "ops", "access": 1, "action": 1},
+                                {"name": "a name of 21 letters!", "action": 2}]})"),
+        38);
+    EXPECT_EQ(recorded(), Codes{});
+    EXPECT_TRUE(device.snmp.enable);
+    EXPECT_TRUE(has_community("ops"));
+    EXPECT_EQ(calls().back(), "sal_snmp_restart");
+    Lines names = calls();
+    EXPECT_EQ(std::count(names.begin(), names.end(), "sal_snmp_restart"), 1);
+    EXPECT_EQ(
+        communities(
+            R"([{"action": 1, "access": 1, "name": ")" + std::string(1 << 20, 'n') + "\"}]"),
+        38);
+}
+
 TEST_F(Snmp, a_name_of_20_characters_is_added) {
     EXPECT_EQ(communities(R"([{"name": "abcdefghijklmnopqrst", "access": 1, "action": 1}])"), 0);
     EXPECT_TRUE(has_community("abcdefghijklmnopqrst"));
@@ -367,6 +385,17 @@ TEST_F(Snmp, items_with_another_action_are_passed_over) {
         0);
     EXPECT_EQ(trace(), Lines{});
     EXPECT_EQ(recorded(), Codes{});
+}
+
+TEST_F(Snmp, communities_of_another_type_change_nothing) {
+    for (const char* items : {"7", "\"public\"", "null", "{}", "[[], null, \"public\"]"})
+        EXPECT_EQ(communities(items), 0) << items;
+    EXPECT_EQ(trace(), Lines{});
+    EXPECT_EQ(recorded(), Codes{});
+    EXPECT_EQ(
+        communities(R"([{"name": 7, "action": 2}, {"name": {}, "access": 1, "action": 1}])"), 0);
+    EXPECT_EQ(trace(), Lines{});
+    EXPECT_EQ(recorded(), (Codes{19, 19}));
 }
 
 TEST_F(Snmp, without_a_trap_array_there_is_no_final_restart) {
@@ -444,6 +473,43 @@ TEST_F(Snmp, target_values_outside_the_rules_are_refused_with_19) {
         EXPECT_EQ(added("{" + item + "}"), "") << item;
         EXPECT_EQ(recorded(), Codes{19}) << item;
         EXPECT_EQ(trace(), Lines{"sal_snmp_restart() = 0"}) << item;
+    }
+}
+
+TEST_F(Snmp, the_longest_host_and_community_of_a_target_are_added_whole) {
+    std::string host(127, 'h');
+    std::string community(32, 'c');
+    EXPECT_EQ(
+        added(
+            R"({"action": 1, "version": "v1", "notify_type": "traps", "host": ")" + host +
+            R"(", "community_name": ")" + community + "\"}"),
+        "sal_snmp_target_add({" + host + ", version 0, type 0, community " + community +
+            ", udp 162, timeout 15, retry 3}) = 0");
+}
+
+TEST_F(Snmp, targets_of_another_type_are_refused_with_19) {
+    EXPECT_EQ(
+        targets(R"([7, null, "10.0.0.1", [],
+                    {"action": 1, "host": 7, "version": "v1", "notify_type": "traps"},
+                    {"action": 1, "host": "a", "version": 1, "notify_type": "traps"},
+                    {"action": 1, "host": "a", "version": "v1", "notify_type": 0},
+                    {"action": 1, "host": "a", "version": "v1", "notify_type": "traps",
+                     "timeout": "15"}])"),
+        0);
+    EXPECT_EQ(recorded(), Codes(8, 19));
+    EXPECT_EQ(trace(), Lines{"sal_snmp_restart() = 0"});
+}
+
+TEST_F(Snmp, a_port_that_no_host_has_is_refused_by_the_platform_and_ends_the_apply) {
+    for (const char* udp : {"0", "-1", "65536", "1e300"}) {
+        forget();
+        int code = targets(
+            std::string(R"([{"action": 1, "host": "a", "version": "v1",
+            "notify_type": "traps", "community_name": "x", "udp": )") +
+            udp + "}]");
+        EXPECT_NE(code, 0) << udp;
+        EXPECT_EQ(recorded(), Codes{code}) << udp;
+        EXPECT_EQ(calls(), Lines{"sal_snmp_target_add"}) << udp;
     }
 }
 

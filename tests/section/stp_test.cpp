@@ -118,11 +118,20 @@ TEST_F(Stp, priorities_0_and_61440_are_applied) {
 }
 
 TEST_F(Stp, priorities_that_no_bridge_has_give_351_without_a_call) {
-    for (const char* priority : {"61441", "65536", "4097", "100", "-4096", "2147483647"}) {
+    // The last one is cut to the lowest integer, whose low 12 bits are clear.
+    for (const char* priority :
+         {"61441", "65536", "4097", "100", "-4096", "2147483647", "1e300", "-1e300"}) {
         forget();
         EXPECT_EQ(set(std::string(R"({"priority": )") + priority + "}"), 351) << priority;
         EXPECT_EQ(trace(), Lines{}) << priority;
         EXPECT_EQ(recorded(), Codes{351}) << priority;
+    }
+}
+
+TEST_F(Stp, a_section_that_is_no_object_changes_nothing) {
+    for (const char* section : {"7", "\"stp\"", "null", "true", "[]", "[{\"enable\": true}]"}) {
+        EXPECT_EQ(set(section), 0) << section;
+        EXPECT_EQ(trace(), Lines{}) << section;
     }
 }
 
