@@ -51,6 +51,9 @@ int sal_snmp_com2sec_get(int slot, SnmpCommunity* community);
 
 // Takes the first free slot; refused without one and for a name that exists. `internal` is 0.
 int sal_snmp_com2sec_add(const SnmpCommunity* community);
+
+// Empties the slot. Refused for a name that no slot has, and while an active RMON event notifies
+// under it.
 int sal_snmp_com2sec_del(const char* name);
 
 // --- Groups: the group of access records that a community has under a security model.
@@ -135,6 +138,8 @@ int sal_snmp_target_get(int slot, SnmpTarget* target);
 // Takes the first free slot; refused without one, and for a host that has a target of that version
 // and type already.
 int sal_snmp_target_add(const SnmpTarget* target);
+
+// Empties the slot; refused when there is no such target.
 int sal_snmp_target_del(const char* host, int version, int type);
 
 // --- RMON events.
