@@ -4,8 +4,8 @@ build_packages=(
   cmake ninja-build pkg-config g++ libc6-dev
   libcurl4-openssl-dev libmbedtls-dev libcjson-dev
   libssl-dev libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev
-  libgtest-dev libgmock-dev libbenchmark-dev python3 python3-jsonschema)
-check_packages=(clang-14 libclang-rt-14-dev clang-format-14 binutils)
+  python3 python3-jsonschema)
+check_packages=(libgtest-dev libbenchmark-dev clang-14 libclang-rt-14-dev clang-format-14 binutils)
 
 missing_packages() {
   local package
