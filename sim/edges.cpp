@@ -146,7 +146,13 @@ CURLMcode traced_listen(CURLM* multi, CURL* transfer) {
     return result;
 }
 
-// The switch's certificates are the board's.
+// The switch's certificates are the board's, without the bundle that the workstation's libcurl
+// would trust, or miss, besides.
+CURLcode trust_board(CURL* transfer, const char* folder) {
+    __real_curl_easy_setopt(transfer, CURLOPT_CAINFO, nullptr);
+    return __real_curl_easy_setopt(transfer, CURLOPT_CAPATH, board().path(folder).c_str());
+}
+
 CURLcode set_option(CURL* transfer, CURLoption option, va_list arguments) {
     if (option >= CURLOPTTYPE_OFF_T && option < CURLOPTTYPE_BLOB)
         return __real_curl_easy_setopt(transfer, option, va_arg(arguments, curl_off_t));
@@ -156,8 +162,7 @@ CURLcode set_option(CURL* transfer, CURLoption option, va_list arguments) {
     if (option == CURLOPT_URL)
         transfer_urls().note(transfer, static_cast<const char*>(value));
     if (option == CURLOPT_CAPATH)
-        return __real_curl_easy_setopt(
-            transfer, option, board().path(static_cast<const char*>(value)).c_str());
+        return trust_board(transfer, static_cast<const char*>(value));
     return __real_curl_easy_setopt(transfer, option, value);
 }
 
