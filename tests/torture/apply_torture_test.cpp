@@ -1,5 +1,6 @@
 // A settings document, with every call that its appliance makes failing in turn.
 #include "core/dispatch.h"
+#include "platform/mib.h"
 #include "tests/support/on_board.h"
 #include "tests/torture/settings.h"
 #include "tests/torture/torture.h"
@@ -13,9 +14,15 @@ void apply() {
     deleteJsonObject(document);
 }
 
-// Runs differ in how long they waited, which the uptime would show.
-std::string switch_afterwards() {
+// Runs differ in how long they waited, which the uptime and the counters would show.
+void forget_time() {
     sim::board().clock.restart();
+    for (int port = 0; port < sim::board().device.logical_ports(); ++port)
+        sal_mib_cntr_clr(port);
+}
+
+std::string switch_afterwards() {
+    forget_time();
     Json document(createJsonObject());
     vxc_get(document);
     return compact(document);
