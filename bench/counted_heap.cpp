@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "sim/call.h"
+#include "sim/library/call.h"
 
 extern "C" {
 void* __libc_malloc(std::size_t size);

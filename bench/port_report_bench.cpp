@@ -21,8 +21,8 @@
 #include "platform/util.h"
 #include "platform/vlan.h"
 #include "platform/voice_vlan.h"
-#include "sections/port_report.h"
-#include "sim/board.h"
+#include "sections/port/report.h"
+#include "sim/library/board.h"
 #include "json/json_document.h"
 #include "json/json_print.h"
 

@@ -1,6 +1,6 @@
-# The agent as a whole: its layers call each other through the ground floor and the firmware calls
-# the driver functions by name, so an executable takes the layers as one group and the driver entire.
-set(VX_AGENT_LAYERS vx_core vx_transport vx_sections vx_driver vx_json vx_ground)
+# The agent as a whole: the layers and the platform library call each other, and the firmware calls
+# the driver functions by name, so an executable takes them as one group and the driver entire.
+set(VX_AGENT_LAYERS vx_core vx_transport vx_sections vx_driver vx_json vx_base)
 
 # vx_agent_executable(<target> <platform>): core/main on the given platform library.
 function(vx_agent_executable target platform)
@@ -9,7 +9,7 @@ function(vx_agent_executable target platform)
   vx_agent_options(${target})
   target_link_libraries(${target} PRIVATE
     -Wl,--whole-archive,$<TARGET_FILE:vx_driver>,--no-whole-archive
-    -Wl,--start-group vx_core vx_transport vx_sections vx_json vx_ground ${platform}
+    -Wl,--start-group vx_core vx_transport vx_sections vx_json vx_base ${platform}
     -Wl,--end-group)
 endfunction()
 

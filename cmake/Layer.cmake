@@ -1,21 +1,13 @@
-# A folder of the house is a target, and a folder's headers can be included only by targets that
+# A folder of the project is a target, and a folder's headers can be included only by targets that
 # link it: each target gets an include directory of its own, holding a link to its folder.
 
-# vx_expose(<target> <folder> <scope> [header...]): headers of <folder> become "<folder>/x.h" for
-# whoever links <target>; all of them, or only those that are named.
+# vx_expose(<target> <folder> <scope>): headers of <folder> become "<folder>/x.h" for whoever links
+# <target>.
 function(vx_expose target folder scope)
   set(root ${CMAKE_BINARY_DIR}/include/${target})
-  if(ARGN)
-    file(MAKE_DIRECTORY ${root}/${folder})
-    foreach(header IN LISTS ARGN)
-      file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${folder}/${header} ${root}/${folder}/${header} SYMBOLIC)
-    endforeach()
-  else()
-    file(MAKE_DIRECTORY ${root})
-    get_filename_component(parent ${root}/${folder} DIRECTORY)
-    file(MAKE_DIRECTORY ${parent})
-    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${folder} ${root}/${folder} SYMBOLIC)
-  endif()
+  get_filename_component(parent ${root}/${folder} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${folder} ${root}/${folder} SYMBOLIC)
   target_include_directories(${target} ${scope} ${root})
 endfunction()
 
@@ -36,11 +28,11 @@ function(vx_agent_options target)
   endif()
 endfunction()
 
-# vx_agent_layer(<target> <folder> [linked layers...]): every source of <folder> is in it. The folder's
-# own list counts as one, so that a layer is a target before its first source is written.
+# vx_agent_layer(<target> <folder> [linked layers...]): every source of <folder> and the folders in
+# it is in it.
 function(vx_agent_layer target folder)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
-  add_library(${target} STATIC CMakeLists.txt ${sources})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+  add_library(${target} STATIC ${sources})
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
   vx_expose(${target} ${folder} PUBLIC)
   vx_agent_options(${target})

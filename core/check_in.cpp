@@ -6,12 +6,12 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "core/credentials.h"
-#include "core/debug.h"
+#include "base/credentials.h"
+#include "base/debug.h"
+#include "base/errors.h"
+#include "base/state.h"
 #include "core/dispatch.h"
-#include "core/errors.h"
 #include "core/redact.h"
-#include "core/state.h"
 #include "transport/api_client.h"
 #include "transport/send.h"
 #include "json/json_document.h"

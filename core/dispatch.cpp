@@ -3,12 +3,12 @@
 
 #include <unistd.h>
 
-#include "core/debug.h"
-#include "core/errors.h"
-#include "core/state.h"
+#include "base/debug.h"
+#include "base/errors.h"
+#include "base/state.h"
 #include "platform/system.h"
 #include "sections/access.h"
-#include "sections/acl.h"
+#include "sections/acl/lists.h"
 #include "sections/cloud.h"
 #include "sections/dark_mode.h"
 #include "sections/diagnostic.h"
@@ -19,8 +19,8 @@
 #include "sections/lldp_config.h"
 #include "sections/management_vlan.h"
 #include "sections/mirror.h"
-#include "sections/port_config.h"
-#include "sections/port_report.h"
+#include "sections/port/configuration.h"
+#include "sections/port/report.h"
 #include "sections/qos.h"
 #include "sections/reboot.h"
 #include "sections/snmp.h"

@@ -12,10 +12,10 @@
 #include <sys/select.h>
 #include <unistd.h>
 
+#include "base/debug.h"
+#include "base/state.h"
 #include "core/check_in.h"
-#include "core/debug.h"
 #include "core/keeper_actions.h"
-#include "core/state.h"
 #include "platform/vxcloud.h"
 #include "transport/reply.h"
 #include "json/json_document.h"

@@ -5,17 +5,17 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "base/debug.h"
+#include "base/errors.h"
+#include "base/port_id.h"
+#include "base/state.h"
+#include "core/api_test.h"
 #include "core/check_in.h"
-#include "core/debug.h"
-#include "core/errors.h"
-#include "core/state.h"
 #include "platform/mib.h"
 #include "platform/poe.h"
 #include "platform/vxcloud.h"
 #include "sections/diagnostic.h"
-#include "sections/port_bounce.h"
-#include "sections/port_id.h"
-#include "transport/api_test.h"
+#include "sections/port/bounce.h"
 #include "json/json_document.h"
 
 static void check_in(const cJSON*, int) { api_checkin(); }

@@ -1,4 +1,4 @@
-// The local door; see local_request.h.
+// Local requests; see local_request.h.
 #include "core/local_request.h"
 
 #include <errno.h>
@@ -7,7 +7,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "core/dispatch.h"
 #include "core/redact.h"
 #include "json/json_document.h"

@@ -1,4 +1,4 @@
-// The local door: another program on the switch leaves a settings document in "/tmp/vx_cloud_post"
+// Local requests: another program on the switch leaves a settings document in "/tmp/vx_cloud_post"
 // and sends SIGUSR1.
 //
 // The handler allocates, reads files and applies settings, so it may interrupt nothing that does

@@ -1,10 +1,10 @@
 // The main loop; see main_loop.h.
 #include "core/main_loop.h"
 
+#include "base/debug.h"
+#include "base/state.h"
 #include "core/check_in.h"
-#include "core/debug.h"
 #include "core/local_request.h"
-#include "core/state.h"
 #include "platform/vxcloud.h"
 
 enum { PAUSE_WITHOUT_CONNECTION = 10 }; // seconds

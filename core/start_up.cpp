@@ -7,10 +7,10 @@
 #include <stdio.h>
 #include <unistd.h>
 
-#include "core/credentials.h"
-#include "core/errors.h"
+#include "base/credentials.h"
+#include "base/errors.h"
+#include "base/state.h"
 #include "core/local_request.h"
-#include "core/state.h"
 #include "platform/system.h"
 #include "platform/types.h"
 #include "platform/vxcloud.h"

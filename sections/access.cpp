@@ -4,7 +4,7 @@
 #include <stdint.h>
 #include <stdlib.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/access.h"
 #include "json/json_document.h"
 

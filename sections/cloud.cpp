@@ -4,9 +4,9 @@
 #include <stdint.h>
 #include <stdio.h>
 
-#include "core/credentials.h"
-#include "core/errors.h"
-#include "core/state.h"
+#include "base/credentials.h"
+#include "base/errors.h"
+#include "base/state.h"
 #include "platform/vxcloud.h"
 #include "json/json_document.h"
 

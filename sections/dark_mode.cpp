@@ -1,8 +1,8 @@
 // "dark_mode"; see dark_mode.h.
 #include "sections/dark_mode.h"
 
-#include "core/debug.h"
-#include "core/errors.h"
+#include "base/debug.h"
+#include "base/errors.h"
 #include "platform/led.h"
 #include "json/json_document.h"
 

@@ -7,8 +7,8 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "core/debug.h"
-#include "core/errors.h"
+#include "base/debug.h"
+#include "base/errors.h"
 #include "json/json_document.h"
 
 uint32_t traceroute_status;

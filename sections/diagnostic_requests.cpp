@@ -5,7 +5,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/diag.h"
 #include "platform/util.h"
 #include "sections/diagnostic.h"

@@ -8,9 +8,9 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "core/debug.h"
-#include "core/errors.h"
-#include "core/state.h"
+#include "base/debug.h"
+#include "base/errors.h"
+#include "base/state.h"
 #include "platform/firmware.h"
 #include "platform/system.h"
 #include "sections/firmware_upgrade.h"

@@ -3,8 +3,8 @@
 
 #include <unistd.h>
 
-#include "core/debug.h"
-#include "core/errors.h"
+#include "base/debug.h"
+#include "base/errors.h"
 #include "platform/firmware.h"
 
 enum {

@@ -1,7 +1,7 @@
 // "igmp"; see igmp.h.
 #include "sections/igmp.h"
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/igmp.h"
 #include "platform/vlan.h"
 #include "json/json_document.h"

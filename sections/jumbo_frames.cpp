@@ -3,7 +3,7 @@
 
 #include <stdint.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/switch.h"
 #include "json/json_document.h"
 

@@ -3,7 +3,7 @@
 
 #include <string.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/lldp.h"
 #include "platform/port.h"
 #include "platform/system.h"

@@ -1,7 +1,7 @@
 // The "lldp" section of settings documents; see lldp_config.h.
 #include "sections/lldp_config.h"
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/lldp.h"
 #include "sections/lldp_timers.h"
 

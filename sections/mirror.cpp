@@ -1,7 +1,7 @@
 // The "port_mirror" section; see mirror.h.
 #include "sections/mirror.h"
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/mirror.h"
 #include "platform/util.h"
 #include "sections/section.h"

@@ -1,8 +1,8 @@
 // "reboot"; see reboot.h.
 #include "sections/reboot.h"
 
-#include "core/debug.h"
-#include "core/errors.h"
+#include "base/debug.h"
+#include "base/errors.h"
 #include "platform/system.h"
 #include "json/json_document.h"
 

@@ -3,7 +3,7 @@
 
 #include <stdint.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/snmp.h"
 #include "sections/snmp_communities.h"
 #include "sections/snmp_targets.h"

@@ -4,8 +4,8 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "core/debug.h"
-#include "core/errors.h"
+#include "base/debug.h"
+#include "base/errors.h"
 #include "platform/snmp.h"
 #include "platform/util.h"
 #include "json/json_document.h"

@@ -5,7 +5,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/snmp.h"
 #include "json/json_document.h"
 

@@ -3,7 +3,7 @@
 
 #include <stdio.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/stp.h"
 #include "json/json_document.h"
 

@@ -1,12 +1,12 @@
 // "summary_info"; see summary.h.
 #include "sections/summary.h"
 
-#include "core/errors.h"
+#include "base/errors.h"
+#include "base/validators.h"
 #include "platform/system.h"
 #include "platform/types.h"
 #include "platform/util.h"
 #include "json/json_document.h"
-#include "json/validators.h"
 
 enum { NAME_SIZE = 256, ADDRESS_TEXT_SIZE = 32, GROUPS = 8 };
 

@@ -3,7 +3,7 @@
 
 #include <unistd.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "driver/port.h"
 #include "platform/port.h"
 #include "platform/trunk.h"

@@ -7,11 +7,11 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
+#include "base/port_list.h"
 #include "platform/l2.h"
 #include "platform/system.h"
 #include "platform/util.h"
-#include "sections/port_list.h"
 #include "json/json_document.h"
 
 enum { GATEWAY_TEXT_SIZE = 16, HEADER_SIZE = 100 + 1, WORD_SIZE = 64 };

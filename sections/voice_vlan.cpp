@@ -4,7 +4,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "platform/system.h"
 #include "platform/types.h"
 #include "platform/util.h"

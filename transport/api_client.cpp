@@ -8,8 +8,8 @@
 #include <string.h>
 #include <time.h>
 
-#include "core/debug.h"
-#include "core/state.h"
+#include "base/debug.h"
+#include "base/state.h"
 #include "transport/clock_sync.h"
 #include "transport/signature.h"
 #include "transport/transfer_info.h"

@@ -7,8 +7,8 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "core/debug.h"
-#include "core/state.h"
+#include "base/debug.h"
+#include "base/state.h"
 #include "platform/util.h"
 #include "transport/reply.h"
 #include "json/json_document.h"

@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "core/debug.h"
+#include "base/debug.h"
 
 static size_t append_to_file(const char* path, const char* data, size_t bytes) {
     FILE* file = fopen(path, "a");

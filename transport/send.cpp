@@ -9,7 +9,7 @@
 
 #include <memory>
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "transport/api_client.h"
 #include "transport/reply.h"
 

@@ -4,8 +4,8 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "core/debug.h"
-#include "core/state.h"
+#include "base/debug.h"
+#include "base/state.h"
 #include "transport/hmac.h"
 #include "transport/mbedtls_names.h"
 

@@ -1,7 +1,7 @@
 // Transfer statistics; see transfer_info.h.
 #include "transport/transfer_info.h"
 
-#include "core/debug.h"
+#include "base/debug.h"
 
 struct TransferItem {
     CURLINFO info;     // its type is part of the number

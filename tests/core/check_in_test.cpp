@@ -1,8 +1,8 @@
 // The check-in: report, retries, fallback, settings, acknowledgement.
 #include "core/check_in.h"
 
-#include "core/debug.h"
-#include "core/errors.h"
+#include "base/debug.h"
+#include "base/errors.h"
 #include "core/redact.h"
 #include "tests/core/on_cloud.h"
 

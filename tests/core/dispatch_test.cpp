@@ -3,7 +3,7 @@
 
 #include <regex>
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "tests/core/on_cloud.h"
 
 namespace {

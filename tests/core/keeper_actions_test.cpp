@@ -1,7 +1,7 @@
 // What the cloud may ask for between two check-ins.
 #include "core/keeper_actions.h"
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "platform/poe.h"
 #include "platform/port.h"
 #include "tests/core/on_cloud.h"

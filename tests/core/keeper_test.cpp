@@ -7,7 +7,7 @@
 #include <chrono>
 #include <thread>
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "core/main_loop.h"
 #include "tests/core/running_keeper.h"
 

@@ -1,11 +1,11 @@
-// The local door: the request file and the signal.
+// Local requests: the request file and the signal.
 #include "core/local_request.h"
 
 #include <signal.h>
 
 #include <cerrno>
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "tests/core/running_keeper.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <signal.h>
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "core/local_request.h"
 #include "tests/core/running_keeper.h"
 

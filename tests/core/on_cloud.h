@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "core/state.h"
+#include "base/state.h"
 #include "tests/support/http_stub.h"
 #include "tests/support/on_board.h"
 

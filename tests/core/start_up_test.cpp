@@ -4,8 +4,8 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include "core/debug.h"
-#include "core/errors.h"
+#include "base/debug.h"
+#include "base/errors.h"
 #include "tests/core/running_keeper.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "core/errors.h"
-#include "sim/board.h"
+#include "base/errors.h"
+#include "sim/library/board.h"
 #include "tests/support/on_board.h"
 #include "tests/support/temp_folder.h"
 

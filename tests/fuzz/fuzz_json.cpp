@@ -6,12 +6,12 @@
 #include <memory>
 #include <string>
 
-#include "core/errors.h"
-#include "sim/board.h"
+#include "base/errors.h"
+#include "base/validators.h"
+#include "sim/library/board.h"
 #include "tests/support/temp_folder.h"
 #include "json/json_document.h"
 #include "json/json_print.h"
-#include "json/validators.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "agent_on_board.h"
 #include "core/keeper_actions.h"
-#include "sim/shell.h"
+#include "sim/edges/shell.h"
 
 namespace {
 

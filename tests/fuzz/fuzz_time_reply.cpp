@@ -7,7 +7,7 @@
 #include <ctime>
 #include <string>
 
-#include "sim/board.h"
+#include "sim/library/board.h"
 #include "tests/support/temp_folder.h"
 #include "transport/clock_sync.h"
 

@@ -1,7 +1,7 @@
 // Makes an allocation of the code under test fail: the JSON library's and the JSON layer's own.
 #pragma once
 
-#include "sim/board.h"
+#include "sim/library/board.h"
 
 // While it lives, the `nth` allocation from now on (from 0), and every one after it if `for_good`,
 // returns null. Needs a board.

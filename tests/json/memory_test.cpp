@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "allocation.h"
+#include "base/validators.h"
 #include "support.h"
 #include "tests/support/on_board.h"
 #include "json/json_parser.h"
-#include "json/validators.h"
 
 namespace {
 

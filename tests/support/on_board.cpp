@@ -10,10 +10,10 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "core/debug.h"
-#include "core/errors.h"
-#include "core/state.h"
-#include "sections/acl_binding.h"
+#include "base/debug.h"
+#include "base/errors.h"
+#include "base/state.h"
+#include "sections/acl/bindings.h"
 #include "sections/dark_mode.h"
 #include "sections/diagnostic.h"
 #include "sections/firmware_upgrade.h"

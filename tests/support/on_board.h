@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/board.h"
+#include "sim/library/board.h"
 #include "tests/support/temp_folder.h"
 #include "json/json_document.h"
 

@@ -9,7 +9,7 @@
 #include <set>
 #include <string>
 
-#include "sim/board.h"
+#include "sim/library/board.h"
 #include "json/json_node.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-#include "sim/board.h"
+#include "sim/library/board.h"
 #include "tests/support/on_board.h"
 #include "tests/support/temp_folder.h"
 

@@ -1,7 +1,7 @@
 // The report, with every call that it makes failing in turn.
 #include <cstdlib>
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "core/dispatch.h"
 #include "tests/support/on_board.h"
 #include "tests/torture/torture.h"

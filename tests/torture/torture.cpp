@@ -4,7 +4,7 @@
 #include <fstream>
 #include <set>
 
-#include "core/errors.h"
+#include "base/errors.h"
 #include "tests/support/on_board.h"
 #include "tests/support/temp_folder.h"
 
@@ -57,9 +57,9 @@ const std::set<std::string> failure_texts = {
     "api_checkin: Network unreacherable"};
 
 // One board for the whole torture: what a failing run leaves behind is what is looked for.
-class Rack {
+class Runner {
   public:
-    explicit Rack(const TorturedRun& tortured)
+    explicit Runner(const TorturedRun& tortured)
         : tortured_(tortured), board_(folder_.path() / "board", scenario()) {
         reset_agent();
         tortured_.prepare(board_);
@@ -111,17 +111,17 @@ class Rack {
 } // namespace
 
 std::uint64_t torture(sim::Edge edge, const TorturedRun& tortured) {
-    Rack rack(tortured);
-    std::string golden = rack.run_cleanly();
-    std::uint64_t calls = rack.count(edge);
+    Runner runner(tortured);
+    std::string golden = runner.run_cleanly();
+    std::uint64_t calls = runner.count(edge);
     for (std::uint64_t nth = 1; nth <= calls; ++nth) {
         for (bool for_good : {false, true}) {
             SCOPED_TRACE((for_good ? "from call " : "call ") + std::to_string(nth));
-            rack.run_with({edge, "", nth, for_good, torture_code, 0});
+            runner.run_with({edge, "", nth, for_good, torture_code, 0});
             if (testing::Test::HasFailure())
                 return calls;
         }
     }
-    EXPECT_EQ(rack.run_cleanly(), golden);
+    EXPECT_EQ(runner.run_cleanly(), golden);
     return calls;
 }

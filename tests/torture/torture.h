@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "sim/board.h"
+#include "sim/library/board.h"
 
 // A switch small enough to be asked thousands of times: two copper ports, two fibre ports, eight
 // aggregation groups.

@@ -6,8 +6,8 @@
 
 #include <cstring>
 
-#include "core/debug.h"
-#include "core/state.h"
+#include "base/debug.h"
+#include "base/state.h"
 #include "tests/support/http_stub.h"
 #include "tests/support/on_board.h"
 #include "transport/api_client.h"

@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "core/debug.h"
+#include "base/debug.h"
 #include "tests/support/on_board.h"
 
 namespace {

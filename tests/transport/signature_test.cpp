@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/debug.h"
-#include "core/state.h"
+#include "base/debug.h"
+#include "base/state.h"
 #include "hex.h"
 #include "tests/support/on_board.h"
 

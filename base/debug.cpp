@@ -1,0 +1,51 @@
+// The debug console; see debug.h.
+#include "base/debug.h"
+
+#include <fcntl.h>
+#include <stdarg.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+uint32_t debug_flag;
+
+static void write_to_console(const char* text, size_t length) {
+    int console = open("/dev/console", O_WRONLY);
+    if (console < 0)
+        return;
+    while (length > 0) {
+        ssize_t written = write(console, text, length);
+        if (written <= 0)
+            break;
+        text += written;
+        length -= static_cast<size_t>(written);
+    }
+    close(console);
+}
+
+// A report is far longer than any buffer worth keeping, so the text is measured first.
+__attribute__((format(printf, 1, 0))) static void
+print_formatted(const char* format, va_list arguments) {
+    va_list again;
+    va_copy(again, arguments);
+    int length = vsnprintf(nullptr, 0, format, arguments);
+    char* text =
+        length < 0 ? nullptr : static_cast<char*>(calloc(static_cast<size_t>(length) + 1, 1));
+    if (text) {
+        vsnprintf(text, static_cast<size_t>(length) + 1, format, again);
+        // Shorter than measured where another thread changed a host in between.
+        write_to_console(text, strlen(text));
+        free(text);
+    }
+    va_end(again);
+}
+
+void debug_print(const char* format, ...) {
+    if (!debug_flag)
+        return;
+    va_list arguments;
+    va_start(arguments, format);
+    print_formatted(format, arguments);
+    va_end(arguments);
+}

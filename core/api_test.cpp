@@ -1,0 +1,12 @@
+// Settings by the keeper channel; see api_test.h.
+#include "core/api_test.h"
+
+#include "sections/access.h"
+#include "sections/snmp.h"
+#include "sections/summary.h"
+
+int api_test(const cJSON* document) {
+    vxc_summary_set(document);
+    vxc_snmp_set(document);
+    return vxc_access_set(document);
+}

@@ -1,0 +1,154 @@
+// Access lists at ports; see acl_binding.h.
+#include "sections/acl/bindings.h"
+
+#include <string.h>
+
+#include "base/errors.h"
+#include "platform/system.h"
+
+AclPortBinding bind_recover_names[ACL_PORTS];
+uint32_t acl_recover_bind;
+
+int acl_port_count() {
+    int ports = sys_logic_port_num_ret();
+    return ports < ACL_PORTS ? ports : ACL_PORTS;
+}
+
+void acl_add_port(PortBitmap* ports, int port) { ports->words[port / 32] |= 1u << (port % 32); }
+
+int acl_is_bound(const AclPortBinding& port, uint32_t type, bool* bound) {
+    uint32_t found = 0;
+    *bound = false;
+    if (!port.name[type][0])
+        return 0;
+    if (int code = sal_acl_entry_typeByName_get(port.name[type], &found))
+        return code;
+    *bound = found == type;
+    return 0;
+}
+
+// --- While entries change.
+
+static bool begins_with(const char* text, const char* start) {
+    return strncmp(text, start, strlen(start)) == 0;
+}
+
+static bool is_remembered(uint32_t type, const char* name) {
+    for (int port = 0; port < acl_port_count(); port++) {
+        const char* remembered = bind_recover_names[port].name[type];
+        if (remembered[0] && begins_with(remembered, name))
+            return true;
+    }
+    return false;
+}
+
+static void remember(int port, uint32_t type, const AclPortBinding& bound) {
+    memcpy(bind_recover_names[port].name[type], bound.name[type], sizeof bound.name[type]);
+    bind_recover_names[port].type = type;
+    acl_recover_bind = 1;
+}
+
+// A list whose type cannot be told stays where it is.
+static PortBitmap remember_ports(const AclPortBinding* table, uint32_t type, const char* name) {
+    PortBitmap ports = {};
+    for (int port = 0; port < acl_port_count(); port++) {
+        bool bound;
+        if (int code = acl_is_bound(table[port], type, &bound))
+            record_error(code);
+        if (!bound || !begins_with(table[port].name[type], name))
+            continue;
+        acl_add_port(&ports, port);
+        remember(port, type, table[port]);
+    }
+    return ports;
+}
+
+int _acl_unbind(uint32_t type, const char* name) {
+    if (acl_recover_bind && is_remembered(type, name))
+        return 0;
+    AclPortBinding table[ACL_PORTS] = {};
+    if (int code = sal_acl_entry_portBinding_get(table))
+        return record_error(code);
+    PortBitmap ports = remember_ports(table, type, name);
+    if (!acl_recover_bind)
+        return 0;
+    if (int code = sal_acl_entry_unbind(type, ports))
+        return record_error(code);
+    return 0;
+}
+
+static int put_back(int port, uint32_t type, const char* name) {
+    AclPortBinding* binding = &bind_recover_names[port];
+    uint32_t entries = 0;
+    if (int code = sal_ace_entry_count_get(name, type, &entries))
+        return record_error(code);
+    if (entries) {
+        PortBitmap only = {};
+        acl_add_port(&only, port);
+        binding->type = type;
+        if (int code = sal_acl_entry_bind(binding, only)) {
+            record_error(code);
+            return 0;
+        }
+    }
+    memset(binding->name[type], 0, sizeof binding->name[type]);
+    binding->type = 0;
+    return 0;
+}
+
+int _acl_rebind(uint32_t type) {
+    if (!acl_recover_bind)
+        return 0;
+    for (int port = 0; port < acl_port_count(); port++) {
+        const char* name = bind_recover_names[port].name[type];
+        if (!name[0])
+            continue;
+        if (int code = put_back(port, type, name))
+            return code;
+    }
+    acl_recover_bind = 0;
+    return 0;
+}
+
+// --- By settings of a port.
+
+static int replace(PortBitmap port, uint32_t type, const char* name, bool bound) {
+    AclPortBinding binding = {};
+    if (bound) {
+        if (int code = sal_acl_entry_unbind(type, port))
+            return code;
+    }
+    strncpy(binding.name[type], name, ACL_NAME_LENGTH);
+    binding.type = type;
+    return sal_acl_entry_bind(&binding, port);
+}
+
+static int bind_one(PortBitmap port, uint32_t type, const char* name, const char* bound) {
+    uint32_t entries = 0;
+    if (!name[0])
+        return sal_acl_entry_unbind(type, port);
+    if (!strcmp(name, bound))
+        return 0;
+    if (int code = sal_ace_entry_count_get(name, type, &entries))
+        return code;
+    return entries ? replace(port, type, name, bound[0] != '\0') : 0;
+}
+
+int vxc_acl_port_bind(int port, const char* macName, uint32_t type, const char* otherName) {
+    AclPortBinding table[ACL_PORTS] = {};
+    PortBitmap only = {};
+    if (int code = sal_acl_entry_portBinding_get(table))
+        return record_error(code);
+    if (port < 0 || port >= acl_port_count())
+        return record_error(ERROR_BAD_VALUE);
+    acl_add_port(&only, port);
+    if (macName) {
+        if (int code = bind_one(only, ACL_MAC, macName, table[port].name[ACL_MAC]))
+            return record_error(code);
+    }
+    if (otherName) {
+        if (int code = bind_one(only, type, otherName, table[port].name[type]))
+            return record_error(code);
+    }
+    return 0;
+}

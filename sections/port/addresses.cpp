@@ -1,0 +1,136 @@
+// Learned addresses by port; see port_macs.h.
+#include "sections/port/addresses.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+#include "platform/l2.h"
+#include "platform/system.h"
+#include "platform/util.h"
+#include "json/json_document.h"
+
+enum { MAC_TEXT_LENGTH = 18 };
+
+static const uint32_t first_room = 64;
+
+struct LearnedMac {
+    PortBitmap ports;
+    char text[MAC_TEXT_LENGTH];
+};
+
+static PortBitmap logical_ports() {
+    PortBitmap ports = {};
+    for (int port = 0; port < sys_logic_port_num_ret() && port < MAC_LIST_PORTS; port++)
+        ports.words[port / 32] |= 1u << (port % 32);
+    return ports;
+}
+
+static PortBitmap intersection(const PortBitmap& a, const PortBitmap& b) {
+    PortBitmap both = {};
+    for (int word = 0; word < PORT_BITMAP_WORDS; word++)
+        both.words[word] = a.words[word] & b.words[word];
+    return both;
+}
+
+static bool is_empty(const PortBitmap& ports) {
+    return !(ports.words[0] | ports.words[1] | ports.words[2]);
+}
+
+// The place for one more address, or null where memory is short.
+static LearnedMac* next_place(MacLists* lists) {
+    if (lists->count == lists->room) {
+        uint32_t room = lists->room ? lists->room * 2 : first_room;
+        void* larger = realloc(lists->macs, room * sizeof(LearnedMac));
+        if (!larger)
+            return nullptr;
+        lists->macs = static_cast<LearnedMac*>(larger);
+        lists->room = room;
+    }
+    return &lists->macs[lists->count];
+}
+
+static int list_entry(MacLists* lists, const PortBitmap& ports, const MacEntry* entry) {
+    uint32_t is_static = 0;
+    if (int code = sal_l2_static_macEntry_search(entry, &is_static))
+        return code;
+    LearnedMac mac = {intersection(entry->ports, ports), {}};
+    if (is_static == 1 || is_empty(mac.ports))
+        return 0;
+    if (int code = sys_util_mac2Str(entry->mac, mac.text))
+        return code;
+    if (LearnedMac* place = next_place(lists)) {
+        *place = mac;
+        lists->count++;
+    }
+    return 0;
+}
+
+static int read_table(MacLists* lists) {
+    uint32_t count = 0;
+    uint8_t own[MAC_ADDRESS_SIZE] = {};
+    if (int code = sal_l2_macTbl_generate(&count))
+        return code;
+    if (int code = sal_l2_macTbl_size_get(&count))
+        return code;
+    if (int code = sal_sys_macAddr_get(own))
+        return code;
+    const PortBitmap ports = logical_ports();
+    for (uint32_t index = 0; index < count; index++) {
+        MacEntry entry = {};
+        if (int code = sal_l2_macEntry_get(index, &entry))
+            return code;
+        if (memcmp(entry.mac, own, sizeof own) == 0 || (entry.flags & MAC_ENTRY_NOT_LEARNED))
+            continue;
+        if (int code = list_entry(lists, ports, &entry))
+            return code;
+    }
+    return 0;
+}
+
+// Calls `visit` with each port of the set, in order.
+template <class Visit> static void each_port(const PortBitmap& ports, Visit visit) {
+    for (int word = 0; word < PORT_BITMAP_WORDS; word++) {
+        for (uint32_t bits = ports.words[word]; bits; bits &= bits - 1)
+            visit(word * 32 + __builtin_ctz(bits));
+    }
+}
+
+// Sorts the addresses by port, keeping the table's order: `first` counts each port's addresses,
+// then says where its list begins.
+static void sort_by_port(MacLists* lists) {
+    uint32_t* first = lists->first;
+    for (uint32_t i = 0; i < lists->count; i++)
+        each_port(lists->macs[i].ports, [first](int port) { first[port + 1]++; });
+    for (int port = 0; port < MAC_LIST_PORTS; port++)
+        first[port + 1] += first[port];
+
+    lists->texts = static_cast<const char**>(calloc(first[MAC_LIST_PORTS] + 1, sizeof(char*)));
+    if (!lists->texts)
+        return;
+    uint32_t next[MAC_LIST_PORTS];
+    memcpy(next, first, sizeof next);
+    for (uint32_t i = 0; i < lists->count; i++) {
+        const LearnedMac& mac = lists->macs[i];
+        each_port(mac.ports, [&](int port) { lists->texts[next[port]++] = mac.text; });
+    }
+}
+
+int collect_mac_lists(MacLists* lists) {
+    if (int code = read_table(lists))
+        return code;
+    sort_by_port(lists);
+    return 0;
+}
+
+cJSON* create_mac_list(const MacLists* lists, int port) {
+    if (!lists->texts || port >= MAC_LIST_PORTS)
+        return createJsonArray();
+    const uint32_t* first = &lists->first[port];
+    return createJsonStringArray(lists->texts + first[0], static_cast<int>(first[1] - first[0]));
+}
+
+void release_mac_lists(MacLists* lists) {
+    free(lists->texts);
+    free(lists->macs);
+    *lists = {};
+}

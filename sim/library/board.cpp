@@ -1,0 +1,129 @@
+// The board; see board.h.
+#include "sim/library/board.h"
+
+#include <cjson/cJSON.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "sim/edges/allocation.h"
+#include "sim/instruments/scenario.h"
+#include "sim/library/firmware.h"
+#include "sim/library/switch_settings.h"
+
+namespace sim {
+
+namespace {
+
+Board* current = nullptr;
+
+constexpr int default_ports = 28;
+constexpr int seconds_to_go_down = 5;
+
+// A number out of range is refused with its place when the scenario is read.
+int port_count(const std::filesystem::path& scenario) {
+    if (scenario.empty())
+        return default_ports;
+    std::int64_t count = peek_number(scenario, "hardware", "logical_ports", default_ports);
+    return count < fewest_ports || count > most_ports ? default_ports : static_cast<int>(count);
+}
+
+} // namespace
+
+Board& board() {
+    if (!current) {
+        std::fputs("no board is under this process\n", stderr);
+        std::abort();
+    }
+    return *current;
+}
+
+bool has_board() { return current != nullptr; }
+
+Board::Board(std::filesystem::path root, const std::filesystem::path& scenario)
+    : device(port_count(scenario)), root_(std::filesystem::absolute(root)) {
+    for (const char* folder : {"/dev", "/etc/ssl/certs", "/run", "/tmp", "/var/run"})
+        std::filesystem::create_directories(path(folder));
+    load(scenario);
+    current = this;
+    use_faultable_allocator();
+}
+
+Board::~Board() { current = nullptr; }
+
+void Board::load(const std::filesystem::path& scenario) {
+    if (!scenario.empty())
+        read_fields(scenario, [&](Fields& f) {
+            f.object("hardware", [&](Fields& inner) { device.hardware(inner); });
+            f.object("config", [&](Fields& inner) { device.config(inner); });
+            f.object("cloud", device.cloud);
+        });
+    if (std::filesystem::exists(cloud_settings()))
+        read_fields(cloud_settings(), [&](Fields& f) { device.cloud.fields(f); });
+    Flash flash(root_);
+    flash.leave_factory(device.system.firmware_version, device.firmware.second_version);
+    device.system.firmware_version = flash.booted_version();
+    bool warm = std::filesystem::exists(running_config());
+    auto config = warm ? running_config() : startup_config();
+    if (std::filesystem::exists(config))
+        read_fields(config, [&](Fields& f) {
+            f.object("config", [&](Fields& inner) { device.config(inner); });
+            if (warm)
+                f.object("running", [&](Fields& inner) { device.running(inner, clock); });
+        });
+    std::filesystem::remove(running_config());
+}
+
+std::string Board::console() const {
+    std::ifstream in(path("/dev/console"), std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void Board::save_startup_config() {
+    std::lock_guard guard(lock);
+    write_atomically(startup_config(), write_fields([&](Fields& f) {
+                         f.object("config", [&](Fields& inner) { device.config(inner); });
+                     }));
+}
+
+void Board::forget_startup_config() {
+    std::lock_guard guard(lock);
+    std::filesystem::remove(startup_config());
+}
+
+void Board::save_cloud() {
+    std::lock_guard guard(lock);
+    write_atomically(cloud_settings(), write_fields([&](Fields& f) { device.cloud.fields(f); }));
+}
+
+void Board::reboot() {
+    if (reboots++ == 0 && start_agent_again)
+        std::thread([this] { go_down(); }).detach();
+}
+
+// Between two platform calls, so that none is cut in two.
+void Board::go_down() {
+    clock.sleep(seconds_to_go_down);
+    std::lock_guard guard(lock);
+    start_agent_again();
+}
+
+void Board::restart_agent() {
+    ++agent_restarts;
+    restart_ordered_ = true;
+    write_atomically(running_config(), write_fields([&](Fields& f) {
+                         f.object("config", [&](Fields& inner) { device.config(inner); });
+                         f.object("running", [&](Fields& inner) { device.running(inner, clock); });
+                     }));
+}
+
+void Board::carry_out_orders() {
+    if (restart_ordered_ && start_agent_again)
+        start_agent_again();
+    restart_ordered_ = false;
+}
+
+} // namespace sim
