@@ -10,6 +10,8 @@
 #include <string>
 
 #include "bench/counted_heap.h"
+#include "json/json_document.h"
+#include "json/json_print.h"
 #include "platform/acl.h"
 #include "platform/l2.h"
 #include "platform/mib.h"
@@ -23,8 +25,6 @@
 #include "platform/voice_vlan.h"
 #include "sections/port/report.h"
 #include "sim/library/board.h"
-#include "json/json_document.h"
-#include "json/json_print.h"
 
 namespace {
 

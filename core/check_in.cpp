@@ -12,10 +12,10 @@
 #include "base/state.h"
 #include "core/dispatch.h"
 #include "core/redact.h"
-#include "transport/api_client.h"
-#include "transport/send.h"
 #include "json/json_document.h"
 #include "json/json_print.h"
+#include "transport/api_client.h"
+#include "transport/send.h"
 
 enum {
     RETRY_PAUSE = 10, // seconds

@@ -6,6 +6,7 @@
 #include "base/debug.h"
 #include "base/errors.h"
 #include "base/state.h"
+#include "json/json_document.h"
 #include "platform/system.h"
 #include "sections/access.h"
 #include "sections/acl/lists.h"
@@ -29,7 +30,6 @@
 #include "sections/trunk.h"
 #include "sections/uplink_port.h"
 #include "sections/voice_vlan.h"
-#include "json/json_document.h"
 
 // For handlers that have no result.
 template <class Object, void (*handler)(Object*)> static int without_result(Object* object) {

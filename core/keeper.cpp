@@ -16,9 +16,9 @@
 #include "base/state.h"
 #include "core/check_in.h"
 #include "core/keeper_actions.h"
+#include "json/json_document.h"
 #include "platform/vxcloud.h"
 #include "transport/reply.h"
-#include "json/json_document.h"
 
 enum {
     URL_SIZE = 256,

@@ -11,12 +11,12 @@
 #include "base/state.h"
 #include "core/api_test.h"
 #include "core/check_in.h"
+#include "json/json_document.h"
 #include "platform/mib.h"
 #include "platform/poe.h"
 #include "platform/vxcloud.h"
 #include "sections/diagnostic.h"
 #include "sections/port/bounce.h"
-#include "json/json_document.h"
 
 static void check_in(const cJSON*, int) { api_checkin(); }
 

@@ -5,8 +5,8 @@
 #include <stdlib.h>
 
 #include "base/errors.h"
-#include "platform/access.h"
 #include "json/json_document.h"
+#include "platform/access.h"
 
 // The web interface is one service to the cloud, known by its plain half.
 static int gui_set(int on) {

@@ -7,8 +7,8 @@
 #include "base/credentials.h"
 #include "base/errors.h"
 #include "base/state.h"
-#include "platform/vxcloud.h"
 #include "json/json_document.h"
+#include "platform/vxcloud.h"
 
 enum { SHORTEST_INTERVAL = 60, LONGEST_INTERVAL = 3600 }; // seconds
 

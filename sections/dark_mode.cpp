@@ -3,8 +3,8 @@
 
 #include "base/debug.h"
 #include "base/errors.h"
-#include "platform/led.h"
 #include "json/json_document.h"
+#include "platform/led.h"
 
 uint32_t saved_led_mode = LED_MODE_DARK;
 

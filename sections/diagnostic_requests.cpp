@@ -6,10 +6,10 @@
 #include <string.h>
 
 #include "base/errors.h"
+#include "json/json_document.h"
 #include "platform/diag.h"
 #include "platform/util.h"
 #include "sections/diagnostic.h"
-#include "json/json_document.h"
 
 int vxc_cable_test(int port) {
     sal_cablediag_copper_set(port);

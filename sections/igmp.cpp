@@ -2,9 +2,9 @@
 #include "sections/igmp.h"
 
 #include "base/errors.h"
+#include "json/json_document.h"
 #include "platform/igmp.h"
 #include "platform/vlan.h"
-#include "json/json_document.h"
 
 static int vlan_read(uint32_t vid, McastVlan* vlan) {
     *vlan = {};

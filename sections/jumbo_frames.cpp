@@ -4,8 +4,8 @@
 #include <stdint.h>
 
 #include "base/errors.h"
-#include "platform/switch.h"
 #include "json/json_document.h"
+#include "platform/switch.h"
 
 enum { SMALLEST_LIMIT = 1522, LARGEST_LIMIT = 9216 };
 

@@ -4,8 +4,8 @@
 #include <stdint.h>
 
 #include "base/errors.h"
-#include "platform/vlan.h"
 #include "json/json_document.h"
+#include "platform/vlan.h"
 
 int vxc_management_vlan_get(cJSON* system) {
     if (!system)

@@ -4,8 +4,8 @@
 #include <stdint.h>
 
 #include "base/errors.h"
-#include "platform/qos.h"
 #include "json/json_document.h"
+#include "platform/qos.h"
 
 // The cloud counts queues from 1, the platform from 0; likewise trust modes from 0 and types from
 // 1.

@@ -3,8 +3,8 @@
 
 #include "base/debug.h"
 #include "base/errors.h"
-#include "platform/system.h"
 #include "json/json_document.h"
+#include "platform/system.h"
 
 int vxc_reboot_get(cJSON* system) {
     if (!system)

@@ -4,10 +4,10 @@
 #include <stdint.h>
 
 #include "base/errors.h"
+#include "json/json_document.h"
 #include "platform/snmp.h"
 #include "sections/snmp_communities.h"
 #include "sections/snmp_targets.h"
-#include "json/json_document.h"
 
 int vxc_snmp_get(cJSON* system) {
     uint32_t enable = 0;

@@ -6,9 +6,9 @@
 
 #include "base/debug.h"
 #include "base/errors.h"
+#include "json/json_document.h"
 #include "platform/snmp.h"
 #include "platform/util.h"
-#include "json/json_document.h"
 
 // The cloud counts rights from 1, the platform from 0.
 enum { CLOUD_READ_ONLY = 1, CLOUD_READ_WRITE = 2 };

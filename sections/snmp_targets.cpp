@@ -6,8 +6,8 @@
 #include <string.h>
 
 #include "base/errors.h"
-#include "platform/snmp.h"
 #include "json/json_document.h"
+#include "platform/snmp.h"
 
 enum { ADD = 1, DELETE = 2 };
 

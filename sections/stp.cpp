@@ -4,8 +4,8 @@
 #include <stdio.h>
 
 #include "base/errors.h"
-#include "platform/stp.h"
 #include "json/json_document.h"
+#include "platform/stp.h"
 
 // The cloud's force version of an STP-compatible bridge; the other two are the platform's own.
 enum { CLOUD_STP = 1, CLOUD_MSTP = 3 };

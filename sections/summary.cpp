@@ -3,10 +3,10 @@
 
 #include "base/errors.h"
 #include "base/validators.h"
+#include "json/json_document.h"
 #include "platform/system.h"
 #include "platform/types.h"
 #include "platform/util.h"
-#include "json/json_document.h"
 
 enum { NAME_SIZE = 256, ADDRESS_TEXT_SIZE = 32, GROUPS = 8 };
 

@@ -9,10 +9,10 @@
 
 #include "base/errors.h"
 #include "base/port_list.h"
+#include "json/json_document.h"
 #include "platform/l2.h"
 #include "platform/system.h"
 #include "platform/util.h"
-#include "json/json_document.h"
 
 enum { GATEWAY_TEXT_SIZE = 16, HEADER_SIZE = 100 + 1, WORD_SIZE = 64 };
 

@@ -9,9 +9,9 @@
 
 #include "base/debug.h"
 #include "base/state.h"
+#include "json/json_document.h"
 #include "platform/util.h"
 #include "transport/reply.h"
-#include "json/json_document.h"
 
 enum { TIME_ATTEMPTS = 2, TIME_TIMEOUT = 20, TIME_CONNECT_TIMEOUT = 10 }; // seconds
 

@@ -7,8 +7,8 @@
 #include <string.h>
 
 #include "base/errors.h"
-#include "platform/acl.h"
 #include "json/json_document.h"
+#include "platform/acl.h"
 
 // In what the two kinds of entry differ.
 struct AceKind {

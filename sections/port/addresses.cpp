@@ -4,10 +4,10 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "json/json_document.h"
 #include "platform/l2.h"
 #include "platform/system.h"
 #include "platform/util.h"
-#include "json/json_document.h"
 
 enum { MAC_TEXT_LENGTH = 18 };
 

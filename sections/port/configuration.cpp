@@ -8,6 +8,7 @@
 #include "base/errors.h"
 #include "base/port_id.h"
 #include "base/state.h"
+#include "json/json_document.h"
 #include "platform/acl.h"
 #include "platform/poe.h"
 #include "platform/port.h"
@@ -21,7 +22,6 @@
 #include "sections/port/bounce.h"
 #include "sections/port/speed.h"
 #include "sections/port/vlan_upkeep.h"
-#include "json/json_document.h"
 
 enum { HIGHEST_USER_LIMIT = 30, USER_LIMIT_UNIT = 5 }; // watts, and the platform's fifths of one
 

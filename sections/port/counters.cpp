@@ -1,8 +1,8 @@
 // The counters of a port; see port_counters.h.
 #include "sections/port/counters.h"
 
-#include "platform/mib.h"
 #include "json/json_document.h"
+#include "platform/mib.h"
 
 enum { DIRECTION_COUNTERS = 6 };
 

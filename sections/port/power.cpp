@@ -1,8 +1,8 @@
 // Power over Ethernet; see port_poe.h.
 #include "sections/port/power.h"
 
-#include "platform/poe.h"
 #include "json/json_document.h"
+#include "platform/poe.h"
 
 enum { USER_LIMIT_UNIT = 5 }; // the platform counts fifths of what the cloud counts
 

@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "base/port_id.h"
 #include "base/state.h"
+#include "json/json_document.h"
 #include "platform/acl.h"
 #include "platform/port.h"
 #include "platform/qos.h"
@@ -16,7 +17,6 @@
 #include "sections/port/counters.h"
 #include "sections/port/power.h"
 #include "sections/port/speed.h"
-#include "json/json_document.h"
 
 // What a report knows before its first port, and adds up on the way.
 struct PortReport {

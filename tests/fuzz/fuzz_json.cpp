@@ -8,10 +8,10 @@
 
 #include "base/errors.h"
 #include "base/validators.h"
-#include "sim/library/board.h"
-#include "tests/support/temp_folder.h"
 #include "json/json_document.h"
 #include "json/json_print.h"
+#include "sim/library/board.h"
+#include "tests/support/temp_folder.h"
 
 namespace {
 

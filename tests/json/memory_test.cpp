@@ -8,9 +8,9 @@
 
 #include "allocation.h"
 #include "base/validators.h"
+#include "json/json_parser.h"
 #include "support.h"
 #include "tests/support/on_board.h"
-#include "json/json_parser.h"
 
 namespace {
 

@@ -13,12 +13,12 @@
 #include "base/debug.h"
 #include "base/errors.h"
 #include "base/state.h"
+#include "json/json_print.h"
 #include "sections/acl/bindings.h"
 #include "sections/dark_mode.h"
 #include "sections/diagnostic.h"
 #include "sections/firmware_upgrade.h"
 #include "tests/support/report_archive.h"
-#include "json/json_print.h"
 
 void reset_agent() {
     CheckinInterval = 300;

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "json/json_document.h"
 #include "sim/library/board.h"
 #include "tests/support/temp_folder.h"
-#include "json/json_document.h"
 
 // Every process-wide variable of the agent as it is when the process starts.
 void reset_agent();

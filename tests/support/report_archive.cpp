@@ -9,8 +9,8 @@
 #include <set>
 #include <string>
 
-#include "sim/library/board.h"
 #include "json/json_node.h"
+#include "sim/library/board.h"
 
 namespace {
 

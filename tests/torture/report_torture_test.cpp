@@ -3,9 +3,9 @@
 
 #include "base/debug.h"
 #include "core/dispatch.h"
+#include "json/json_print.h"
 #include "tests/support/on_board.h"
 #include "tests/torture/torture.h"
-#include "json/json_print.h"
 
 namespace {
 
