@@ -1,6 +1,6 @@
 # What the simulated board takes over from the agent at link time, under every name that a C library
-# and its large-file, 64-bit-time and fortify macros give it. sim/edges/edges.cpp and sim/edges/allocation.cpp
-# answers them; a test compares this list with what the agent's objects call.
+# and its large-file, 64-bit-time and fortify macros give it. sim/edges/ answers
+# them; a test compares this list with what the agent's objects call.
 set(VX_EDGES
   open open64 __open_2 __open64_2
   fopen fopen64

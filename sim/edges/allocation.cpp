@@ -26,6 +26,13 @@ thread_local bool asking = false;
 
 void* json_malloc(std::size_t size) { return is_out_of_memory() ? nullptr : __real_malloc(size); }
 
+// The JSON library has no name of its own for its allocator, so its hooks are set at the start.
+[[maybe_unused]] const bool hooked = [] {
+    cJSON_Hooks hooks{json_malloc, std::free};
+    cJSON_InitHooks(&hooks);
+    return true;
+}();
+
 } // namespace
 
 bool is_out_of_memory() {
@@ -35,11 +42,6 @@ bool is_out_of_memory() {
     bool out = board().faults.hit(Edge::allocation, "").has_value();
     asking = false;
     return out;
-}
-
-void use_faultable_allocator() {
-    cJSON_Hooks hooks{json_malloc, std::free};
-    cJSON_InitHooks(&hooks);
 }
 
 } // namespace sim

@@ -3,9 +3,6 @@
 
 namespace sim {
 
-// Has the JSON library take its memory through the fault plan. Idempotent.
-void use_faultable_allocator();
-
 // Whether the fault plan wants the agent's present request for memory to fail.
 bool is_out_of_memory();
 

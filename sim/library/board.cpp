@@ -9,7 +9,6 @@
 #include <iterator>
 #include <thread>
 
-#include "sim/edges/allocation.h"
 #include "sim/instruments/scenario.h"
 #include "sim/library/firmware.h"
 #include "sim/library/switch_settings.h"
@@ -49,7 +48,6 @@ Board::Board(std::filesystem::path root, const std::filesystem::path& scenario)
         std::filesystem::create_directories(path(folder));
     load(scenario);
     current = this;
-    use_faultable_allocator();
 }
 
 Board::~Board() { current = nullptr; }
