@@ -71,7 +71,7 @@ class Requests : public testing::Test {
     }
 };
 
-TEST_F(Requests, EveryOperationOpensMakesOneRequestAndCloses) {
+TEST_F(Requests, every_operation_opens_makes_one_request_and_closes) {
     for (Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);
         device().forget();
@@ -82,7 +82,7 @@ TEST_F(Requests, EveryOperationOpensMakesOneRequestAndCloses) {
     }
 }
 
-TEST_F(Requests, EveryRecordIsLaidOutAsItsShapeSays) {
+TEST_F(Requests, every_record_is_laid_out_as_its_shape_says) {
     for (Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);
         Bytes seen(operation.sent.size());
@@ -95,7 +95,7 @@ TEST_F(Requests, EveryRecordIsLaidOutAsItsShapeSays) {
     }
 }
 
-TEST_F(Requests, EveryResultOfASuccessfulRequestIsCopiedOut) {
+TEST_F(Requests, every_result_of_a_successful_request_is_copied_out) {
     for (Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);
         device().answer = [&](std::uint32_t, void* record) {
@@ -107,7 +107,7 @@ TEST_F(Requests, EveryResultOfASuccessfulRequestIsCopiedOut) {
     }
 }
 
-TEST_F(Requests, AFailedRequestReturnsTheDriversCodeAndWritesNoOutput) {
+TEST_F(Requests, a_failed_request_returns_the_drivers_code_and_writes_no_output) {
     for (Operation& operation : operations())
         for (int code : {1, 19, 30, 498, 501, 70000, -1}) {
             SCOPED_TRACE(operation.name);
@@ -122,7 +122,7 @@ TEST_F(Requests, AFailedRequestReturnsTheDriversCodeAndWritesNoOutput) {
         }
 }
 
-TEST_F(Requests, WithoutADeviceEveryOperationReturns501AndWritesNoOutput) {
+TEST_F(Requests, without_a_device_every_operation_returns_501_and_writes_no_output) {
     device().missing = true;
     for (Operation& operation : operations()) {
         SCOPED_TRACE(operation.name);
@@ -133,7 +133,7 @@ TEST_F(Requests, WithoutADeviceEveryOperationReturns501AndWritesNoOutput) {
     }
 }
 
-TEST_F(Requests, ANullPointerIs498WithoutOpeningTheDevice) {
+TEST_F(Requests, a_null_pointer_is_498_without_opening_the_device) {
     std::size_t calls = 0;
     for (Operation& operation : operations())
         for (int argument : operation.pointers) {
@@ -146,7 +146,7 @@ TEST_F(Requests, ANullPointerIs498WithoutOpeningTheDevice) {
     EXPECT_GT(calls, 250u);
 }
 
-TEST_F(Requests, APortAtOrBeyondTheLogicalPortCountIs30WithoutOpeningTheDevice) {
+TEST_F(Requests, a_port_at_or_beyond_the_logical_port_count_is_30_without_opening_the_device) {
     for (Operation& operation : operations()) {
         if (operation.port_argument < 0)
             continue;
@@ -163,7 +163,7 @@ TEST_F(Requests, APortAtOrBeyondTheLogicalPortCountIs30WithoutOpeningTheDevice) 
     }
 }
 
-TEST_F(Requests, AClearTakesAnyPortThatTheDriverTakes) {
+TEST_F(Requests, a_clear_takes_any_port_that_the_driver_takes) {
     EXPECT_EQ(dai_portMib_clear(0xFFFFFFFF), 0);
     EXPECT_EQ(rsd_mib_cntr_clr(logical_ports), 0);
     answer_everything(30);
@@ -172,7 +172,7 @@ TEST_F(Requests, AClearTakesAnyPortThatTheDriverTakes) {
 
 // ---- The frame ----
 
-TEST_F(Requests, TheFrameCarriesTheRecordItselfAndPassesANegativeResultOn) {
+TEST_F(Requests, the_frame_carries_the_record_itself_and_passes_a_negative_result_on) {
     int record = 0;
     device().answer = [&](std::uint32_t, void* seen) {
         EXPECT_EQ(seen, &record);
@@ -185,7 +185,7 @@ TEST_F(Requests, TheFrameCarriesTheRecordItselfAndPassesANegativeResultOn) {
 
 // ---- Names and numbers ----
 
-TEST_F(Requests, TheListHoldsEveryNameOnceAndOnlyTheKnownPairsShareANumber) {
+TEST_F(Requests, the_list_holds_every_name_once_and_only_the_known_pairs_share_a_number) {
     std::set<std::string> names;
     std::map<std::uint32_t, std::vector<std::string>> by_number;
     for (Operation& operation : operations()) {
@@ -201,7 +201,7 @@ TEST_F(Requests, TheListHoldsEveryNameOnceAndOnlyTheKnownPairsShareANumber) {
     EXPECT_EQ(by_number, shared);
 }
 
-TEST_F(Requests, EveryNameIsExportedFromTheExecutable) {
+TEST_F(Requests, every_name_is_exported_from_the_executable) {
     for (Operation& operation : operations())
         EXPECT_EQ(dlsym(RTLD_DEFAULT, operation.name.c_str()), operation.function)
             << operation.name;
@@ -211,7 +211,7 @@ TEST_F(Requests, EveryNameIsExportedFromTheExecutable) {
 
 // ---- The members with rules of their own ----
 
-TEST_F(Requests, PortEnableTakesAPortBelowTheCountAndZeroOrOne) {
+TEST_F(Requests, port_enable_takes_a_port_below_the_count_and_zero_or_one) {
     EXPECT_EQ(rsd_port_enable_set(logical_ports, 1), 30);
     EXPECT_EQ(rsd_port_enable_set(logical_ports, 2), 30);
     EXPECT_EQ(rsd_port_enable_set(0, 2), 19);
@@ -229,13 +229,13 @@ TEST_F(Requests, PortEnableTakesAPortBelowTheCountAndZeroOrOne) {
     EXPECT_EQ(words[1], 1u);
 }
 
-TEST_F(Requests, NoOtherMemberJudgesAValue) {
+TEST_F(Requests, no_other_member_judges_a_value) {
     EXPECT_EQ(rsd_port_rxEnable_set(0, 2), 0);
     EXPECT_EQ(dai_enable_set(0xFFFFFFFF), 0);
     EXPECT_EQ(rsd_switch_maxFrameSize_set(0xFFFFFFFF), 0);
 }
 
-TEST_F(Requests, ALayer4RangeStandsAtBytes276To291AndItsIndexComesBackInByte296) {
+TEST_F(Requests, a_layer_4_range_stands_at_bytes_276_to_291_and_its_index_comes_back_in_byte_296) {
     unsigned char seen[336];
     device().answer = [&](std::uint32_t, void* record) {
         std::memcpy(seen, record, sizeof seen);
@@ -255,7 +255,7 @@ TEST_F(Requests, ALayer4RangeStandsAtBytes276To291AndItsIndexComesBackInByte296)
     EXPECT_EQ(std::accumulate(std::begin(seen), std::end(seen), 0), 0);
 }
 
-TEST_F(Requests, ALayer4RangeIsReadBackByItsIndex) {
+TEST_F(Requests, a_layer_4_range_is_read_back_by_its_index) {
     const std::uint32_t words[4] = {2, 80, 443, 5};
     unsigned char index_seen = 0;
     device().answer = [&](std::uint32_t, void* record) {
@@ -270,7 +270,7 @@ TEST_F(Requests, ALayer4RangeIsReadBackByItsIndex) {
     EXPECT_EQ(std::memcmp(&range, words, sizeof words), 0);
 }
 
-TEST_F(Requests, ARefusedLayer4RangeLeavesTheIndexAlone) {
+TEST_F(Requests, a_refused_layer_4_range_leaves_the_index_alone) {
     answer_everything(7);
     const AclPortRange range = {1, 1, 2, 0};
     std::uint8_t index = 77;
@@ -278,19 +278,19 @@ TEST_F(Requests, ARefusedLayer4RangeLeavesTheIndexAlone) {
     EXPECT_EQ(index, 77);
 }
 
-TEST_F(Requests, TrunkModeWithANullResultIs498) {
+TEST_F(Requests, trunk_mode_with_a_null_result_is_498) {
     EXPECT_EQ(rsd_trunk_mode_get(0, nullptr), 498);
     EXPECT_EQ(device().events, no_request);
 }
 
-TEST_F(Requests, ClearingTheDebugCountersIs28WithoutARequest) {
+TEST_F(Requests, clearing_the_debug_counters_is_28_without_a_request) {
     EXPECT_EQ(rsd_mib_cntrDebug_clr(), 28);
     device().missing = true;
     EXPECT_EQ(rsd_mib_cntrDebug_clr(), 28);
     EXPECT_EQ(device().events, no_request);
 }
 
-TEST_F(Requests, TheCableRecordOfDiagnosticsComesFromTheDriversCableRead) {
+TEST_F(Requests, the_cable_record_of_diagnostics_comes_from_the_drivers_cable_read) {
     device().answer = [&](std::uint32_t, void* record) {
         const std::uint8_t pairs[8] = {0, 1, 2, 3, 40, 50, 60, 70};
         std::memcpy(static_cast<unsigned char*>(record) + 4, pairs, sizeof pairs);
@@ -306,7 +306,7 @@ TEST_F(Requests, TheCableRecordOfDiagnosticsComesFromTheDriversCableRead) {
     EXPECT_EQ(cablediag_getret(&result, logical_ports), 30);
 }
 
-TEST_F(Requests, BothNamesOfANumberMakeTheSameRequest) {
+TEST_F(Requests, both_names_of_a_number_make_the_same_request) {
     std::vector<std::uint32_t> commands;
     device().answer = [&](std::uint32_t command, void*) {
         commands.push_back(command);
@@ -321,7 +321,7 @@ TEST_F(Requests, BothNamesOfANumberMakeTheSameRequest) {
     EXPECT_EQ(commands, (std::vector<std::uint32_t>{1681, 1681, 2243, 2243}));
 }
 
-TEST_F(Requests, ATextTooLongForItsRecordIsCutAndTerminated) {
+TEST_F(Requests, a_text_too_long_for_its_record_is_cut_and_terminated) {
     std::string seen;
     device().answer = [&](std::uint32_t command, void* record) {
         seen = static_cast<char*>(record) + (command == 257 ? 0 : 16);
@@ -338,7 +338,7 @@ TEST_F(Requests, ATextTooLongForItsRecordIsCutAndTerminated) {
 
 // ---- Threads and descriptors ----
 
-TEST_F(Requests, EightThreadsMayMixRequests) {
+TEST_F(Requests, eight_threads_may_mix_requests) {
     auto work = [](unsigned seed) {
         int wrong = 0;
         auto mixed = operations();
@@ -364,7 +364,7 @@ TEST_F(Requests, EightThreadsMayMixRequests) {
     EXPECT_EQ(wrong, std::vector<int>(8, 0));
 }
 
-TEST_F(Requests, AMillionRequestsLeaveNoDescriptorBehind) {
+TEST_F(Requests, a_million_requests_leave_no_descriptor_behind) {
     constexpr int requests = 1'000'000;
     const int before = open_descriptors();
     int made = 0, failures = 0;

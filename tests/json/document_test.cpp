@@ -12,43 +12,43 @@ namespace {
 
 Document object() { return Document(createJsonObject()); }
 
-TEST(Parse, TextThatIsNotJsonIsNull) {
+TEST(Parse, text_that_is_not_json_is_null) {
     for (const char* text : {"", "{", "nope", "{\"a\":}", "[1,]", "\"open"})
         EXPECT_EQ(parseJsonString(text), nullptr) << text;
     EXPECT_EQ(parseJsonString(nullptr), nullptr);
 }
 
-TEST(Parse, NumbersAreNeverExactCounters) {
+TEST(Parse, numbers_are_never_exact_counters) {
     Document root = parse("[1, 4294967295, 18446744073709551615, -1, 1.5]");
     for (cJSON* node = getJsonChild(root.get()); node; node = getJsonNext(node))
         EXPECT_EQ(getJsonBoolValue(node), JSON_NUMBER);
 }
 
-TEST(Parse, IntegerBeyond32BitsIsCutToTheRange) {
+TEST(Parse, integer_beyond_32_bits_is_cut_to_the_range) {
     Document root = parse(R"({"high": 4294967295, "low": -4294967295})");
     int found = 0;
     EXPECT_EQ(getJsonIntValueForKey(root.get(), "high", &found), INT32_MAX);
     EXPECT_EQ(getJsonIntValueForKey(root.get(), "low", &found), INT32_MIN);
 }
 
-TEST(Parse, NestingBeyondAThousandIsRefused) {
+TEST(Parse, nesting_beyond_a_thousand_is_refused) {
     EXPECT_NE(parse(std::string(1000, '[') + std::string(1000, ']')), nullptr);
     EXPECT_EQ(parse(std::string(1001, '[') + std::string(1001, ']')), nullptr);
 }
 
-TEST(Read, MemberNamesMatchWithoutRegardToCase) {
+TEST(Read, member_names_match_without_regard_to_case) {
     Document root = parse(R"({"Device_Name": "x"})");
     EXPECT_STREQ(getJsonStringValueForKey(root.get(), "device_name"), "x");
     EXPECT_STREQ(getJsonStringValueForKey(root.get(), "DEVICE_NAME"), "x");
 }
 
-TEST(Read, FirstOfTwoMembersOfOneNameCounts) {
+TEST(Read, first_of_two_members_of_one_name_counts) {
     Document root = parse(R"({"a": 1, "A": 2})");
     int found = 0;
     EXPECT_EQ(getJsonIntValueForKey(root.get(), "A", &found), 1);
 }
 
-TEST(Read, NullDocumentGivesTheDefaults) {
+TEST(Read, null_document_gives_the_defaults) {
     int found = 7;
     EXPECT_EQ(getJsonObjectForKey(nullptr, "a"), nullptr);
     EXPECT_EQ(getJsonArraySize(nullptr), 0);
@@ -68,7 +68,7 @@ TEST(Read, NullDocumentGivesTheDefaults) {
     EXPECT_EQ(getJsonNext(nullptr), nullptr);
 }
 
-TEST(Read, MissingMemberGivesTheDefaults) {
+TEST(Read, missing_member_gives_the_defaults) {
     Document root = parse(R"({"b": 1})");
     int found = 7;
     EXPECT_EQ(getJsonObjectForKey(root.get(), "a"), nullptr);
@@ -82,39 +82,39 @@ TEST(Read, MissingMemberGivesTheDefaults) {
     EXPECT_EQ(getJsonDoubleValueForKey(root.get(), "a"), 0);
 }
 
-TEST(Read, MembersOfAnArrayAreMissing) {
+TEST(Read, members_of_an_array_are_missing) {
     Document root = parse(R"([1, {"a": 2}])");
     EXPECT_EQ(getJsonObjectForKey(root.get(), "a"), nullptr);
 }
 
-TEST(Read, StringOfAMemberThatIsNoStringIsNull) {
+TEST(Read, string_of_a_member_that_is_no_string_is_null) {
     Document root = parse(R"({"a": 1, "b": true, "c": null, "d": [], "e": {}})");
     for (const char* name : {"a", "b", "c", "d", "e"})
         EXPECT_EQ(getJsonStringValueForKey(root.get(), name), nullptr) << name;
 }
 
-TEST(Read, IntegerOfAMemberThatIsNoNumberIsZeroButFound) {
+TEST(Read, integer_of_a_member_that_is_no_number_is_zero_but_found) {
     Document root = parse(R"({"a": "12"})");
     int found = 0;
     EXPECT_EQ(getJsonIntValueForKey(root.get(), "a", &found), 0);
     EXPECT_EQ(found, 1);
 }
 
-TEST(Read, IntegerOfAFractionIsTruncated) {
+TEST(Read, integer_of_a_fraction_is_truncated) {
     Document root = parse(R"([2.9, -2.9])");
     EXPECT_EQ(getJsonIntValue(getJsonArrayItem(root.get(), 0)), 2);
     EXPECT_EQ(getJsonIntValue(getJsonArrayItem(root.get(), 1)), -2);
     EXPECT_EQ(getJsonDoubleValue(getJsonArrayItem(root.get(), 0)), 2.9);
 }
 
-TEST(Read, BooleanOfTheNumberSevenIsThreeAndFound) {
+TEST(Read, boolean_of_the_number_seven_is_three_and_found) {
     Document root = parse(R"({"a": 7})");
     int found = 0;
     EXPECT_EQ(getJsonBoolValueForKey(root.get(), "a", &found), 3);
     EXPECT_EQ(found, 1);
 }
 
-TEST(Read, BooleanIsTheTypeNumberOfAnyMember) {
+TEST(Read, boolean_is_the_type_number_of_any_member) {
     Document root = parse(R"({"false": false, "true": true, "null": null, "number": 0,
                               "string": "false", "array": [], "object": {}})");
     addJsonObjectLongUintItem(root.get(), "u32", 0);
@@ -129,7 +129,7 @@ TEST(Read, BooleanIsTheTypeNumberOfAnyMember) {
     EXPECT_EQ(type, 9);
 }
 
-TEST(Read, ArrayItemsAreCountedFromZero) {
+TEST(Read, array_items_are_counted_from_zero) {
     Document root = parse("[10, 11, 12]");
     EXPECT_EQ(getJsonArraySize(root.get()), 3);
     EXPECT_EQ(getJsonIntValue(getJsonArrayItem(root.get(), 0)), 10);
@@ -138,21 +138,21 @@ TEST(Read, ArrayItemsAreCountedFromZero) {
     EXPECT_EQ(getJsonArrayItem(root.get(), -1), nullptr);
 }
 
-TEST(Counter, Unsigned32BitsAreKeptInTheIntegerValue) {
+TEST(Counter, unsigned_32_bits_are_kept_in_the_integer_value) {
     Document node(cJSON_CreateLongUintNumber(4294967295));
     EXPECT_EQ(getJsonIntValue(node.get()), -1);
     EXPECT_EQ(getJsonDoubleValue(node.get()), 0);
     EXPECT_EQ(printed(node), "4294967295");
 }
 
-TEST(Counter, Unsigned64BitsShowInNeitherNumberOfTheNode) {
+TEST(Counter, unsigned_64_bits_show_in_neither_number_of_the_node) {
     Document node(cJSON_CreateLongLongUintNumber(UINT64_MAX));
     EXPECT_EQ(getJsonIntValue(node.get()), 0);
     EXPECT_EQ(getJsonDoubleValue(node.get()), 0);
     EXPECT_EQ(printed(node), "18446744073709551615");
 }
 
-TEST(Counter, AnyBitPatternOf64BitsSurvives) {
+TEST(Counter, any_bit_pattern_of_64_bits_survives) {
     // Among them what would be a NaN, an infinity and a denormal as a double.
     for (uint64_t value :
          {uint64_t{0}, uint64_t{1}, uint64_t{0x7FF0000000000001}, uint64_t{0x7FF0000000000000},
@@ -162,7 +162,7 @@ TEST(Counter, AnyBitPatternOf64BitsSurvives) {
     }
 }
 
-TEST(Build, EveryKindOfMemberInTheOrderOfTheAdds) {
+TEST(Build, every_kind_of_member_in_the_order_of_the_adds) {
     Document root = object();
     addJsonObjectStringItem(root.get(), "string", "text");
     addJsonObjectIntItem(root.get(), "int", -5);
@@ -180,7 +180,7 @@ TEST(Build, EveryKindOfMemberInTheOrderOfTheAdds) {
                        "\t\"double\":\t12.3,\n\t\"array\":\t[{\n\t\t}]\n}");
 }
 
-TEST(Build, AddedTextsAreCopied) {
+TEST(Build, added_texts_are_copied) {
     Document root = object();
     char name[] = "name", text[] = "text";
     addJsonObjectStringItem(root.get(), name, text);
@@ -188,7 +188,7 @@ TEST(Build, AddedTextsAreCopied) {
     EXPECT_STREQ(getJsonStringValueForKey(root.get(), "name"), "text");
 }
 
-TEST(Build, MembersCanBeReadBackLikeParsedOnes) {
+TEST(Build, members_can_be_read_back_like_parsed_ones) {
     Document root = object();
     addJsonObjectIntItem(root.get(), "a", INT32_MIN);
     addJsonObjectDoubleItem(root.get(), "b", 2.75);
@@ -201,7 +201,7 @@ TEST(Build, MembersCanBeReadBackLikeParsedOnes) {
     EXPECT_EQ(getJsonBoolValueForKey(root.get(), "c", &found), 1);
 }
 
-TEST(Build, DoubleBeyondAnIntegerIsCutInTheIntegerValue) {
+TEST(Build, double_beyond_an_integer_is_cut_in_the_integer_value) {
     Document root = object();
     addJsonObjectDoubleItem(root.get(), "high", 1e300);
     addJsonObjectDoubleItem(root.get(), "low", -1e300);
@@ -214,7 +214,7 @@ TEST(Build, DoubleBeyondAnIntegerIsCutInTheIntegerValue) {
     EXPECT_EQ(getJsonIntValueForKey(root.get(), "inf", &found), INT32_MAX);
 }
 
-TEST(Build, AddingNullIsIgnored) {
+TEST(Build, adding_null_is_ignored) {
     Document root = object();
     addJsonObject(root.get(), "a", nullptr);
     addJsonArrayItem(root.get(), nullptr);
@@ -235,7 +235,7 @@ void release(void* block) {
     std::free(block);
 }
 
-TEST(Build, AddingToNullDeletesTheNode) {
+TEST(Build, adding_to_null_deletes_the_node) {
     cJSON_Hooks hooks{hold, release};
     cJSON_InitHooks(&hooks);
     addJsonObject(nullptr, "a", createJsonObject());
@@ -251,7 +251,7 @@ TEST(Build, AddingToNullDeletesTheNode) {
     EXPECT_EQ(held_blocks, 0);
 }
 
-TEST(Build, AddingWithoutANameDeletesTheNode) {
+TEST(Build, adding_without_a_name_deletes_the_node) {
     Document root = object();
     addJsonObject(root.get(), nullptr, createJsonObject());
     addJsonObjectStringItem(root.get(), nullptr, "text");
@@ -259,14 +259,14 @@ TEST(Build, AddingWithoutANameDeletesTheNode) {
     EXPECT_EQ(printed(root), "{\n}");
 }
 
-TEST(Build, AddingADocumentToItselfLeavesItAsItWas) {
+TEST(Build, adding_a_document_to_itself_leaves_it_as_it_was) {
     Document root = object();
     addJsonObject(root.get(), "a", root.get());
     addJsonArrayItem(root.get(), root.get());
     EXPECT_EQ(printed(root), "{\n}");
 }
 
-TEST(Build, MemberThatAlreadyHasANameTakesTheNewOne) {
+TEST(Build, member_that_already_has_a_name_takes_the_new_one) {
     Document root = parse(R"({"old": {"x": 1}})");
     Document other = object();
     addJsonObjectIntItem(other.get(), "built", 2);
@@ -275,7 +275,7 @@ TEST(Build, MemberThatAlreadyHasANameTakesTheNewOne) {
     EXPECT_EQ(printed(other), "{\n\t\"new\":\t{\n\t\t\"x\":\t1\n\t},\n\t\"renamed\":\t2\n}");
 }
 
-TEST(Build, ArraysOfValues) {
+TEST(Build, arrays_of_values) {
     const std::array<int32_t, 3> integers{INT32_MIN, 0, INT32_MAX};
     const std::array<double, 3> doubles{1, 2.5, -0.04};
     const std::array<const char*, 2> texts{"a", "\n"};
@@ -285,7 +285,7 @@ TEST(Build, ArraysOfValues) {
     EXPECT_EQ(printed(Document(createJsonStringArray(texts.data(), 2))), "[\"a\", \"\\n\"]");
 }
 
-TEST(Build, ArraysOfNothing) {
+TEST(Build, arrays_of_nothing) {
     const int32_t integer = 1;
     EXPECT_EQ(printed(Document(createJsonIntArray(&integer, 0))), "[]");
     EXPECT_EQ(createJsonIntArray(nullptr, 1), nullptr);
@@ -294,14 +294,14 @@ TEST(Build, ArraysOfNothing) {
     EXPECT_EQ(createJsonStringArray(nullptr, 1), nullptr);
 }
 
-TEST(Build, ItemsCanBeAppendedToAnArrayOfValues) {
+TEST(Build, items_can_be_appended_to_an_array_of_values) {
     const int32_t integer = 1;
     Document root(createJsonIntArray(&integer, 1));
     addJsonArrayItem(root.get(), cJSON_CreateLongUintNumber(2));
     EXPECT_EQ(printed(root), "[1, 2]");
 }
 
-TEST(Remove, MemberGoesAndItsNeighboursStay) {
+TEST(Remove, member_goes_and_its_neighbours_stay) {
     Document root = parse(R"({"a": 1, "b": {"c": [2]}, "d": 3})");
     removeJsonObject(root.get(), "b");
     EXPECT_EQ(getJsonObjectForKey(root.get(), "b"), nullptr);
@@ -312,7 +312,7 @@ TEST(Remove, MemberGoesAndItsNeighboursStay) {
     EXPECT_EQ(getJsonIntValueForKey(root.get(), "e", &found), 4);
 }
 
-TEST(Remove, AttachedObjectGoesWithWhatItHolds) {
+TEST(Remove, attached_object_goes_with_what_it_holds) {
     Document root = object();
     cJSON* attached = attachJsonObject(root.get(), "only");
     addJsonObjectStringItem(attached, "text", "held");
@@ -320,14 +320,14 @@ TEST(Remove, AttachedObjectGoesWithWhatItHolds) {
     EXPECT_EQ(getJsonChild(root.get()), nullptr);
 }
 
-TEST(Remove, MemberThatIsMissingChangesNothing) {
+TEST(Remove, member_that_is_missing_changes_nothing) {
     Document root = parse(R"({"a": 1})");
     removeJsonObject(root.get(), "b");
     removeJsonObject(nullptr, "a");
     EXPECT_EQ(getJsonArraySize(root.get()), 1);
 }
 
-TEST(Copy, StringMemberGoesOverUnderTheSameName) {
+TEST(Copy, string_member_goes_over_under_the_same_name) {
     Document source = parse(R"({"Id": "F1", "n": 1})");
     Document destination = object();
     copyJsonStringItem(source.get(), destination.get(), "id");
@@ -335,7 +335,7 @@ TEST(Copy, StringMemberGoesOverUnderTheSameName) {
     EXPECT_EQ(printed(destination), "{\n\t\"id\":\t\"F1\"\n}");
 }
 
-TEST(Copy, MemberThatIsMissingOrNoStringAddsNothing) {
+TEST(Copy, member_that_is_missing_or_no_string_adds_nothing) {
     Document source = parse(R"({"n": 1})");
     Document destination = object();
     copyJsonStringItem(source.get(), destination.get(), "n");

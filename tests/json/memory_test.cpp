@@ -51,7 +51,7 @@ template <typename Step> std::uint64_t fail_every_allocation(bool for_good, Step
     }
 }
 
-TEST_F(OutOfMemory, AnyAllocationOfABuildMayFail) {
+TEST_F(OutOfMemory, any_allocation_of_a_build_may_fail) {
     std::string whole = printed(build());
     for (bool for_good : {false, true}) {
         std::uint64_t count = fail_every_allocation(for_good, [&](const Failure& failure) {
@@ -66,7 +66,7 @@ TEST_F(OutOfMemory, AnyAllocationOfABuildMayFail) {
     EXPECT_EQ(printed(build()), whole);
 }
 
-TEST_F(OutOfMemory, AMemberIsAddedWholeOrNotAtAll) {
+TEST_F(OutOfMemory, a_member_is_added_whole_or_not_at_all) {
     using Add = void (*)(cJSON*);
     const Add adds[] = {
         [](cJSON* o) { addJsonObjectStringItem(o, "a", "text"); },
@@ -90,7 +90,7 @@ TEST_F(OutOfMemory, AMemberIsAddedWholeOrNotAtAll) {
     }
 }
 
-TEST_F(OutOfMemory, BuildersReturnNull) {
+TEST_F(OutOfMemory, builders_return_null) {
     const int32_t integer = 1;
     const double fraction = 1.5;
     const char* const text = "a";
@@ -104,7 +104,7 @@ TEST_F(OutOfMemory, BuildersReturnNull) {
     EXPECT_EQ(cJSON_CreateLongLongUintNumber(1), nullptr);
 }
 
-TEST_F(OutOfMemory, AnyAllocationOfAParseMayFail) {
+TEST_F(OutOfMemory, any_allocation_of_a_parse_may_fail) {
     std::uint64_t count = fail_every_allocation(false, [](const Failure& failure) {
         Document root = parse(R"({"a": [1, "text", {"b": null}], "c": true})");
         EXPECT_EQ(root != nullptr, !failure.happened());
@@ -112,7 +112,7 @@ TEST_F(OutOfMemory, AnyAllocationOfAParseMayFail) {
     EXPECT_GT(count, 8u);
 }
 
-TEST_F(OutOfMemory, AnyAllocationOfAPrintMayFailAndGivesNull) {
+TEST_F(OutOfMemory, any_allocation_of_a_print_may_fail_and_gives_null) {
     std::string deep = std::string(40, '[') + std::string(40, ']');
     std::string wide = "[\"" + std::string(5000, 'x') + "\", \"\\n\", 1, 2.5, {\"a\": {}}]";
     for (const std::string& text : {deep, wide}) {
@@ -132,13 +132,13 @@ TEST_F(OutOfMemory, AnyAllocationOfAPrintMayFailAndGivesNull) {
     }
 }
 
-TEST_F(OutOfMemory, AddressCheckRefuses) {
+TEST_F(OutOfMemory, address_check_refuses) {
     Failure failure(0);
     EXPECT_EQ(ipv4_addr_validate("192.168.1.1"), -1);
     EXPECT_TRUE(failure.happened());
 }
 
-TEST_F(JsonRpc, ObjectHoldsTheVersionOnly) {
+TEST_F(JsonRpc, object_holds_the_version_only) {
     Document root(initJsonRpcObject());
     EXPECT_EQ(printed(root), "{\n\t\"jsonrpc\":\t\"2.0\"\n}");
 }
@@ -165,7 +165,7 @@ std::pair<std::string, int> message_and_end(void (*run)()) {
     return {message, WIFSIGNALED(status) ? WTERMSIG(status) : 0};
 }
 
-TEST_F(JsonRpc, WithoutMemoryForTheObjectTheProcessEndsWithAnAssertion) {
+TEST_F(JsonRpc, without_memory_for_the_object_the_process_ends_with_an_assertion) {
     auto [message, signal] = message_and_end([] {
         Failure failure(0);
         initJsonRpcObject();
@@ -174,7 +174,7 @@ TEST_F(JsonRpc, WithoutMemoryForTheObjectTheProcessEndsWithAnAssertion) {
     EXPECT_EQ(message, "json_parser: Assertion `((void *)0) != root' failed.\n");
 }
 
-TEST_F(JsonRpc, WithoutMemoryForTheMemberTheObjectIsEmpty) {
+TEST_F(JsonRpc, without_memory_for_the_member_the_object_is_empty) {
     Failure failure(1);
     Document root(initJsonRpcObject());
     EXPECT_TRUE(failure.happened());

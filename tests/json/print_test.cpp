@@ -37,14 +37,14 @@ std::string stock(const cJSON* root) {
     return text.get();
 }
 
-TEST(Number, WholeDoubleHasNoDecimals) {
+TEST(Number, whole_double_has_no_decimals) {
     EXPECT_EQ(number(3.0), "3");
     EXPECT_EQ(number(0.0), "0");
     EXPECT_EQ(number(-0.0), "0");
     EXPECT_EQ(number(-7), "-7");
 }
 
-TEST(Number, FractionHasOneDecimal) {
+TEST(Number, fraction_has_one_decimal) {
     EXPECT_EQ(number(2.5), "2.5");
     EXPECT_EQ(number(2.71828), "2.7");
     EXPECT_EQ(number(12.345), "12.3");
@@ -56,19 +56,19 @@ TEST(Number, FractionHasOneDecimal) {
     EXPECT_EQ(number(1e-6), "0.0");
 }
 
-TEST(Number, LargeFractionIsInExponentForm) {
+TEST(Number, large_fraction_is_in_exponent_form) {
     EXPECT_EQ(number(1e10 + 0.5), "1.000000e+10");
     EXPECT_EQ(number(-1e9 - 0.5), "-1.000000e+09");
 }
 
-TEST(Number, SmallFractionIsInExponentForm) {
+TEST(Number, small_fraction_is_in_exponent_form) {
     EXPECT_EQ(number(1e-7), "1.000000e-07");
     EXPECT_EQ(number(-1e-7), "-1.000000e-07");
     EXPECT_EQ(number(DBL_EPSILON), "0");
     EXPECT_EQ(number(3e-16), "3.000000e-16");
 }
 
-TEST(Number, WholeDoubleBeyond32BitsIsPrintedInFull) {
+TEST(Number, whole_double_beyond_32_bits_is_printed_in_full) {
     EXPECT_EQ(number(2147483648.0), "2147483648");
     EXPECT_EQ(number(-2147483649.0), "-2147483649");
     EXPECT_EQ(number(9007199254740991.0), "9007199254740991");
@@ -79,20 +79,20 @@ TEST(Number, WholeDoubleBeyond32BitsIsPrintedInFull) {
         number(std::ldexp(1, 190)), "1569275433846670190958947355801916604025588861116008628224");
 }
 
-TEST(Number, WholeDoubleFrom1e60OnIsInExponentForm) {
+TEST(Number, whole_double_from_1e60_on_is_in_exponent_form) {
     EXPECT_EQ(number(1e60), "1.000000e+60");
     EXPECT_EQ(number(-1.5e300), "-1.500000e+300");
     EXPECT_EQ(number(DBL_MAX), "1.797693e+308");
 }
 
-TEST(Number, WhatIsNoFiniteNumberIsNull) {
+TEST(Number, what_is_no_finite_number_is_null) {
     EXPECT_EQ(number(std::nan("")), "null");
     EXPECT_EQ(number(std::numeric_limits<double>::infinity()), "null");
     EXPECT_EQ(number(-std::numeric_limits<double>::infinity()), "null");
     EXPECT_EQ(printed(parse("[1e999]")), "[null]");
 }
 
-TEST(Number, RulesHoldForDoublesOfEverySize) {
+TEST(Number, rules_hold_for_doubles_of_every_size) {
     std::mt19937_64 random(20240611);
     std::uniform_real_distribution<double> mantissa(-10, 10), exponent(-20, 70);
     for (int round = 0; round < 20000; round++) {
@@ -106,7 +106,7 @@ TEST(Number, RulesHoldForDoublesOfEverySize) {
     }
 }
 
-TEST(Number, RulesHoldAroundTheirLimits) {
+TEST(Number, rules_hold_around_their_limits) {
     for (double limit :
          {0.0, 1.0, 1e-6, 1e9, 1e60, 2147483647.0, -2147483648.0, 9e18, 1e15, 0.05}) {
         for (double d :
@@ -120,7 +120,7 @@ TEST(Number, RulesHoldAroundTheirLimits) {
     }
 }
 
-TEST(Number, DecimalSignIsAPointInEveryLocale) {
+TEST(Number, decimal_sign_is_a_point_in_every_locale) {
     std::string before = std::setlocale(LC_NUMERIC, nullptr);
     for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "ps_AF.UTF-8", "C.UTF-8", "C"}) {
         std::setlocale(LC_NUMERIC, locale); // a locale that is not installed changes nothing
@@ -130,25 +130,25 @@ TEST(Number, DecimalSignIsAPointInEveryLocale) {
     std::setlocale(LC_NUMERIC, before.c_str());
 }
 
-TEST(Counter, Unsigned32BitMaximumPrintsInFull) {
+TEST(Counter, unsigned_32_bit_maximum_prints_in_full) {
     Document root(createJsonObject());
     addJsonObjectLongUintItem(root.get(), "rx", 4294967295);
     EXPECT_EQ(printed(root), "{\n\t\"rx\":\t4294967295\n}");
 }
 
-TEST(Counter, Unsigned64BitMaximumPrintsInFull) {
+TEST(Counter, unsigned_64_bit_maximum_prints_in_full) {
     Document root(createJsonObject());
     addJsonObjectLongLongUintItem(root.get(), "rx", 18446744073709551615u);
     EXPECT_EQ(printed(root), "{\n\t\"rx\":\t18446744073709551615\n}");
 }
 
-TEST(Layout, EmptyContainers) {
+TEST(Layout, empty_containers) {
     EXPECT_EQ(printed(parse("{}")), "{\n}");
     EXPECT_EQ(printed(parse("[]")), "[]");
     EXPECT_EQ(printed(parse(R"({"a":{},"b":[]})")), "{\n\t\"a\":\t{\n\t},\n\t\"b\":\t[]\n}");
 }
 
-TEST(Layout, SameAsTheLibrarysOwn) {
+TEST(Layout, same_as_the_librarys_own) {
     for (const char* text :
          {"{}", "[]", "null", "true", "false", "12", "\"\"", "[[],[]]", "[{},{}]", "[[[{}]]]",
           R"({"a":[{"b":[1,[2,{"c":{}}]]},{"d":"\u0001\b\f\n\r\t\"\\\/é€😀"}],"":{"":""}})"}) {
@@ -158,25 +158,25 @@ TEST(Layout, SameAsTheLibrarysOwn) {
     }
 }
 
-TEST(Layout, PartOfADocumentPrintsWithoutItsSiblings) {
+TEST(Layout, part_of_a_document_prints_without_its_siblings) {
     Document root = parse(R"({"a":[1,2],"b":{"c":3}})");
     for (cJSON* node = getJsonChild(root.get()); node; node = getJsonNext(node))
         EXPECT_EQ(printed(node), stock(node));
 }
 
-TEST(Layout, RawTextIsPrintedAsItIs) {
+TEST(Layout, raw_text_is_printed_as_it_is) {
     Document root(createJsonArray());
     addJsonArrayItem(root.get(), cJSON_CreateRaw("{ raw }"));
     EXPECT_EQ(printed(root), stock(root.get()));
 }
 
-TEST(Layout, NamelessMemberPrintsLikeTheLibrarys) {
+TEST(Layout, nameless_member_prints_like_the_librarys) {
     Document root(createJsonObject());
     addJsonArrayItem(root.get(), cJSON_CreateTrue());
     EXPECT_EQ(printed(root), stock(root.get()));
 }
 
-TEST(Layout, NodeOfNoTypeCannotBePrinted) {
+TEST(Layout, node_of_no_type_cannot_be_printed) {
     cJSON nothing = {};
     EXPECT_EQ(printJson(&nothing), nullptr);
     EXPECT_EQ(printJson(nullptr), nullptr);
@@ -211,7 +211,7 @@ Document random_document(std::mt19937& random, int depth) {
     return root;
 }
 
-TEST(Layout, RandomDocumentsPrintLikeTheLibrarys) {
+TEST(Layout, random_documents_print_like_the_librarys) {
     std::mt19937 random(7);
     for (int round = 0; round < 3000; round++) {
         Document root = random_document(random, 7);
@@ -219,7 +219,7 @@ TEST(Layout, RandomDocumentsPrintLikeTheLibrarys) {
     }
 }
 
-TEST(String, EveryByteIsEscapedLikeTheLibrarys) {
+TEST(String, every_byte_is_escaped_like_the_librarys) {
     for (int letter = 1; letter < 256; letter++) {
         for (size_t before = 0; before < 10; before++) {
             std::string text = std::string(before, 'x') + static_cast<char>(letter) + "yz";
@@ -229,7 +229,7 @@ TEST(String, EveryByteIsEscapedLikeTheLibrarys) {
     }
 }
 
-TEST(Size, TextOfTwentyMegabytes) {
+TEST(Size, text_of_twenty_megabytes) {
     std::string text(20u << 20, 'a');
     for (size_t i = 0; i < text.size(); i += 1000)
         text[i] = '\n';
@@ -243,7 +243,7 @@ TEST(Size, TextOfTwentyMegabytes) {
     EXPECT_EQ(getJsonStringValueForKey(again.get(), "text"), text);
 }
 
-TEST(Size, DeepestDocumentThatParses) {
+TEST(Size, deepest_document_that_parses) {
     std::string text = std::string(1000, '[') + std::string(1000, ']');
     EXPECT_EQ(printed(parse(text)), text);
     std::string objects;
@@ -255,7 +255,7 @@ TEST(Size, DeepestDocumentThatParses) {
     EXPECT_EQ(printed(root), stock(root.get()));
 }
 
-TEST(Size, DepthNeedsNoStack) {
+TEST(Size, depth_needs_no_stack) {
     constexpr int depth = 200000;
     std::vector<cJSON> levels(depth, cJSON{});
     for (int i = 0; i < depth; i++) {

@@ -11,7 +11,7 @@ namespace {
 
 using Admin = Lab;
 
-TEST_F(Admin, RegistersChangesListsAndForgetsSwitches) {
+TEST_F(Admin, registers_changes_lists_and_forgets_switches) {
     const std::string path = "/switches/0011223344aa";
     admin("PUT", path, R"({"key":"k","secret":"s"})", 201);
     admin("PUT", "/switches/00:11:22:33:44:AA", R"({"key":"k2","secret":"s2"})", 200);
@@ -26,7 +26,7 @@ TEST_F(Admin, RegistersChangesListsAndForgetsSwitches) {
     EXPECT_EQ(admin_get("/switches").size(), 1u);
 }
 
-TEST_F(Admin, RefusesBadSwitches) {
+TEST_F(Admin, refuses_bad_switches) {
     for (const char* body :
          {"", "[]", R"({"key":"k"})", R"({"secret":"s"})", R"({"key":1,"secret":"s"})",
           R"({"key":"","secret":"s"})", R"({"key":"a b","secret":"s"})",
@@ -39,34 +39,34 @@ TEST_F(Admin, RefusesBadSwitches) {
     EXPECT_EQ(admin_get("/switches").size(), 1u);
 }
 
-TEST_F(Admin, KnowsNothingOfUnregisteredSwitches) {
+TEST_F(Admin, knows_nothing_of_unregistered_switches) {
     for (const char* rest : {"", "/report", "/reports", "/settings", "/actions"})
         admin("GET", std::string("/switches/00:00:00:00:00:01") + rest, "", 404);
     admin("POST", "/switches/00:00:00:00:00:01/settings", R"({"lldp":{}})", 404);
     admin("POST", "/switches/00:00:00:00:00:01/actions", R"({"action":"reboot"})", 404);
 }
 
-TEST_F(Admin, TellsUnknownPathsFromWrongMethods) {
+TEST_F(Admin, tells_unknown_paths_from_wrong_methods) {
     admin("GET", "/", "", 404);
     admin("GET", "/switches/x/y/z", "", 404);
     admin("POST", "/switches", "{}", 405);
     admin("DELETE", "/events", "", 405);
 }
 
-TEST_F(Admin, DoesNotServeWebPages) {
+TEST_F(Admin, does_not_serve_web_pages) {
     const Answer answer = talk(
         admin_door(), "GET /switches HTTP/1.1\r\nHost: localhost\r\nOrigin: http://page\r\n\r\n");
     EXPECT_EQ(answer.status, 403);
     EXPECT_EQ(answer.body.find(mac), std::string::npos);
 }
 
-TEST_F(Admin, RefusesBadActions) {
+TEST_F(Admin, refuses_bad_actions) {
     for (const char* body : {"", "[]", "{}", R"({"action":1})", R"({"port":"1"})"})
         admin("POST", of_switch("/actions"), body, 400);
     EXPECT_TRUE(admin_get(of_switch("/actions")).empty());
 }
 
-TEST_F(Admin, KeepsTheLatestReports) {
+TEST_F(Admin, keeps_the_latest_reports) {
     admin("GET", of_switch("/report"), "", 404);
     for (int i = 1; i <= 55; i++) {
         Checkin checkin;
@@ -83,7 +83,7 @@ TEST_F(Admin, KeepsTheLatestReports) {
     EXPECT_EQ(admin_get(of_switch(""))["reports"], 55);
 }
 
-TEST_F(Admin, WakesWhoWaitsForAnEvent) {
+TEST_F(Admin, wakes_who_waits_for_an_event) {
     const Json before = admin_get("/events?after=999999999");
     EXPECT_LT(before["last"], 999999999);
     auto waiting = std::async(std::launch::async, [&] {
@@ -100,7 +100,7 @@ TEST_F(Admin, WakesWhoWaitsForAnEvent) {
         admin("GET", std::string("/events?") + query, "", 400);
 }
 
-TEST_F(Admin, ShowsAndSetsThePolicy) {
+TEST_F(Admin, shows_and_sets_the_policy) {
     const Json set = admin("PUT", "/config", R"({"redeliver_seconds":0.5,"redeliver_tries":4})");
     EXPECT_EQ(set["redeliver_seconds"], 0.5);
     EXPECT_EQ(admin_get("/config"), set);
@@ -112,7 +112,7 @@ TEST_F(Admin, ShowsAndSetsThePolicy) {
     EXPECT_EQ(admin_get("/config"), set);
 }
 
-TEST_F(Admin, TellsItsPorts) { EXPECT_EQ(admin_get("/ports"), ports_); }
+TEST_F(Admin, tells_its_ports) { EXPECT_EQ(admin_get("/ports"), ports_); }
 
 int64_t told_time(const Answer& answer) {
     const std::string text = Json::parse(answer.body)["time"];
@@ -122,7 +122,7 @@ int64_t told_time(const Answer& answer) {
     return timegm(&parts);
 }
 
-TEST_F(Admin, TheTimeIsToldOnThePlainPortAndOnEveryCheckinPort) {
+TEST_F(Admin, the_time_is_told_on_the_plain_port_and_on_every_checkin_port) {
     for (const Peer& peer :
          {plain_door(), Peer{checkin_door(0).port, ""}, Peer{checkin_door(1).port, ""}})
         EXPECT_NEAR(static_cast<double>(told_time(get(peer, "/time")) - std::time(nullptr)), 0, 5);
@@ -133,7 +133,7 @@ TEST_F(Admin, TheTimeIsToldOnThePlainPortAndOnEveryCheckinPort) {
     EXPECT_EQ(get(plain_door(), "/clock").status, 404);
 }
 
-TEST_F(Admin, FirmwareImagesAreServedSoundAndDamaged) {
+TEST_F(Admin, firmware_images_are_served_sound_and_damaged) {
     std::string image(100000, 'x');
     image[5] = '\0';
     image[6] = '\xff';
@@ -148,7 +148,7 @@ TEST_F(Admin, FirmwareImagesAreServedSoundAndDamaged) {
     EXPECT_EQ(get(plain_door(), "/firmware/v2.bix").status, 404);
 }
 
-TEST_F(Admin, NoFileOutsideTheFirmwareFolderIsReached) {
+TEST_F(Admin, no_file_outside_the_firmware_folder_is_reached) {
     for (const char* name : {"..%2flab.db", "../lab.db", ".hidden", "a%20b", ""}) {
         const Answer put = request(admin_door(), "PUT", std::string("/firmware/") + name, "x");
         EXPECT_TRUE(put.status == 400 || put.status == 404) << name;
@@ -156,7 +156,7 @@ TEST_F(Admin, NoFileOutsideTheFirmwareFolderIsReached) {
     }
 }
 
-TEST_F(Admin, EventsStayOnALineWhateverIsSent) {
+TEST_F(Admin, events_stay_on_a_line_whatever_is_sent) {
     talk(keeper_door(), "GET /%0a%00%7fline HTTP/1.1\r\n\r\n");
     const std::string text = events("rejected")[0]["text"];
     EXPECT_EQ(text.find_first_of(std::string("\n\0\x7f", 3)), std::string::npos);

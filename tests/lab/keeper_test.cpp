@@ -19,7 +19,7 @@ class Keeper : public Lab {
     void push(const std::string& action) { admin("POST", of_switch("/actions"), action, 201); }
 };
 
-TEST_F(Keeper, AnActionEndsAWaitingPoll) {
+TEST_F(Keeper, an_action_ends_a_waiting_poll) {
     auto waiting = poll();
     events("poll");
     const std::string action = R"({ "action": "port_reset", "port": "F1" })";
@@ -31,21 +31,21 @@ TEST_F(Keeper, AnActionEndsAWaitingPoll) {
     EXPECT_EQ(admin_get(of_switch("/actions"))[0]["state"], "answered");
 }
 
-TEST_F(Keeper, ActionsThatWaitAreHandedOutOneByOneInOrder) {
+TEST_F(Keeper, actions_that_wait_are_handed_out_one_by_one_in_order) {
     push(R"({"action":"checkin"})");
     push(R"({"action":"reboot"})");
     EXPECT_EQ(poll().get().body, R"({"action":"checkin"})");
     EXPECT_EQ(poll().get().body, R"({"action":"reboot"})");
 }
 
-TEST_F(Keeper, TheSecondHostServesTheSameSwitch) {
+TEST_F(Keeper, the_second_host_serves_the_same_switch) {
     auto waiting = poll(1);
     events("poll");
     push(R"({"action":"checkin"})");
     EXPECT_EQ(waiting.get().body, R"({"action":"checkin"})");
 }
 
-TEST_F(Keeper, ANewPollTakesThePlaceOfTheOldOne) {
+TEST_F(Keeper, a_new_poll_takes_the_place_of_the_old_one) {
     auto old = poll();
     events("poll");
     auto fresh = poll();
@@ -54,7 +54,7 @@ TEST_F(Keeper, ANewPollTakesThePlaceOfTheOldOne) {
     EXPECT_EQ(fresh.get().body, R"({"action":"checkin"})");
 }
 
-TEST_F(Keeper, AnActionIsNotLostToAPollWhoseSwitchIsGone) {
+TEST_F(Keeper, an_action_is_not_lost_to_a_poll_whose_switch_is_gone) {
     {
         const IdleConnection gone(
             keeper_door().port, "GET " + listen_path + " HTTP/1.1\r\nHost: lab\r\n\r\n");
@@ -65,14 +65,14 @@ TEST_F(Keeper, AnActionIsNotLostToAPollWhoseSwitchIsGone) {
     EXPECT_EQ(poll().get().body, R"({"action":"checkin"})");
 }
 
-TEST_F(Keeper, APollWithoutAnActionIsAnsweredEmptyAtLast) {
+TEST_F(Keeper, a_poll_without_an_action_is_answered_empty_at_last) {
     admin("PUT", "/config", R"({"poll_seconds":0.05})");
     const Answer answer = poll().get();
     EXPECT_EQ(answer.status, 200);
     EXPECT_EQ(answer.body, "{}");
 }
 
-TEST_F(Keeper, AnUnregisteredSwitchWaitsLikeAnyOther) {
+TEST_F(Keeper, an_unregistered_switch_waits_like_any_other) {
     auto stranger =
         std::async(std::launch::async, get, keeper_door(), "/router/listen/00:00:00:00:00:09");
     EXPECT_EQ(events("poll")[0]["mac"], "00:00:00:00:00:09");
@@ -81,7 +81,7 @@ TEST_F(Keeper, AnUnregisteredSwitchWaitsLikeAnyOther) {
     EXPECT_TRUE(stranger.get().connected);
 }
 
-TEST_F(Keeper, OtherRequestsAreRefused) {
+TEST_F(Keeper, other_requests_are_refused) {
     EXPECT_EQ(get(keeper_door(), "/router/listen/nobody").status, 403);
     EXPECT_EQ(get(keeper_door(), "/router/listen/aa:bb:cc:dd:ee:ff").status, 403);
     EXPECT_EQ(get(keeper_door(), "/").status, 403);
@@ -89,7 +89,7 @@ TEST_F(Keeper, OtherRequestsAreRefused) {
     EXPECT_EQ(counter("rejected.path"), 4);
 }
 
-TEST_F(Keeper, ManyWaitingPollsAndIdleConnectionsDelayNoCheckIn) {
+TEST_F(Keeper, many_waiting_polls_and_idle_connections_delay_no_check_in) {
     std::list<IdleConnection> crowd;
     for (int i = 10; i < 70; i++)
         crowd.emplace_back(
@@ -104,7 +104,7 @@ TEST_F(Keeper, ManyWaitingPollsAndIdleConnectionsDelayNoCheckIn) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
 }
 
-TEST_F(Keeper, StoppingDoesNotWaitForPolls) {
+TEST_F(Keeper, stopping_does_not_wait_for_polls) {
     auto waiting = poll();
     auto watching =
         std::async(std::launch::async, get, admin_door(), "/events?kind=never&timeout=60");

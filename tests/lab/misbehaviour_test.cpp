@@ -16,7 +16,7 @@ class Misbehaving : public Lab {
     Answer check_in_at(size_t door = 0) { return talk(checkin_door(door), Checkin().text()); }
 };
 
-TEST_F(Misbehaving, RefusesConnectionsUntilToldToBehave) {
+TEST_F(Misbehaving, refuses_connections_until_told_to_behave) {
     misbehave({{"mode", "refuse"}});
     EXPECT_TRUE(check_in_at(0).refused);
     EXPECT_TRUE(check_in_at(1).refused);
@@ -25,13 +25,13 @@ TEST_F(Misbehaving, RefusesConnectionsUntilToldToBehave) {
     EXPECT_EQ(check_in_at(1).status, 200);
 }
 
-TEST_F(Misbehaving, RefusesOnOnePortOnly) {
+TEST_F(Misbehaving, refuses_on_one_port_only) {
     misbehave({{"mode", "refuse"}, {"port", checkin_door().port}});
     EXPECT_TRUE(check_in_at(0).refused);
     EXPECT_EQ(check_in_at(1).status, 200);
 }
 
-TEST_F(Misbehaving, RefusingTheKeeperEndsItsPolls) {
+TEST_F(Misbehaving, refusing_the_keeper_ends_its_polls) {
     const std::string listen = std::string("/router/listen/") + mac;
     const IdleConnection waiting(
         keeper_door().port, "GET " + listen + " HTTP/1.1\r\nHost: lab\r\n\r\n");
@@ -41,7 +41,7 @@ TEST_F(Misbehaving, RefusingTheKeeperEndsItsPolls) {
     EXPECT_EQ(admin_get("/stats")["waiting_polls"], 0);
 }
 
-TEST_F(Misbehaving, ResetsTheConnection) {
+TEST_F(Misbehaving, resets_the_connection) {
     misbehave({{"mode", "reset"}, {"count", 1}});
     const Answer answer = check_in_at();
     EXPECT_TRUE(answer.connected);
@@ -49,7 +49,7 @@ TEST_F(Misbehaving, ResetsTheConnection) {
     EXPECT_EQ(check_in_at().status, 200);
 }
 
-TEST_F(Misbehaving, AnswersWithAStatusAndDoesNotProcess) {
+TEST_F(Misbehaving, answers_with_a_status_and_does_not_process) {
     misbehave({{"mode", "status"}, {"count", 2}});
     misbehave({{"mode", "status"}, {"status", 204}, {"count", 1}});
     EXPECT_EQ(check_in_at().status, 500);
@@ -60,7 +60,7 @@ TEST_F(Misbehaving, AnswersWithAStatusAndDoesNotProcess) {
     EXPECT_EQ(counter("misbehaviour"), 3);
 }
 
-TEST_F(Misbehaving, ClosesInTheMiddleOfTheBody) {
+TEST_F(Misbehaving, closes_in_the_middle_of_the_body) {
     admin("POST", of_switch("/settings"), R"({"lldp":{}})", 201);
     misbehave({{"mode", "truncate"}, {"count", 1}});
     const Answer cut = check_in_at();
@@ -72,7 +72,7 @@ TEST_F(Misbehaving, ClosesInTheMiddleOfTheBody) {
     EXPECT_TRUE(sound.body.starts_with(cut.body));
 }
 
-TEST_F(Misbehaving, SendsTheBodySlowly) {
+TEST_F(Misbehaving, sends_the_body_slowly) {
     misbehave({{"mode", "slow"}, {"delay_ms", 60}, {"piece", 1}, {"count", 1}});
     const auto begin = std::chrono::steady_clock::now();
     const Answer answer = check_in_at();
@@ -80,7 +80,7 @@ TEST_F(Misbehaving, SendsTheBodySlowly) {
     EXPECT_EQ(answer.body, "{}");
 }
 
-TEST_F(Misbehaving, AltersTheBody) {
+TEST_F(Misbehaving, alters_the_body) {
     misbehave({{"mode", "corrupt"}, {"count", 1}});
     const Answer answer = check_in_at();
     EXPECT_TRUE(answer.whole);
@@ -93,7 +93,7 @@ struct BadCertificate {
     long verdict;
 };
 
-TEST_F(Misbehaving, ShowsBadCertificates) {
+TEST_F(Misbehaving, shows_bad_certificates) {
     const BadCertificate cases[] = {
         {"expired", X509_V_ERR_CERT_HAS_EXPIRED},
         {"unknown-ca", X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY},
@@ -112,20 +112,20 @@ TEST_F(Misbehaving, ShowsBadCertificates) {
     EXPECT_EQ(good.status, 200);
 }
 
-TEST_F(Misbehaving, ABadCertificateLeavesTheTimeOnTheSamePortAlone) {
+TEST_F(Misbehaving, a_bad_certificate_leaves_the_time_on_the_same_port_alone) {
     misbehave({{"mode", "expired"}, {"count", 1}});
     EXPECT_EQ(get({checkin_door().port, ""}, "/time").status, 200);
     EXPECT_FALSE(check_in_at().handshake);
 }
 
-TEST_F(Misbehaving, OnThePlainDoorSpoilsTheTime) {
+TEST_F(Misbehaving, on_the_plain_door_spoils_the_time) {
     misbehave({{"mode", "status"}, {"status", 503}, {"door", "plain"}, {"count", 1}});
     EXPECT_EQ(check_in_at().status, 200);
     EXPECT_EQ(get(plain_door(), "/time").status, 503);
     EXPECT_EQ(get(plain_door(), "/time").status, 200);
 }
 
-TEST_F(Misbehaving, ListsWhatIsInForce) {
+TEST_F(Misbehaving, lists_what_is_in_force) {
     misbehave({{"mode", "slow"}, {"count", 3}, {"delay_ms", 5}});
     misbehave({{"mode", "refuse"}, {"door", "keeper"}});
     check_in_at();
@@ -138,7 +138,7 @@ TEST_F(Misbehaving, ListsWhatIsInForce) {
     EXPECT_EQ(list[1]["door"], "keeper");
 }
 
-TEST_F(Misbehaving, ImpossibleOrdersAreRefused) {
+TEST_F(Misbehaving, impossible_orders_are_refused) {
     for (const char* order :
          {R"({})", R"([])", R"({"mode":"polite"})", R"({"mode":"status","door":"admin"})",
           R"({"mode":"expired","door":"keeper"})", R"({"mode":"refuse","count":1})",

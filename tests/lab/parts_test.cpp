@@ -9,7 +9,7 @@ namespace lab_test {
 
 namespace {
 
-TEST(RequestHead, KeepsLinesInTheOrderReceived) {
+TEST(RequestHead, keeps_lines_in_the_order_received) {
     const auto head = lab::parse_request_head(
         "POST /a%20b?c HTTP/1.1\r\nZ: 1\r\nA:  two words \t\r\nz: 3\r\nEmpty:\r\n\r\n");
     ASSERT_TRUE(head);
@@ -23,7 +23,7 @@ TEST(RequestHead, KeepsLinesInTheOrderReceived) {
     EXPECT_EQ(head->lines[3].value, "");
 }
 
-TEST(RequestHead, MustBeWhole) {
+TEST(RequestHead, must_be_whole) {
     for (const char* bytes :
          {"", "\r\n\r\n", "GET /\r\n\r\n", "GET / HTTP/1.1\r\n", "GET / HTTP/2\r\n\r\n",
           "GET / x HTTP/1.1\r\n\r\n", "GET / HTTP/1.1\nA: 1\n\n",
@@ -32,7 +32,7 @@ TEST(RequestHead, MustBeWhole) {
         EXPECT_FALSE(lab::parse_request_head(bytes)) << bytes;
 }
 
-TEST(Mac, IsTakenInBothForms) {
+TEST(Mac, is_taken_in_both_forms) {
     EXPECT_EQ(lab::canonical_mac("aa:Bb:0c:dd:ee:9F"), "AA:BB:0C:DD:EE:9F");
     EXPECT_EQ(lab::canonical_mac("aabb0cddee9f"), "AA:BB:0C:DD:EE:9F");
     for (const char* text :
@@ -42,14 +42,14 @@ TEST(Mac, IsTakenInBothForms) {
 }
 
 // RFC 4231, test case 2, cut into three parts.
-TEST(Signature, IsHmacSha256OverThePartsJoined) {
+TEST(Signature, is_hmac_sha256_over_the_parts_joined) {
     EXPECT_EQ(
         lab::request_signature("Jefe", "what do ya", " want for", " nothing?"),
         "5bdcc146bf60754e6a042426089575c75a003f089d2739839dec58b964ec3843");
 }
 
 // RFC 4231, test case 6: a secret longer than the hash's block.
-TEST(Signature, HashesALongSecretFirst) {
+TEST(Signature, hashes_a_long_secret_first) {
     EXPECT_EQ(
         lab::request_signature(
             std::string(131, '\xaa'), "Test Using Larger Than Block-Size Key", " - ",
@@ -58,7 +58,7 @@ TEST(Signature, HashesALongSecretFirst) {
 }
 
 // The worked example of docs/wire.md.
-TEST(Signature, FitsTheWorkedExample) {
+TEST(Signature, fits_the_worked_example) {
     EXPECT_EQ(
         lab::request_signature(
             "example-secret",

@@ -104,7 +104,7 @@ const Spoiling spoilings[] = {
 
 class Rejection : public Lab, public testing::WithParamInterface<Spoiling> {};
 
-TEST_P(Rejection, IsAnsweredLoggedAndCounted) {
+TEST_P(Rejection, is_answered_logged_and_counted) {
     Checkin checkin;
     GetParam().spoil(checkin);
     const Answer answer = check_in(checkin);
@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 using Checkins = Lab;
 
-TEST_F(Checkins, AGoodOneIsAcceptedAndItsReportKept) {
+TEST_F(Checkins, a_good_one_is_accepted_and_its_report_kept) {
     Checkin checkin;
     checkin.body = "{\n\t\"system\":\t{\n\t\t\"cloud\":\t{\n\t\t\t\"config_seqno\":\t7\n\t\t}\n\t},"
                    "\n\t\"lldp\":\t{\n\t}\n}";
@@ -141,7 +141,7 @@ TEST_F(Checkins, AGoodOneIsAcceptedAndItsReportKept) {
     EXPECT_EQ(event["sections"], Json::parse(R"(["lldp","system"])"));
 }
 
-TEST_F(Checkins, HeaderNamesIgnoreCaseAndOtherHeadersMayStandAnywhere) {
+TEST_F(Checkins, header_names_ignore_case_and_other_headers_may_stand_anywhere) {
     Checkin checkin;
     checkin.rearrange = [](std::vector<std::string>& lines) {
         lines[4].replace(0, 13, "authorization");
@@ -151,7 +151,7 @@ TEST_F(Checkins, HeaderNamesIgnoreCaseAndOtherHeadersMayStandAnywhere) {
     EXPECT_EQ(check_in(checkin).status, 200);
 }
 
-TEST_F(Checkins, AKeyMayHoldACommaAndASecretMayBeLong) {
+TEST_F(Checkins, a_key_may_hold_a_comma_and_a_secret_may_be_long) {
     const std::string key = "a,nonce=b,timestamp=c", secret(100, 's');
     admin("PUT", of_switch(""), Json{{"key", key}, {"secret", secret}}.dump());
     Checkin checkin;
@@ -160,32 +160,32 @@ TEST_F(Checkins, AKeyMayHoldACommaAndASecretMayBeLong) {
     EXPECT_EQ(check_in(checkin).status, 200);
 }
 
-TEST_F(Checkins, ABodyShorterThanItsLengthIsRefused) {
+TEST_F(Checkins, a_body_shorter_than_its_length_is_refused) {
     Checkin checkin;
     checkin.content_length = "20";
     const Answer answer = talk(checkin_door(), checkin.text(), true);
     EXPECT_EQ(counter("rejected.content-length"), 1) << answer.body;
 }
 
-TEST_F(Checkins, GarbageInsteadOfARequestIsRefused) {
+TEST_F(Checkins, garbage_instead_of_a_request_is_refused) {
     EXPECT_EQ(talk(checkin_door(), "what is this\r\n\r\n").status, 403);
     EXPECT_EQ(counter("rejected.malformed"), 1);
 }
 
-TEST_F(Checkins, OverPlainHttpIsRefused) {
+TEST_F(Checkins, over_plain_http_is_refused) {
     const Answer answer = talk({ports_["https"][0], ""}, Checkin().text());
     EXPECT_EQ(answer.status, 403);
     EXPECT_EQ(counter("rejected.scheme"), 1);
 }
 
-TEST_F(Checkins, ARepeatedRequestIsRefused) {
+TEST_F(Checkins, a_repeated_request_is_refused) {
     const Checkin checkin;
     EXPECT_EQ(check_in(checkin).status, 200);
     EXPECT_EQ(check_in(checkin).status, 403);
     EXPECT_EQ(counter("rejected.nonce"), 1);
 }
 
-TEST_F(Checkins, ARestartedSwitchMayRepeatItsNonces) {
+TEST_F(Checkins, a_restarted_switch_may_repeat_its_nonces) {
     Checkin checkin;
     checkin.timestamp -= 60;
     EXPECT_EQ(check_in(checkin).status, 200);
@@ -193,7 +193,7 @@ TEST_F(Checkins, ARestartedSwitchMayRepeatItsNonces) {
     EXPECT_EQ(check_in(checkin).status, 200);
 }
 
-TEST_F(Checkins, ARefusedRequestDoesNotUseUpItsNonce) {
+TEST_F(Checkins, a_refused_request_does_not_use_up_its_nonce) {
     Checkin checkin;
     checkin.secret = "wrong";
     EXPECT_EQ(check_in(checkin).status, 403);
@@ -201,7 +201,7 @@ TEST_F(Checkins, ARefusedRequestDoesNotUseUpItsNonce) {
     EXPECT_EQ(check_in(checkin).status, 200);
 }
 
-TEST_F(Checkins, TheWindowCanBeMovedWidenedAndDropped) {
+TEST_F(Checkins, the_window_can_be_moved_widened_and_dropped) {
     Checkin checkin;
     checkin.timestamp += 5000;
     EXPECT_EQ(check_in(checkin).status, 403);
@@ -217,7 +217,7 @@ TEST_F(Checkins, TheWindowCanBeMovedWidenedAndDropped) {
     EXPECT_EQ(check_in(checkin).status, 403);
 }
 
-TEST_F(Checkins, TheSecondDoorIsTheSameCloud) {
+TEST_F(Checkins, the_second_door_is_the_same_cloud) {
     EXPECT_EQ(talk(checkin_door(1), Checkin().text()).status, 200);
     EXPECT_EQ(admin_get(of_switch(""))["reports"], 1);
 }

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 using Restart = Lab;
 
-TEST_F(Restart, KeepsAccountsReportsSettingsActionsNoncesAndTheAuthority) {
+TEST_F(Restart, keeps_accounts_reports_settings_actions_nonces_and_the_authority) {
     Checkin checkin;
     checkin.body = R"({"n":1})";
     EXPECT_EQ(check_in(checkin).status, 200);
@@ -40,7 +40,7 @@ TEST_F(Restart, KeepsAccountsReportsSettingsActionsNoncesAndTheAuthority) {
     EXPECT_EQ(counter("checkin"), 2);
 }
 
-TEST_F(Restart, TwoLabsDoNotShareAPort) {
+TEST_F(Restart, two_labs_do_not_share_a_port) {
     lab::Options options = options_;
     options.data = folder_.path() / "second";
     options.admin_port = ports_["admin"];
@@ -48,7 +48,7 @@ TEST_F(Restart, TwoLabsDoNotShareAPort) {
     EXPECT_THROW(second.start(), std::runtime_error);
 }
 
-TEST_F(Restart, TheAuthorityFolderHoldsTheHashedCertificateAlone) {
+TEST_F(Restart, the_authority_folder_holds_the_hashed_certificate_alone) {
     size_t files = 0;
     for (const auto& entry : fs::directory_iterator(folder_.path() / "ca/trust")) {
         files++;
@@ -103,7 +103,7 @@ class Program : public testing::Test {
     TempFolder folder_;
 };
 
-TEST_F(Program, StartsChecksInAndStopsCleanlyWithAPollWaiting) {
+TEST_F(Program, starts_checks_in_and_stops_cleanly_with_a_poll_waiting) {
     const fs::path data = folder_.path() / "data";
     for (const int signal : {SIGTERM, SIGINT}) {
         const pid_t pid = run(
@@ -130,13 +130,13 @@ TEST_F(Program, StartsChecksInAndStopsCleanlyWithAPollWaiting) {
     }
 }
 
-TEST_F(Program, RefusesACommandLineItDoesNotUnderstand) {
+TEST_F(Program, refuses_a_command_line_it_does_not_understand) {
     EXPECT_EQ(exit_code(run({})), 2);
     EXPECT_EQ(exit_code(run({"--data"})), 2);
     EXPECT_EQ(exit_code(run({"--help"})), 0);
 }
 
-TEST(Options, AreReadFromTheCommandLine) {
+TEST(Options, are_read_from_the_command_line) {
     const auto options = lab::parse_options(
         {"--data",
          "/d",
@@ -180,7 +180,7 @@ TEST(Options, AreReadFromTheCommandLine) {
     EXPECT_TRUE(options.quiet);
 }
 
-TEST(Options, HaveDefaults) {
+TEST(Options, have_defaults) {
     const auto options = lab::parse_options({"--data", "d"});
     EXPECT_EQ(options.https_ports, std::vector<int>{0});
     EXPECT_EQ(options.keeper_ports, std::vector<int>{0});
@@ -188,7 +188,7 @@ TEST(Options, HaveDefaults) {
     EXPECT_FALSE(options.quiet);
 }
 
-TEST(Options, ThatMakeNoSenseAreRefused) {
+TEST(Options, that_make_no_sense_are_refused) {
     const std::vector<std::string> cases[] = {
         {},
         {"--data"},

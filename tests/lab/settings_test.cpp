@@ -16,7 +16,7 @@ class Settings : public Lab {
 
 int64_t seqno_in(const Json& reply) { return reply["system"]["cloud"]["config_seqno"]; }
 
-TEST_F(Settings, AreDeliveredWithANumberAndAcknowledgedByIt) {
+TEST_F(Settings, are_delivered_with_a_number_and_acknowledged_by_it) {
     const int64_t seqno = queue(R"({"qos":{"x":1},"system":{"jumbo_frames":{"size":9000}}})");
     EXPECT_GT(seqno, 1);
     EXPECT_EQ(state(0), "pending");
@@ -30,7 +30,7 @@ TEST_F(Settings, AreDeliveredWithANumberAndAcknowledgedByIt) {
     EXPECT_EQ(events("settings-acknowledged")[0]["config_seqno"], seqno);
 }
 
-TEST_F(Settings, KeepTheirMembersInOrderAndTheirOtherCloudSettings) {
+TEST_F(Settings, keep_their_members_in_order_and_their_other_cloud_settings) {
     queue(R"({"system":{"cloud":{"checkin_interval":60},"stp":{}},"acl":[]})");
     Checkin checkin;
     EXPECT_EQ(
@@ -38,7 +38,7 @@ TEST_F(Settings, KeepTheirMembersInOrderAndTheirOtherCloudSettings) {
         R"({"system":{"cloud":{"checkin_interval":60,"config_seqno":2},"stp":{}},"acl":[]})");
 }
 
-TEST_F(Settings, ComeAgainUntilTheNumberIsReported) {
+TEST_F(Settings, come_again_until_the_number_is_reported) {
     const int64_t seqno = queue(R"({"lldp":{}})");
     for (int try_number = 1; try_number <= 3; try_number++)
         EXPECT_EQ(seqno_in(report_seqno(1)), seqno);
@@ -46,7 +46,7 @@ TEST_F(Settings, ComeAgainUntilTheNumberIsReported) {
     EXPECT_EQ(report_seqno(seqno), Json::object());
 }
 
-TEST_F(Settings, AreNotRepeatedBeforeThePauseIsOver) {
+TEST_F(Settings, are_not_repeated_before_the_pause_is_over) {
     configure({{"redeliver_seconds", 3600}});
     queue(R"({"lldp":{}})");
     EXPECT_EQ(seqno_in(report_seqno(1)), 2);
@@ -55,7 +55,7 @@ TEST_F(Settings, AreNotRepeatedBeforeThePauseIsOver) {
     EXPECT_EQ(seqno_in(report_seqno(1)), 2);
 }
 
-TEST_F(Settings, AreGivenUpAfterTheLastTryAndTheNextOnesFollow) {
+TEST_F(Settings, are_given_up_after_the_last_try_and_the_next_ones_follow) {
     configure({{"redeliver_tries", 2}});
     queue(R"({"lldp":{}})");
     queue(R"({"qos":{}})");
@@ -66,14 +66,14 @@ TEST_F(Settings, AreGivenUpAfterTheLastTryAndTheNextOnesFollow) {
     EXPECT_EQ(events("settings-refused")[0]["config_seqno"], 2);
 }
 
-TEST_F(Settings, WithoutALimitAreNeverGivenUp) {
+TEST_F(Settings, without_a_limit_are_never_given_up) {
     configure({{"redeliver_tries", 0}});
     queue(R"({"lldp":{}})");
     for (int try_number = 1; try_number <= 15; try_number++)
         EXPECT_EQ(seqno_in(report_seqno(1)), 2);
 }
 
-TEST_F(Settings, AreDeliveredInTheOrderOfTheirNumbersOneAtATime) {
+TEST_F(Settings, are_delivered_in_the_order_of_their_numbers_one_at_a_time) {
     queue(R"({"lldp":{}})");
     queue(R"({"qos":{}})");
     EXPECT_TRUE(report_seqno(1).contains("lldp"));
@@ -84,7 +84,7 @@ TEST_F(Settings, AreDeliveredInTheOrderOfTheirNumbersOneAtATime) {
     EXPECT_EQ(report_seqno(3), Json::object());
 }
 
-TEST_F(Settings, GetAHigherNumberWhenTheSwitchIsAlreadyBeyond) {
+TEST_F(Settings, get_a_higher_number_when_the_switch_is_already_beyond) {
     queue(R"({"lldp":{}})");
     queue(R"({"qos":{}})");
     EXPECT_EQ(seqno_in(report_seqno(40)), 41);
@@ -93,7 +93,7 @@ TEST_F(Settings, GetAHigherNumberWhenTheSwitchIsAlreadyBeyond) {
     EXPECT_EQ(queue(R"({"lldp":{}})"), 43);
 }
 
-TEST_F(Settings, AlreadyDeliveredFollowASwitchThatWentBeyondThem) {
+TEST_F(Settings, already_delivered_follow_a_switch_that_went_beyond_them) {
     queue(R"({"lldp":{}})");
     EXPECT_EQ(seqno_in(report_seqno(1)), 2);
     EXPECT_EQ(seqno_in(report_seqno(7)), 8);
@@ -101,20 +101,20 @@ TEST_F(Settings, AlreadyDeliveredFollowASwitchThatWentBeyondThem) {
     EXPECT_EQ(state(0), "acknowledged");
 }
 
-TEST_F(Settings, CanBeWithdrawn) {
+TEST_F(Settings, can_be_withdrawn) {
     queue(R"({"lldp":{}})");
     admin("DELETE", of_switch("/settings/2"));
     EXPECT_EQ(report_seqno(1), Json::object());
     admin("DELETE", of_switch("/settings/2"), "", 404);
 }
 
-TEST_F(Settings, OfOneSwitchDoNotGoToAnother) {
+TEST_F(Settings, of_one_switch_do_not_go_to_another) {
     admin("PUT", "/switches/000000000001", R"({"key":"k","secret":"s"})", 201);
     admin("POST", "/switches/000000000001/settings", R"({"lldp":{}})", 201);
     EXPECT_EQ(report_seqno(1), Json::object());
 }
 
-TEST_F(Settings, ThatNoSwitchCouldTakeAreRefusedWithTheReason) {
+TEST_F(Settings, that_no_switch_could_take_are_refused_with_the_reason) {
     const std::pair<const char*, const char*> cases[] = {
         {"", "not JSON"},
         {"{", "not JSON"},
@@ -139,7 +139,7 @@ TEST_F(Settings, ThatNoSwitchCouldTakeAreRefusedWithTheReason) {
     EXPECT_TRUE(admin_get(of_switch("/settings")).empty());
 }
 
-TEST_F(Settings, AReportWithoutAUsableNumberAcknowledgesNothing) {
+TEST_F(Settings, a_report_without_a_usable_number_acknowledges_nothing) {
     queue(R"({"lldp":{}})");
     for (const char* body :
          {"{}", R"({"system":{}})", R"({"system":[]})",

@@ -59,7 +59,7 @@ template <class Read> std::uint64_t count(Read read, std::uint32_t port) {
 
 // ---- Ports ----
 
-TEST_F(ChipTest, APortWithoutItsPartnerHasNoLink) {
+TEST_F(ChipTest, a_port_without_its_partner_has_no_link) {
     std::uint32_t up = 7;
     chip.change([](sim::ChipState& state) { state.ports[3].plugged = false; });
     EXPECT_EQ(rsd_port_linkStatus_get(3, &up), 0);
@@ -69,7 +69,7 @@ TEST_F(ChipTest, APortWithoutItsPartnerHasNoLink) {
     EXPECT_EQ(up, 1u);
 }
 
-TEST_F(ChipTest, APortTakenDownLosesItsLinkAndGetsItBack) {
+TEST_F(ChipTest, a_port_taken_down_loses_its_link_and_gets_it_back) {
     plug(3);
     std::uint32_t up = 7, enable = 7;
     EXPECT_EQ(rsd_port_enable_set(3, 0), 0);
@@ -82,7 +82,7 @@ TEST_F(ChipTest, APortTakenDownLosesItsLinkAndGetsItBack) {
     EXPECT_EQ(up, 1u);
 }
 
-TEST_F(ChipTest, TheSetOfLinksHoldsEveryPortWithLink) {
+TEST_F(ChipTest, the_set_of_links_holds_every_port_with_link) {
     chip.change([](sim::ChipState& state) {
         for (sim::ChipPort& port : state.ports)
             port.plugged = false;
@@ -94,7 +94,7 @@ TEST_F(ChipTest, TheSetOfLinksHoldsEveryPortWithLink) {
     EXPECT_TRUE(links == ports({0, 17}));
 }
 
-TEST_F(ChipTest, TheChipKnowsItsPortsByItself) {
+TEST_F(ChipTest, the_chip_knows_its_ports_by_itself) {
     sim::Chip small(4);
     std::uint32_t words[4] = {4, 1, 0, 0};
     EXPECT_EQ(small.request(3457, words), sim::code_no_port);
@@ -106,7 +106,7 @@ TEST_F(ChipTest, TheChipKnowsItsPortsByItself) {
 
 // ---- Frame sizes ----
 
-TEST_F(ChipTest, FrameSizesAreKeptAndAPortFollowsTheSwitchUntilItHasItsOwn) {
+TEST_F(ChipTest, frame_sizes_are_kept_and_a_port_follows_the_switch_until_it_has_its_own) {
     std::uint32_t bytes = 0;
     EXPECT_EQ(rsd_switch_maxFrameSize_set(9216), 0);
     EXPECT_EQ(rsd_switch_maxFrameSize_get(&bytes), 0);
@@ -121,7 +121,7 @@ TEST_F(ChipTest, FrameSizesAreKeptAndAPortFollowsTheSwitchUntilItHasItsOwn) {
 
 // ---- Counters ----
 
-TEST_F(ChipTest, CountersGrowWithTimeOnPortsWithLinkOnly) {
+TEST_F(ChipTest, counters_grow_with_time_on_ports_with_link_only) {
     plug(1, {.rx_packets = 100, .tx_packets = 50, .packet_bytes = 512});
     chip.change([](sim::ChipState& state) {
         state.ports[2].plugged = false;
@@ -138,14 +138,14 @@ TEST_F(ChipTest, CountersGrowWithTimeOnPortsWithLinkOnly) {
     EXPECT_EQ(count(rsd_mib_etherStatsPkts_get, 2), 0u);
 }
 
-TEST_F(ChipTest, SlowTrafficIsNotLostBetweenShortSteps) {
+TEST_F(ChipTest, slow_traffic_is_not_lost_between_short_steps) {
     plug(1, {.rx_packets = 1, .tx_packets = 0, .packet_bytes = 64});
     for (int step = 0; step < 40; ++step)
         chip.advance(0.25);
     EXPECT_EQ(count(rsd_mib_etherStatsPkts64Octets_get, 1), 10u);
 }
 
-TEST_F(ChipTest, ACounterHoldsSixtyFourBitsAndIsCleared) {
+TEST_F(ChipTest, a_counter_holds_sixty_four_bits_and_is_cleared) {
     constexpr std::uint64_t most = 18446744073709551615u;
     chip.change([](sim::ChipState& state) {
         state.ports[1].counters[3010] = most;
@@ -160,7 +160,7 @@ TEST_F(ChipTest, ACounterHoldsSixtyFourBitsAndIsCleared) {
     EXPECT_EQ(rsd_mib_cntr_clr(28), sim::code_no_port);
 }
 
-TEST_F(ChipTest, SwitchWideCountersAreNoPorts) {
+TEST_F(ChipTest, switch_wide_counters_are_no_ports) {
     chip.change([](sim::ChipState& state) { state.counters[3063] = 12; });
     std::uint64_t value = 0;
     EXPECT_EQ(rsd_mib_cpuStatsPkts_get(&value), 0);
@@ -184,7 +184,7 @@ std::uint32_t users_of(std::uint8_t range) {
     return read.users;
 }
 
-TEST_F(ChipTest, EqualRangesShareAnIndexAndAreReadBack) {
+TEST_F(ChipTest, equal_ranges_share_an_index_and_are_read_back) {
     const AclPortRange web = {1, 80, 443, 0}, high = {2, 49152, 65535, 0};
     std::uint8_t first = 99, second = 99, other = 99;
     EXPECT_EQ(rsd_acl_l4port_range_set(&web, &first), 0);
@@ -200,7 +200,7 @@ TEST_F(ChipTest, EqualRangesShareAnIndexAndAreReadBack) {
     EXPECT_EQ(read.last, 443u);
 }
 
-TEST_F(ChipTest, ARangeCannotBeDeletedWhileAnEntryRefersToIt) {
+TEST_F(ChipTest, a_range_cannot_be_deleted_while_an_entry_refers_to_it) {
     const AclPortRange web = {1, 80, 443, 0};
     std::uint8_t range = 99;
     ASSERT_EQ(rsd_acl_l4port_range_set(&web, &range), 0);
@@ -220,7 +220,7 @@ TEST_F(ChipTest, ARangeCannotBeDeletedWhileAnEntryRefersToIt) {
     EXPECT_EQ(rsd_acl_l4port_range_del(range), sim::code_not_found);
 }
 
-TEST_F(ChipTest, RangesRunOutOnlyWhenEntriesReferToAllOfThem) {
+TEST_F(ChipTest, ranges_run_out_only_when_entries_refer_to_all_of_them) {
     std::uint8_t index = 99;
     for (std::uint32_t i = 0; i < sim::chip_l4_ranges; ++i) {
         const AclPortRange range = {1, i, 100, 0};
@@ -239,7 +239,7 @@ TEST_F(ChipTest, RangesRunOutOnlyWhenEntriesReferToAllOfThem) {
     EXPECT_EQ(index, 99);
 }
 
-TEST_F(ChipTest, ARangeBackwardBeyondThePortsOrOfNoKindIsRefused) {
+TEST_F(ChipTest, a_range_backward_beyond_the_ports_or_of_no_kind_is_refused) {
     std::uint8_t index = 99;
     for (const AclPortRange& range :
          {AclPortRange{1, 2, 1, 0}, AclPortRange{1, 1, 65536, 0}, AclPortRange{0, 1, 2, 0}})
@@ -249,7 +249,7 @@ TEST_F(ChipTest, ARangeBackwardBeyondThePortsOrOfNoKindIsRefused) {
 
 // ---- Mirrors and trunks ----
 
-TEST_F(ChipTest, AMirrorGroupIsKeptAndDeleted) {
+TEST_F(ChipTest, a_mirror_group_is_kept_and_deleted) {
     const MirrorGroup group = {5, 1, ports({1, 2}), ports({2})};
     EXPECT_EQ(rsd_mirror_group_set(2, &group), 0);
     auto mirror = chip.state().mirrors[2];
@@ -262,7 +262,7 @@ TEST_F(ChipTest, AMirrorGroupIsKeptAndDeleted) {
     EXPECT_EQ(rsd_mirror_group_set(sim::chip_mirror_groups, &group), sim::code_bad_value);
 }
 
-TEST_F(ChipTest, ATrunkHasItsModeItsActiveMembersAndGivesPortsTheirParts) {
+TEST_F(ChipTest, a_trunk_has_its_mode_its_active_members_and_gives_ports_their_parts) {
     const PortBitmap members = ports({4, 5});
     chip.change([](sim::ChipState& state) { state.ports[4].plugged = false; });
     plug(5);
@@ -293,7 +293,7 @@ TEST_F(ChipTest, ATrunkHasItsModeItsActiveMembersAndGivesPortsTheirParts) {
 
 // ---- Cable tests ----
 
-TEST_F(ChipTest, ACableTestFindsTheFaultThatIsThereWhenItRuns) {
+TEST_F(ChipTest, a_cable_test_finds_the_fault_that_is_there_when_it_runs) {
     CableResult result = {99, {}, {}};
     EXPECT_EQ(cablediag_getret(&result, 3), sim::code_not_found);
     EXPECT_EQ(result.port, 99u);
@@ -309,13 +309,13 @@ TEST_F(ChipTest, ACableTestFindsTheFaultThatIsThereWhenItRuns) {
     EXPECT_EQ(result.length_m[0], 30);
 }
 
-TEST_F(ChipTest, AFibrePortHasNoCableToTest) {
+TEST_F(ChipTest, a_fibre_port_has_no_cable_to_test) {
     EXPECT_EQ(rsd_cablediag_copper_set(28 - 10), sim::code_bad_value);
 }
 
 // ---- What is only stored ----
 
-TEST_F(ChipTest, AReadGivesBackWhatItsWriteTook) {
+TEST_F(ChipTest, a_read_gives_back_what_its_write_took) {
     std::uint32_t value = 9;
     EXPECT_EQ(dai_port_trust_set(4, 1), 0);
     EXPECT_EQ(dai_port_trust_get(4, &value), 0);
@@ -345,7 +345,7 @@ TEST_F(ChipTest, AReadGivesBackWhatItsWriteTook) {
     EXPECT_EQ(std::memcmp(&read, &written, sizeof read), 0);
 }
 
-TEST_F(ChipTest, AnAddressThatWasAddedIsFoundAndAnotherIsNot) {
+TEST_F(ChipTest, an_address_that_was_added_is_found_and_another_is_not) {
     L2MacEntry entry = {0, 10, {2, 0, 0, 0, 0, 1}, {}, 1, 0, ports({6})};
     EXPECT_EQ(rsd_l2_macEntry_add(&entry), 0);
     L2MacEntry wanted = {0, 10, {2, 0, 0, 0, 0, 1}, {}, 0, 0, {}};
@@ -355,7 +355,7 @@ TEST_F(ChipTest, AnAddressThatWasAddedIsFoundAndAnotherIsNot) {
     EXPECT_EQ(rsd_l2_macEntry_search(&wanted), sim::code_not_found);
 }
 
-TEST_F(ChipTest, ARuleOfAManagementListIsFoundByNameAndPriority) {
+TEST_F(ChipTest, a_rule_of_a_management_list_is_found_by_name_and_priority) {
     const AclMgmtEntry rule = {"office", {}, 10, 1, 3, 0xC0000200, 0xFFFFFF00, ports({1})};
     EXPECT_EQ(rsd_acl_mgmt_ace_add(&rule), 0);
     AclMgmtEntry wanted = {"office", {}, 10, 0, 0, 0, 0, {}};
@@ -363,7 +363,7 @@ TEST_F(ChipTest, ARuleOfAManagementListIsFoundByNameAndPriority) {
     EXPECT_EQ(wanted.address, 0xC0000200);
 }
 
-TEST_F(ChipTest, AListThatIsEmptyHasNoFirstEntry) {
+TEST_F(ChipTest, a_list_that_is_empty_has_no_first_entry) {
     L2MacEntry entry = {};
     EXPECT_EQ(rsd_l2_macEntry_get(0, &entry), sim::code_not_found);
     std::uint32_t entries = 9;
@@ -371,7 +371,7 @@ TEST_F(ChipTest, AListThatIsEmptyHasNoFirstEntry) {
     EXPECT_EQ(entries, 0u);
 }
 
-TEST_F(ChipTest, AnAnswerCanBePreset) {
+TEST_F(ChipTest, an_answer_can_be_preset) {
     struct {
         std::uint32_t words[4];
         L2MacEntry entry;
@@ -382,7 +382,7 @@ TEST_F(ChipTest, AnAnswerCanBePreset) {
     EXPECT_EQ(entry.age_s, 60u);
 }
 
-TEST_F(ChipTest, EveryOperationOfTheDriverIsACommandOfTheChip) {
+TEST_F(ChipTest, every_operation_of_the_driver_is_a_command_of_the_chip) {
     for (const Operation& operation : operations()) {
         const int code = operation.call();
         EXPECT_NE(code, sim::code_failed) << operation.name;
@@ -390,13 +390,13 @@ TEST_F(ChipTest, EveryOperationOfTheDriverIsACommandOfTheChip) {
     }
 }
 
-TEST_F(ChipTest, ANumberThatIsNoCommandIsRefused) {
+TEST_F(ChipTest, a_number_that_is_no_command_is_refused) {
     std::uint32_t words[4] = {};
     for (std::uint32_t number : {0u, 2u, 771u, 1731u, 3073u, 4682u, 5000u})
         EXPECT_EQ(chip.request(number, words), sim::code_failed) << number;
 }
 
-TEST_F(ChipTest, TheStoredCommandsAreInOrderAndEachReadsWriteHasTheSameRecord) {
+TEST_F(ChipTest, the_stored_commands_are_in_order_and_each_reads_write_has_the_same_record) {
     auto commands = sim::stored_commands();
     EXPECT_TRUE(
         std::ranges::is_sorted(commands, std::ranges::less_equal{}, &sim::StoredCommand::number));
@@ -410,14 +410,14 @@ TEST_F(ChipTest, TheStoredCommandsAreInOrderAndEachReadsWriteHasTheSameRecord) {
 
 // ---- Through the agent's edges ----
 
-TEST_F(ChipTest, WithoutItsDriverEveryRequestIs501) {
+TEST_F(ChipTest, without_its_driver_every_request_is_501) {
     board.device.driver_loaded = false;
     std::uint32_t enable = 7;
     EXPECT_EQ(rsd_port_enable_get(0, &enable), 501);
     EXPECT_EQ(enable, 7u);
 }
 
-TEST_F(ChipTest, RequestsMayComeFromManyThreadsWhileTimePasses) {
+TEST_F(ChipTest, requests_may_come_from_many_threads_while_time_passes) {
     plug(0, {.rx_packets = 1000, .tx_packets = 1000, .packet_bytes = 64});
     std::vector<std::thread> threads;
     for (std::uint32_t port = 0; port < 8; ++port)
