@@ -8,6 +8,8 @@
 #include "base/state.h"
 #include "platform/vxcloud.h"
 
+namespace {
+
 // What differs between the two.
 struct Credential {
     int (*store)(const char* text);
@@ -15,21 +17,20 @@ struct Credential {
     const char* failure;
 };
 
-static const Credential key_credential = {
-    sal_vxcloud_key_set, sal_vxcloud_key_get, "api_key_get fail\n"};
-static const Credential secret_credential = {
+const Credential key_credential = {sal_vxcloud_key_set, sal_vxcloud_key_get, "api_key_get fail\n"};
+const Credential secret_credential = {
     sal_vxcloud_secret_set, sal_vxcloud_secret_get, "api_secret_get fail\n"};
 
 // The bound text may be longer than the store takes: refusing it is the platform's part, for a text
 // cut here would lose the MAC and could never be read back.
-static int store_bound(const Credential& credential, const char* text) {
+int store_bound(const Credential& credential, const char* text) {
     char bound[CREDENTIAL_SIZE + MAC_TEXT_SIZE] = "";
     snprintf(bound, sizeof bound, "%s%s", text, macstr);
     return credential.store(bound);
 }
 
 // The length of the credential within `stored`, or -1 when another device stored it.
-static int bound_length(const char* stored) {
+int bound_length(const char* stored) {
     size_t length = strlen(stored);
     size_t suffix = strlen(macstr);
     if (length < suffix || strcmp(stored + length - suffix, macstr) != 0)
@@ -37,7 +38,7 @@ static int bound_length(const char* stored) {
     return static_cast<int>(length - suffix);
 }
 
-static int fetch_bound(const Credential& credential, char* destination) {
+int fetch_bound(const Credential& credential, char* destination) {
     if (!destination)
         return 1;
     char stored[CREDENTIAL_SIZE] = "";
@@ -50,6 +51,8 @@ static int fetch_bound(const Credential& credential, char* destination) {
     memcpy(destination, stored, static_cast<size_t>(length));
     return 0;
 }
+
+} // namespace
 
 int api_key_set(const char* key) { return store_bound(key_credential, key); }
 int api_secret_set(const char* secret) { return store_bound(secret_credential, secret); }

@@ -10,7 +10,9 @@
 
 uint32_t debug_flag;
 
-static void write_to_console(const char* text, size_t length) {
+namespace {
+
+void write_to_console(const char* text, size_t length) {
     int console = open("/dev/console", O_WRONLY);
     if (console < 0)
         return;
@@ -23,6 +25,8 @@ static void write_to_console(const char* text, size_t length) {
     }
     close(console);
 }
+
+} // namespace
 
 // A report is far longer than any buffer worth keeping, so the text is measured first.
 __attribute__((format(printf, 1, 0))) static void

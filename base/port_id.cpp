@@ -20,8 +20,10 @@ void format_port_id(int port, char* id) {
         snprintf(id, PORT_ID_SIZE, "%d", port + 1);
 }
 
+namespace {
+
 // Reads the decimal number behind `prefix`, with which `id` must begin, and adds `offset`.
-static bool read_number(const char* id, const char* prefix, int offset, int* port) {
+bool read_number(const char* id, const char* prefix, int offset, int* port) {
     size_t skipped = strlen(prefix);
     if (strncmp(id, prefix, skipped) != 0)
         return false;
@@ -36,6 +38,8 @@ static bool read_number(const char* id, const char* prefix, int offset, int* por
     *port = static_cast<int>(number);
     return true;
 }
+
+} // namespace
 
 // The last ten logical ports are two fibre ports and eight groups; the cloud counts from 1.
 bool parse_port_id(const char* id, int* port) {

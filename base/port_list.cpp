@@ -8,20 +8,24 @@
 #include "platform/system.h"
 #include "platform/types.h"
 
+namespace {
+
 enum { WORD_BITS = 32, BITMAP_PORTS = WORD_BITS * PORT_BITMAP_WORDS };
 
 // --- Bitmap to text.
 
-static bool is_set(const uint32_t* bitmap, int bit) {
+bool is_set(const uint32_t* bitmap, int bit) {
     return bitmap[bit / WORD_BITS] >> (bit % WORD_BITS) & 1;
 }
 
 // The first bit after `bit` that is not set.
-static int end_of_run(const uint32_t* bitmap, int bit, int ports) {
+int end_of_run(const uint32_t* bitmap, int bit, int ports) {
     while (bit < ports && is_set(bitmap, bit))
-        bit++;
+        ++bit;
     return bit;
 }
+
+} // namespace
 
 int Bitmap2numstr(const uint32_t* bitmap, char* text) {
     int ports = sys_logic_port_num_ret();
@@ -29,7 +33,7 @@ int Bitmap2numstr(const uint32_t* bitmap, char* text) {
         ports = BITMAP_PORTS;
     const char* separator = "";
     char* end = text + strlen(text);
-    for (int first = 0; first < ports; first++) {
+    for (int first = 0; first < ports; ++first) {
         if (!is_set(bitmap, first))
             continue;
         int last = end_of_run(bitmap, first, ports) - 1;
@@ -44,14 +48,16 @@ int Bitmap2numstr(const uint32_t* bitmap, char* text) {
 
 // --- Text to bitmap.
 
-static void set_bits(uint32_t* bitmap, uint32_t first, uint32_t end) {
-    for (uint32_t bit = first; bit < end; bit++)
+namespace {
+
+void set_bits(uint32_t* bitmap, uint32_t first, uint32_t end) {
+    for (uint32_t bit = first; bit < end; ++bit)
         bitmap[bit / WORD_BITS] |= uint32_t{1} << bit % WORD_BITS;
 }
 
 // The digits at `text` as a number, the highest one where they are too many, 0 where there are
 // none. `*end` is behind them.
-static uint32_t leading_number(const char* text, const char* limit, const char** end) {
+uint32_t leading_number(const char* text, const char* limit, const char** end) {
     uint32_t number = 0;
     auto [at, error] = std::from_chars(text, limit, number);
     *end = at;
@@ -59,7 +65,7 @@ static uint32_t leading_number(const char* text, const char* limit, const char**
 }
 
 // One field between two commas: "3", or "3-5", which must rise.
-static int add_field(const char* field, const char* limit, uint32_t* bitmap) {
+int add_field(const char* field, const char* limit, uint32_t* bitmap) {
     const char* dash;
     uint32_t first = leading_number(field, limit, &dash);
     if (first == 0 || (dash < limit && memchr(dash + 1, '-', limit - dash - 1)))
@@ -73,6 +79,8 @@ static int add_field(const char* field, const char* limit, uint32_t* bitmap) {
     set_bits(bitmap, first, last);
     return 0;
 }
+
+} // namespace
 
 int Numstr2bitmap(const char* text, uint32_t* bitmap) {
     if (text[strspn(text, "0123456789-,")])

@@ -8,14 +8,16 @@
 #include "base/errors.h"
 #include "platform/util.h"
 
-static int validate_part(const char* text) {
+namespace {
+
+int validate_part(const char* text) {
     uint32_t number;
     return sys_util_str2ul_ret(text, &number) || number > 255 ? ERROR_REFUSED : 0;
 }
 
 // `token` holds as many bytes as `text` with its terminator.
-static int validate_parts(const char* text, char* token) {
-    for (int part = 0; part < 3; part++) {
+int validate_parts(const char* text, char* token) {
+    for (int part = 0; part < 3; ++part) {
         int consumed = 0;
         if (int code = sys_util_getnext(text, '.', token, &consumed))
             return record_error(code);
@@ -25,6 +27,8 @@ static int validate_parts(const char* text, char* token) {
     }
     return validate_part(text);
 }
+
+} // namespace
 
 int ipv4_addr_validate(const char* text) {
     if (!text)
@@ -38,14 +42,18 @@ int ipv4_addr_validate(const char* text) {
     return code;
 }
 
+namespace {
+
 // Not isalpha(): the rule is ASCII in every locale.
-static bool is_letter(char letter) {
+bool is_letter(char letter) {
     return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
 }
 
-static bool is_name_character(char letter) {
+bool is_name_character(char letter) {
     return is_letter(letter) || (letter >= '0' && letter <= '9') || letter == '-';
 }
+
+} // namespace
 
 int systemName_validate(const char* name) {
     if (!name)
@@ -53,7 +61,7 @@ int systemName_validate(const char* name) {
     if (!is_letter(name[0]))
         return ERROR_BAD_VALUE;
     const char* last = name;
-    for (const char* next = name; *next; next++) {
+    for (const char* next = name; *next; ++next) {
         if (!is_name_character(*next))
             return ERROR_BAD_VALUE;
         last = next;

@@ -104,7 +104,7 @@ template <typename Json> cJSON* build() {
     Json::number(system, "uptime_seconds", 123456);
     cJSON* ports = Json::array();
     Json::add(system, "ports", ports);
-    for (int port = 0; port < 64; port++)
+    for (int port = 0; port < 64; ++port)
         add_port<Json>(ports, port);
     return root;
 }
@@ -165,7 +165,7 @@ constexpr int turn_length = 16;
 // What a build and a print take, the deletion left aside.
 template <typename Json> double build_and_print_seconds() {
     double seconds = 0;
-    for (int round = 0; round < turn_length; round++) {
+    for (int round = 0; round < turn_length; ++round) {
         double start = seconds_now();
         cJSON* root = build<Json>();
         char* text = Json::print(root);

@@ -17,6 +17,8 @@
 #include "transport/api_client.h"
 #include "transport/send.h"
 
+namespace {
+
 enum {
     RETRY_PAUSE = 10, // seconds
     HIGHEST_RETRY_WEIGHT = 10,
@@ -25,7 +27,7 @@ enum {
     FALLBACK_ATTEMPTS = 2,
 };
 
-static cJSON* build_report() {
+cJSON* build_report() {
     cJSON* report = createJsonObject();
     debug_print("api_checkin: before vxc_get pid %d\n", getpid());
     if (report)
@@ -34,7 +36,7 @@ static cJSON* build_report() {
     return report;
 }
 
-static char* print_report(const cJSON* report) {
+char* print_report(const cJSON* report) {
     char* body = printJson(report);
     if (!body)
         return nullptr;
@@ -44,18 +46,16 @@ static char* print_report(const cJSON* report) {
 }
 
 // An earlier attempt may have left a reply, such as a server's error page.
-static int32_t send_report(const char* host, const char* body, char** reply) {
+int32_t send_report(const char* host, const char* body, char** reply) {
     free(*reply);
     *reply = nullptr;
     return api_send_buff1(proto, host, Checkinstr, reply, body, gCattr.key, gCattr.secret);
 }
 
-static bool is_unreachable(int32_t result) {
-    return result == API_NO_HOST || result == API_NO_CONNECT;
-}
+bool is_unreachable(int32_t result) { return result == API_NO_HOST || result == API_NO_CONNECT; }
 
 // A refused connection costs as much patience as two names that cannot be resolved.
-static int weigh_failure(int32_t result, int weight) {
+int weigh_failure(int32_t result, int weight) {
     if (result == API_NO_HOST) {
         weight += NO_HOST_WEIGHT;
         debug_print(
@@ -71,7 +71,7 @@ static int weigh_failure(int32_t result, int weight) {
 }
 
 // The attempts alternate between IPv4 and any family, for a network may offer either one alone.
-static int32_t retry_after(int32_t result, const char* body, char** reply) {
+int32_t retry_after(int32_t result, const char* body, char** reply) {
     for (int weight = 0; weight < HIGHEST_RETRY_WEIGHT;) {
         if (weight > 0)
             debug_print("api_checkin: CheckinRetry pid %d\n", getpid());
@@ -87,16 +87,16 @@ static int32_t retry_after(int32_t result, const char* body, char** reply) {
     return API_FAILED;
 }
 
-static void note_established() {
+void note_established() {
     if (!checkin_connect_establish)
         checkin_connect_establish = 1;
 }
 
-static int32_t send_to_fallback(const char* body, char** reply) {
+int32_t send_to_fallback(const char* body, char** reply) {
     debug_print("retry by fallback host: %s\n", fallback_host);
     checkin_type = CHECKIN_IPV4_ONLY;
     int32_t result = API_FAILED;
-    for (int attempt = 0; attempt < FALLBACK_ATTEMPTS && result != API_OK; attempt++)
+    for (int attempt = 0; attempt < FALLBACK_ATTEMPTS && result != API_OK; ++attempt)
         result = send_report(fallback_host, body, reply);
     debug_print("api_checkin: api_send_buff1 finish %d\n", result);
     if (result >= API_NO_CONNECT && result <= API_REJECTED)
@@ -106,7 +106,7 @@ static int32_t send_to_fallback(const char* body, char** reply) {
     return result;
 }
 
-static int32_t exchange(const char* body, char** reply) {
+int32_t exchange(const char* body, char** reply) {
     if (!body)
         return API_REJECTED;
     checkin_type = CHECKIN_IPV4_ONLY;
@@ -125,21 +125,21 @@ static int32_t exchange(const char* body, char** reply) {
 }
 
 // A configuration is acknowledged only if all of it was taken: the cloud then sends it again.
-static void acknowledge(const cJSON* settings) {
+void acknowledge(const cJSON* settings) {
     const cJSON* cloud = getJsonObjectForKey(getJsonObjectForKey(settings, "system"), "cloud");
     const cJSON* seqno = getJsonObjectForKey(cloud, "config_seqno");
     if (error_count == 0 && getJsonBoolValue(seqno) == JSON_NUMBER)
         api_vxcloud_seqno_set(getJsonIntValue(seqno));
 }
 
-static void show_reply(const char* reply) {
+void show_reply(const char* reply) {
     char* shown = debug_flag ? redact_account(reply) : nullptr;
     if (shown)
         debug_print("\n%s\n\n", shown);
     free(shown);
 }
 
-static void apply_reply(const char* reply) {
+void apply_reply(const char* reply) {
     debug_print("---------------------------------------------\n");
     show_reply(reply);
     cJSON* settings = parseJsonString(reply);
@@ -152,6 +152,8 @@ static void apply_reply(const char* reply) {
     acknowledge(settings);
     deleteJsonObject(settings);
 }
+
+} // namespace
 
 void api_checkin() {
     setting_from_cloud = 0;

@@ -31,8 +31,10 @@
 #include "sections/uplink_port.h"
 #include "sections/voice_vlan.h"
 
+namespace {
+
 // For handlers that have no result.
-template <class Object, void (*handler)(Object*)> static int without_result(Object* object) {
+template <class Object, void (*handler)(Object*)> int without_result(Object* object) {
     handler(object);
     return 0;
 }
@@ -43,7 +45,7 @@ struct ReportBuilder {
     const char* failure; // for the system log, or null
 };
 
-static const ReportBuilder report_builders[] = {
+const ReportBuilder report_builders[] = {
     {"vxc_system_get", vxc_system_get, nullptr},
     {"vxc_acl_get", vxc_acl_get, nullptr},
     {"vxc_qos_get", vxc_qos_get, nullptr},
@@ -52,7 +54,7 @@ static const ReportBuilder report_builders[] = {
     {"vxc_diagnostic_get", vxc_diagnostic_get, "diagnostic get fail"},
 };
 
-static const ReportBuilder system_builders[] = {
+const ReportBuilder system_builders[] = {
     {nullptr, vxc_jumbo_frmGet, nullptr},
     {"vxc_cloud_get", without_result<cJSON, vxc_cloud_get>, nullptr},
     {"vxc_firmware_get", vxc_firmware_get, "firmware get fail"},
@@ -70,12 +72,14 @@ static const ReportBuilder system_builders[] = {
     {"vxc_access_get", vxc_access_get, "access get fail"},
 };
 
-static void run_builder(const ReportBuilder& builder, cJSON* object) {
+void run_builder(const ReportBuilder& builder, cJSON* object) {
     if (builder.name)
         debug_print("api_checkin: before %s pid %d\n", builder.name, getpid());
     if (builder.build(object) && builder.failure)
         log_failure(builder.failure);
 }
+
+} // namespace
 
 void vxc_get(cJSON* document) {
     for (const ReportBuilder& builder : report_builders)
@@ -91,6 +95,8 @@ int vxc_system_get(cJSON* document) {
     return 0;
 }
 
+namespace {
+
 // Where a section's key stands and what its setter is given: its own object, or "system", in which
 // it looks its key up itself. Orders are those of "system" that come after the save.
 enum Level { TOP_SECTION, SYSTEM_SECTION, SYSTEM_ORDER };
@@ -102,7 +108,7 @@ struct SectionSetter {
     const char* failure; // for the system log; without one the section always counts as applied
 };
 
-static const SectionSetter section_setters[] = {
+const SectionSetter section_setters[] = {
     {TOP_SECTION, "acl", vxc_acl_set, "Acl set fail"},
     {TOP_SECTION, "qos", vxc_qos_set, "Qos set fail"},
     {TOP_SECTION, "vlan", vxc_voice_vlan_set, "Voice Vlan set fail"},
@@ -122,7 +128,7 @@ static const SectionSetter section_setters[] = {
     {SYSTEM_ORDER, "reboot", vxc_reboot_set, "reboot set fail"},
 };
 
-static bool apply_section(const SectionSetter& setter, const cJSON* object) {
+bool apply_section(const SectionSetter& setter, const cJSON* object) {
     int code = setter.apply(object);
     if (setter.level == TOP_SECTION)
         setting_from_cloud = 1;
@@ -133,17 +139,19 @@ static bool apply_section(const SectionSetter& setter, const cJSON* object) {
 }
 
 // Applies what `holder` holds of one level; how many sections were applied.
-static int apply_level(Level level, const cJSON* holder) {
+int apply_level(Level level, const cJSON* holder) {
     int applied = 0;
     for (const SectionSetter& setter : section_setters) {
         if (setter.level != level)
             continue;
         const cJSON* section = getJsonObjectForKey(holder, setter.key);
         if (section && apply_section(setter, level == TOP_SECTION ? section : holder))
-            applied++;
+            ++applied;
     }
     return applied;
 }
+
+} // namespace
 
 int vxc_set(const cJSON* document) {
     int applied = apply_level(TOP_SECTION, document);

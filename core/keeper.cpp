@@ -20,6 +20,8 @@
 #include "platform/vxcloud.h"
 #include "transport/reply.h"
 
+namespace {
+
 enum {
     URL_SIZE = 256,
     LISTEN_TIMEOUT = 1800,    // seconds
@@ -32,28 +34,28 @@ enum {
 };
 
 // Both outlive a thread that is cancelled, so that nothing is lost with it.
-static api_reply capture;
-static CURLM* transfers;
+api_reply capture;
+CURLM* transfers;
 
-static void allow_cancellation(bool allowed) {
+void allow_cancellation(bool allowed) {
     int before;
     pthread_setcancelstate(allowed ? PTHREAD_CANCEL_ENABLE : PTHREAD_CANCEL_DISABLE, &before);
 }
 
-static void release_capture() {
+void release_capture() {
     free(capture.text);
     capture.text = nullptr;
     capture.length = 0;
 }
 
-static short poll_events(int socket, const fd_set* readable, const fd_set* writable) {
+short poll_events(int socket, const fd_set* readable, const fd_set* writable) {
     int events = FD_ISSET(socket, readable) ? POLLIN : 0;
     events |= FD_ISSET(socket, writable) ? POLLOUT : 0;
     return static_cast<short>(events);
 }
 
 // The sockets for which the transfer waits; their number.
-static nfds_t waited_sockets(pollfd* sockets) {
+nfds_t waited_sockets(pollfd* sockets) {
     fd_set readable;
     fd_set writable;
     fd_set exceptional;
@@ -63,21 +65,21 @@ static nfds_t waited_sockets(pollfd* sockets) {
     int highest = -1;
     curl_multi_fdset(transfers, &readable, &writable, &exceptional, &highest);
     nfds_t count = 0;
-    for (int socket = 0; socket <= highest && count < WAITED_SOCKETS; socket++) {
+    for (int socket = 0; socket <= highest && count < WAITED_SOCKETS; ++socket) {
         if (short events = poll_events(socket, &readable, &writable))
             sockets[count++] = {socket, events, 0};
     }
     return count;
 }
 
-static int longest_wait(bool has_sockets) {
+int longest_wait(bool has_sockets) {
     long wanted = -1;
     curl_multi_timeout(transfers, &wanted);
     int limit = has_sockets ? LONGEST_WAIT : WAIT_WITHOUT_SOCKET;
     return wanted < 0 || wanted > limit ? limit : static_cast<int>(wanted);
 }
 
-static void wait_for_network() {
+void wait_for_network() {
     pollfd sockets[WAITED_SOCKETS];
     nfds_t count = waited_sockets(sockets);
     int milliseconds = longest_wait(count > 0);
@@ -86,7 +88,7 @@ static void wait_for_network() {
     allow_cancellation(false);
 }
 
-static CURLcode outcome_of(const CURL* transfer) {
+CURLcode outcome_of(const CURL* transfer) {
     int left;
     while (const CURLMsg* message = curl_multi_info_read(transfers, &left)) {
         if (message->msg == CURLMSG_DONE && message->easy_handle == transfer)
@@ -96,7 +98,7 @@ static CURLcode outcome_of(const CURL* transfer) {
 }
 
 // The set of transfers refuses one only for want of memory.
-static CURLcode run_transfer(CURL* transfer) {
+CURLcode run_transfer(CURL* transfer) {
     if (!transfers)
         transfers = curl_multi_init();
     if (curl_multi_add_handle(transfers, transfer) != CURLM_OK)
@@ -107,7 +109,7 @@ static CURLcode run_transfer(CURL* transfer) {
     return outcome_of(transfer);
 }
 
-static void set_options(CURL* transfer, const char* url) {
+void set_options(CURL* transfer, const char* url) {
     curl_easy_setopt(transfer, CURLOPT_URL, url);
     curl_easy_setopt(transfer, CURLOPT_WRITEFUNCTION, api_write_cb);
     curl_easy_setopt(transfer, CURLOPT_WRITEDATA, &capture);
@@ -123,7 +125,7 @@ static void set_options(CURL* transfer, const char* url) {
 
 // The transfer leaves the set before it is released: otherwise its connection, on which an answer
 // is still due, stays in the set and the next request takes that answer for its own.
-static void release_transfer() {
+void release_transfer() {
     if (!thread_curl)
         return;
     curl_multi_remove_handle(transfers, thread_curl);
@@ -131,7 +133,7 @@ static void release_transfer() {
     thread_curl = nullptr;
 }
 
-static CURLcode listen_once(const char* url) {
+CURLcode listen_once(const char* url) {
     release_capture();
     capture.type = REPLY_IN_MEMORY;
     CURL* transfer = curl_easy_init();
@@ -146,7 +148,7 @@ static CURLcode listen_once(const char* url) {
     return result;
 }
 
-static void obey(const char* text) {
+void obey(const char* text) {
     cJSON* message = parseJsonString(text);
     if (getJsonObjectForKey(message, "action")) {
         perform_keeper_action(message);
@@ -159,7 +161,7 @@ static void obey(const char* text) {
 }
 
 // Nothing is done about the resolver: the message tells an engineer where to look.
-static void count_failure(int* failures) {
+void count_failure(int* failures) {
     allow_cancellation(true);
     sleep(PAUSE_AFTER_FAILURE);
     allow_cancellation(false);
@@ -170,6 +172,8 @@ static void count_failure(int* failures) {
     debug_print("connection-keeper: reset the DNS server setting\n");
     *failures = 0;
 }
+
+} // namespace
 
 void keeper_turn(const char* url, int* failures) {
     debug_print("%s\n\n", url);

@@ -18,11 +18,13 @@
 #include "sections/diagnostic.h"
 #include "sections/port/bounce.h"
 
-static void check_in(const cJSON*, int) { api_checkin(); }
+namespace {
 
-static void reboot(const cJSON*, int) { system("handler -f reboot 1> /dev/null 2> /dev/null &"); }
+void check_in(const cJSON*, int) { api_checkin(); }
 
-static void bounce_power(int port) {
+void reboot(const cJSON*, int) { system("handler -f reboot 1> /dev/null 2> /dev/null &"); }
+
+void bounce_power(int port) {
     if (port >= POE_PORTS)
         return;
     // A negative number must not wrap around to a port that exists.
@@ -37,29 +39,29 @@ static void bounce_power(int port) {
 }
 
 // The thread cannot be cancelled amidst this, which would leave the port disabled.
-static void reset_port(const cJSON*, int port) {
+void reset_port(const cJSON*, int port) {
     bounce_enabled_port(port);
     bounce_power(port);
     mark_port_reset(port);
 }
 
-static void clear_counters(const cJSON*, int port) { sal_mib_cntr_clr(port); }
+void clear_counters(const cJSON*, int port) { sal_mib_cntr_clr(port); }
 
-static void test_cable(const cJSON*, int port) { vxc_cable_test(port); }
+void test_cable(const cJSON*, int port) { vxc_cable_test(port); }
 
-static void trace_route(const cJSON* message, int) {
+void trace_route(const cJSON* message, int) {
     if (vxc_traceroute(message))
         log_failure("traceroute fail");
 }
 
-static void ping(const cJSON* message, int) {
+void ping(const cJSON* message, int) {
     if (vxc_ping_ipv4(message))
         log_failure("ping fail");
 }
 
-static void restart_agent(const cJSON*, int) { sal_vxcloud_kill(); }
+void restart_agent(const cJSON*, int) { sal_vxcloud_kill(); }
 
-static void apply_message(const cJSON* message, int) { api_test(message); }
+void apply_message(const cJSON* message, int) { api_test(message); }
 
 struct KeeperAction {
     const char* name;
@@ -69,7 +71,7 @@ struct KeeperAction {
     bool changes; // the cloud is to get a fresh report
 };
 
-static const KeeperAction actions[] = {
+const KeeperAction actions[] = {
     {"checkin", nullptr, "connection-keeper: checkin\n", check_in, false},
     {"reboot", nullptr, "connection-keeper: reboot\n", reboot, false},
     {"port_reset", parse_port_id, "connection-keeper: reset\n", reset_port, true},
@@ -81,7 +83,7 @@ static const KeeperAction actions[] = {
     {"api_test", nullptr, nullptr, apply_message, false},
 };
 
-static const KeeperAction* find_action(const char* name) {
+const KeeperAction* find_action(const char* name) {
     for (const KeeperAction& action : actions) {
         if (name && strcmp(action.name, name) == 0)
             return &action;
@@ -89,12 +91,14 @@ static const KeeperAction* find_action(const char* name) {
     return nullptr;
 }
 
-static bool find_port(const KeeperAction& action, const cJSON* message, int* port) {
+bool find_port(const KeeperAction& action, const cJSON* message, int* port) {
     if (!action.parse_port)
         return true;
     const char* id = getJsonStringValueForKey(message, "port");
     return id && action.parse_port(id, port);
 }
+
+} // namespace
 
 void perform_keeper_action(const cJSON* message) {
     const KeeperAction* action = find_action(getJsonStringValueForKey(message, "action"));

@@ -12,10 +12,12 @@
 #include "core/redact.h"
 #include "json/json_document.h"
 
-static const char request_path[] = "/tmp/vx_cloud_post";
+namespace {
+
+const char request_path[] = "/tmp/vx_cloud_post";
 enum { LONGEST_REQUEST = 20480, COMMAND_SIZE = 128 };
 
-static void apply_request(const char* content) {
+void apply_request(const char* content) {
     cJSON* document = parseJsonString(content);
     if (document)
         vxc_set(document);
@@ -24,7 +26,7 @@ static void apply_request(const char* content) {
     deleteJsonObject(document);
 }
 
-static void show_content(const char* content) {
+void show_content(const char* content) {
     char* shown = debug_flag ? redact_account(content) : nullptr;
     if (shown)
         debug_print("\n\ncontent %s\n\n\n", shown);
@@ -32,7 +34,7 @@ static void show_content(const char* content) {
 }
 
 // Reads the request into a buffer that is zeroed and one byte longer than the longest request.
-static bool read_request(char* content) {
+bool read_request(char* content) {
     FILE* file = fopen(request_path, "r");
     if (!file) {
         debug_print("\ncontent not exist\n\n\n");
@@ -45,14 +47,14 @@ static bool read_request(char* content) {
     return true;
 }
 
-static void remove_request() {
+void remove_request() {
     char command[COMMAND_SIZE] = "";
     snprintf(command, sizeof command, "rm %s", request_path);
     system(command);
     debug_print("\n\nDone and clean content\n\n\n");
 }
 
-static void serve_signal(int signal_number, char* content) {
+void serve_signal(int signal_number, char* content) {
     if (signal_number != SIGUSR1) {
         debug_print("\n\nLeave\n\n\n");
         return;
@@ -64,6 +66,8 @@ static void serve_signal(int signal_number, char* content) {
     remove_request();
 }
 
+} // namespace
+
 void handleAction(int signal_number) {
     int interrupted = errno;
     char* content = static_cast<char*>(calloc(LONGEST_REQUEST + 1, 1));
@@ -73,12 +77,16 @@ void handleAction(int signal_number) {
     errno = interrupted;
 }
 
-static void change_mask(int how) {
+namespace {
+
+void change_mask(int how) {
     sigset_t requests;
     sigemptyset(&requests);
     sigaddset(&requests, SIGUSR1);
     pthread_sigmask(how, &requests, nullptr);
 }
+
+} // namespace
 
 void block_local_requests() { change_mask(SIG_BLOCK); }
 

@@ -7,9 +7,11 @@
 #include "core/local_request.h"
 #include "platform/vxcloud.h"
 
+namespace {
+
 enum { PAUSE_WITHOUT_CONNECTION = 10 }; // seconds
 
-static void follow_keeper_host(KeeperThread* keeper) {
+void follow_keeper_host(KeeperThread* keeper) {
     debug_print("connection_url_change\n\n");
     stop_keeper(keeper);
     start_keeper(keeper);
@@ -17,7 +19,7 @@ static void follow_keeper_host(KeeperThread* keeper) {
 }
 
 // A local request does not shorten the interval.
-static void sleep_out_interval() {
+void sleep_out_interval() {
     debug_print("main : checkin_connect_establish\n");
     unsigned left = sleep_taking_requests(static_cast<unsigned>(CheckinInterval));
     while (left) {
@@ -27,7 +29,7 @@ static void sleep_out_interval() {
     }
 }
 
-static void pause_before_retry() {
+void pause_before_retry() {
     debug_print("main : checkin_connect_not_establish\n");
     if (checkin_connect_retry == 1) {
         checkin_connect_retry = 0;
@@ -36,6 +38,8 @@ static void pause_before_retry() {
     debug_print("main :  sleep(10)\n");
     sleep_taking_requests(PAUSE_WITHOUT_CONNECTION);
 }
+
+} // namespace
 
 void main_loop_turn(KeeperThread* keeper) {
     debug_print("main : sal_vxcloud_debug_flag_get\n");

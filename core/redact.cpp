@@ -5,15 +5,17 @@
 #include <string.h>
 #include <strings.h>
 
+namespace {
+
 // As the parser does, to which every control character is a blank.
-static char* skip_blanks(char* at) {
+char* skip_blanks(char* at) {
     while (*at && static_cast<unsigned char>(*at) <= ' ')
-        at++;
+        ++at;
     return at;
 }
 
 // The closing quote of the string that opens at `quote`, or the end of a text that lacks it.
-static char* end_of_string(char* quote) {
+char* end_of_string(char* quote) {
     char* at = quote + 1;
     while (*at && *at != '"')
         at += *at == '\\' && at[1] ? 2 : 1;
@@ -21,7 +23,7 @@ static char* end_of_string(char* quote) {
 }
 
 // Names match without regard to case, as they do when the document is read.
-static bool is_confidential(const char* name, size_t length) {
+bool is_confidential(const char* name, size_t length) {
     if (memchr(name, '\\', length))
         return true;
     static const char* const names[] = {"key", "secret"};
@@ -33,7 +35,7 @@ static bool is_confidential(const char* name, size_t length) {
 }
 
 // Stars out the text value that follows the name before `at`, if one does. Returns where to go on.
-static char* hide_value(char* at) {
+char* hide_value(char* at) {
     char* colon = skip_blanks(at);
     if (*colon != ':')
         return at;
@@ -44,6 +46,8 @@ static char* hide_value(char* at) {
     memset(value + 1, '*', static_cast<size_t>(end - value - 1));
     return *end ? end + 1 : end;
 }
+
+} // namespace
 
 char* redact_account(const char* document) {
     size_t size = strlen(document) + 1;

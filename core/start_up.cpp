@@ -15,9 +15,11 @@
 #include "platform/types.h"
 #include "platform/vxcloud.h"
 
+namespace {
+
 enum { SERVICES_COME_UP = 30, KEEPER_COMES_UP = 2, TRANSFER_TIMEOUT = 120 }; // seconds
 
-static void write_process_id() {
+void write_process_id() {
     FILE* file = fopen("/var/run/vx_cloud.pid", "w");
     if (!file)
         return;
@@ -25,7 +27,7 @@ static void write_process_id() {
     fclose(file);
 }
 
-static void name_switch() {
+void name_switch() {
     uint8_t mac[MAC_ADDRESS_SIZE] = {};
     sal_sys_macAddr_get(mac);
     snprintf(
@@ -36,20 +38,20 @@ static void name_switch() {
         mac[3], mac[4], mac[5]);
 }
 
-static void set_transport() {
+void set_transport() {
     checkin_connect_timeout = TRANSFER_TIMEOUT;
     checkin_timeout = TRANSFER_TIMEOUT;
     checkin_type = CHECKIN_ANY_ADDRESS;
 }
 
 // libcurl's own first use of itself is not safe between threads.
-static void launch_keeper(KeeperThread* keeper) {
+void launch_keeper(KeeperThread* keeper) {
     sal_vxcloud_connkeeper_host_get(ConnectionKeeperHost);
     curl_global_init(CURL_GLOBAL_DEFAULT);
     start_keeper(keeper);
 }
 
-static void load_cloud_settings() {
+void load_cloud_settings() {
     gCattr = {};
     sal_vxcloud_checkin_host_get(CheckinHost);
     sal_vxcloud_checkin_interval_get(&CheckinInterval);
@@ -57,10 +59,12 @@ static void load_cloud_settings() {
     snprintf(Checkinstr, sizeof Checkinstr, "/%s/%s/checkin", "cloud-switch", macaddrstr);
 }
 
-static void load_credentials() {
+void load_credentials() {
     api_key_get(gCattr.key);
     api_secret_get(gCattr.secret);
 }
+
+} // namespace
 
 void start_up(KeeperThread* keeper) {
     block_local_requests();

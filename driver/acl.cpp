@@ -8,8 +8,10 @@ static_assert(sizeof(AclRecord) == 336, "the driver's record");
 static_assert(offsetof(AclRecord, range) == 276, "the driver's record");
 static_assert(offsetof(AclRecord, range_index) == 296, "the driver's record");
 
+namespace {
+
 // The record that says which list, or which of its kind or entries, is meant.
-static AclRecord list_record(const char* name, uint32_t kind = 0, uint32_t index = 0) {
+AclRecord list_record(const char* name, uint32_t kind = 0, uint32_t index = 0) {
     AclRecord record = {};
     memcpy(record.name, name, strnlen(name, ACL_NAME_SIZE - 1));
     record.kind = kind;
@@ -17,14 +19,14 @@ static AclRecord list_record(const char* name, uint32_t kind = 0, uint32_t index
     return record;
 }
 
-static int list_write(uint32_t command, const char* name, uint32_t kind) {
+int list_write(uint32_t command, const char* name, uint32_t kind) {
     if (!name)
         return REQUEST_NULL_POINTER;
     AclRecord record = list_record(name, kind);
     return glue_util_ioctl(command, &record);
 }
 
-static int entry_write(uint32_t command, const char* name, const AclEntry* entry) {
+int entry_write(uint32_t command, const char* name, const AclEntry* entry) {
     if (!name || !entry)
         return REQUEST_NULL_POINTER;
     AclRecord record = list_record(name);
@@ -35,8 +37,7 @@ static int entry_write(uint32_t command, const char* name, const AclEntry* entry
 
 // Requests with `record` and, on success, hands its `member` to `result`.
 template <class Member>
-static int
-member_read(uint32_t command, AclRecord record, Member AclRecord::*member, Member* result) {
+int member_read(uint32_t command, AclRecord record, Member AclRecord::*member, Member* result) {
     if (!result)
         return REQUEST_NULL_POINTER;
     if (int code = glue_util_ioctl(command, &record))
@@ -46,13 +47,15 @@ member_read(uint32_t command, AclRecord record, Member AclRecord::*member, Membe
 }
 
 template <class Member>
-static int list_read(
+int list_read(
     uint32_t command, const char* name, uint32_t kind, uint32_t index, Member AclRecord::*member,
     Member* result) {
     if (!name)
         return REQUEST_NULL_POINTER;
     return member_read(command, list_record(name, kind, index), member, result);
 }
+
+} // namespace
 
 // clang-format off
 int rsd_acl_entry_create(const char* name, uint32_t kind) { return list_write(257, name, kind); }

@@ -5,7 +5,9 @@
 
 static_assert(sizeof(MibRecord) == 16, "the driver's record");
 
-static int read_counter(uint32_t command, uint32_t subject, uint64_t* count) {
+namespace {
+
+int read_counter(uint32_t command, uint32_t subject, uint64_t* count) {
     if (!count)
         return REQUEST_NULL_POINTER;
     MibRecord record = {subject, 0, 0};
@@ -15,19 +17,19 @@ static int read_counter(uint32_t command, uint32_t subject, uint64_t* count) {
     return 0;
 }
 
-static int port_counter(uint32_t command, uint32_t port, uint64_t* count) {
+int port_counter(uint32_t command, uint32_t port, uint64_t* count) {
     if (count && !is_logical_port(port))
         return REQUEST_BAD_PORT;
     return read_counter(command, port, count);
 }
 
-static int switch_counter(uint32_t command, uint64_t* count) {
-    return read_counter(command, 0, count);
-}
+int switch_counter(uint32_t command, uint64_t* count) { return read_counter(command, 0, count); }
 
-static int indexed_counter(uint32_t command, uint32_t counter, uint64_t* count) {
+int indexed_counter(uint32_t command, uint32_t counter, uint64_t* count) {
     return read_counter(command, counter, count);
 }
+
+} // namespace
 
 // clang-format off
 int rsd_mib_cntr_clr(uint32_t port) { return chip_request(2945, port); }

@@ -14,15 +14,15 @@ int glue_util_ioctl(uint32_t command, void* record) {
     return result;
 }
 
-static int write_words(uint32_t command, RequestWords words) {
-    return glue_util_ioctl(command, &words);
-}
+namespace {
 
-static int write_port_words(uint32_t command, RequestWords words) {
+int write_words(uint32_t command, RequestWords words) { return glue_util_ioctl(command, &words); }
+
+int write_port_words(uint32_t command, RequestWords words) {
     return is_logical_port(words.port) ? glue_util_ioctl(command, &words) : REQUEST_BAD_PORT;
 }
 
-static int read_words(uint32_t command, RequestWords words, uint32_t* value) {
+int read_words(uint32_t command, RequestWords words, uint32_t* value) {
     if (!value)
         return REQUEST_NULL_POINTER;
     if (int code = glue_util_ioctl(command, &words))
@@ -31,11 +31,13 @@ static int read_words(uint32_t command, RequestWords words, uint32_t* value) {
     return 0;
 }
 
-static int read_port_words(uint32_t command, RequestWords words, uint32_t* value) {
+int read_port_words(uint32_t command, RequestWords words, uint32_t* value) {
     if (value && !is_logical_port(words.port))
         return REQUEST_BAD_PORT;
     return read_words(command, words, value);
 }
+
+} // namespace
 
 int request_set(uint32_t command, uint32_t value) { return write_words(command, {0, 0, 0, value}); }
 

@@ -59,7 +59,7 @@ int getJsonBoolValue(const cJSON* node) {
         return JSON_UINT64;
     static const int kinds[] = {cJSON_False,  cJSON_True,  cJSON_NULL,  cJSON_Number,
                                 cJSON_String, cJSON_Array, cJSON_Object};
-    for (int type = JSON_FALSE; type <= JSON_OBJECT; type++) {
+    for (int type = JSON_FALSE; type <= JSON_OBJECT; ++type) {
         if ((node->type & NODE_KIND) == kinds[type])
             return type;
     }
@@ -83,11 +83,13 @@ double getJsonDoubleValueForKey(const cJSON* object, const char* name) {
 
 // --- Building.
 
+namespace {
+
 // A node, its member name and its text in one allocation: a report has thousands of members, and
 // allocating is most of what building one costs. The two flags tell cJSON_Delete that the texts are
 // not allocations of their own; they also make cJSON_Duplicate share the name with the original,
 // which is why the layer has no copy of a tree.
-static cJSON* new_node(int type, const char* name, const char* text) {
+cJSON* new_node(int type, const char* name, const char* text) {
     size_t name_size = name ? strlen(name) + 1 : 0;
     size_t text_size = text ? strlen(text) + 1 : 0;
     cJSON* node = static_cast<cJSON*>(cJSON_malloc(sizeof(cJSON) + name_size + text_size));
@@ -111,7 +113,7 @@ static cJSON* new_node(int type, const char* name, const char* text) {
 }
 
 // A double outside the range of an int is cut to the nearer end, as the parser does.
-static int truncated(double value) {
+int truncated(double value) {
     if (value >= INT32_MAX)
         return INT32_MAX;
     if (value <= INT32_MIN)
@@ -119,7 +121,7 @@ static int truncated(double value) {
     return value == value ? static_cast<int>(value) : 0;
 }
 
-static cJSON* new_number(const char* name, double value) {
+cJSON* new_number(const char* name, double value) {
     cJSON* node = new_node(cJSON_Number, name, nullptr);
     if (node) {
         node->valuedouble = value;
@@ -128,14 +130,14 @@ static cJSON* new_number(const char* name, double value) {
     return node;
 }
 
-static cJSON* new_uint32(const char* name, uint32_t value) {
+cJSON* new_uint32(const char* name, uint32_t value) {
     cJSON* node = new_node(cJSON_Number | NODE_UINT32, name, nullptr);
     if (node)
         memcpy(&node->valueint, &value, sizeof value);
     return node;
 }
 
-static cJSON* new_uint64(const char* name, uint64_t value) {
+cJSON* new_uint64(const char* name, uint64_t value) {
     cJSON* node = new_node(cJSON_Number | NODE_UINT64, name, nullptr);
     if (node)
         memcpy(&node->valuedouble, &value, sizeof value);
@@ -144,17 +146,19 @@ static cJSON* new_uint64(const char* name, uint64_t value) {
 
 // For a node that already carries its name; to cJSON, appending to an object is the same as
 // appending to an array.
-static void append(cJSON* parent, cJSON* node) {
+void append(cJSON* parent, cJSON* node) {
     if (node && node != parent && !cJSON_AddItemToArray(parent, node))
         cJSON_Delete(node);
 }
 
-static void append_member(cJSON* object, cJSON* node) {
+void append_member(cJSON* object, cJSON* node) {
     if (node && node->string)
         append(object, node);
     else
         cJSON_Delete(node);
 }
+
+} // namespace
 
 cJSON* createJsonObject() { return cJSON_CreateObject(); }
 
@@ -176,12 +180,16 @@ cJSON* cJSON_CreateLongUintNumber(uint32_t value) { return new_uint32(nullptr, v
 
 cJSON* cJSON_CreateLongLongUintNumber(uint64_t value) { return new_uint64(nullptr, value); }
 
-static cJSON* attach(cJSON* object, cJSON* node) {
+namespace {
+
+cJSON* attach(cJSON* object, cJSON* node) {
     if (!node || cJSON_AddItemToArray(object, node))
         return node;
     cJSON_Delete(node);
     return nullptr;
 }
+
+} // namespace
 
 cJSON* attachJsonObject(cJSON* object, const char* name) {
     return attach(object, new_node(cJSON_Object, name, nullptr));

@@ -12,9 +12,11 @@
 
 #include "json/json_node.h"
 
-static constexpr size_t first_text_size = 1024;
-static constexpr size_t first_depth = 16;
-static constexpr size_t number_size = 80; // a sign and 60 digits are the longest number
+namespace {
+
+constexpr size_t first_text_size = 1024;
+constexpr size_t first_depth = 16;
+constexpr size_t number_size = 80; // a sign and 60 digits are the longest number
 
 // Every writer below returns false when memory is short; the print is then given up.
 struct Printer {
@@ -28,7 +30,7 @@ struct Printer {
 
 // --- The buffer.
 
-static bool grow(Printer* out, size_t extra) {
+bool grow(Printer* out, size_t extra) {
     if (extra > SIZE_MAX / 2 - out->length)
         return false;
     size_t capacity = out->capacity ? out->capacity : first_text_size;
@@ -42,13 +44,13 @@ static bool grow(Printer* out, size_t extra) {
     return true;
 }
 
-static inline bool reserve(Printer* out, size_t extra) {
+inline bool reserve(Printer* out, size_t extra) {
     return out->capacity - out->length >= extra || grow(out, extra);
 }
 
-static inline void put(Printer* out, char letter) { out->text[out->length++] = letter; }
+inline void put(Printer* out, char letter) { out->text[out->length++] = letter; }
 
-static inline bool append(Printer* out, const char* text, size_t length) {
+inline bool append(Printer* out, const char* text, size_t length) {
     if (!reserve(out, length))
         return false;
     memcpy(out->text + out->length, text, length);
@@ -58,12 +60,12 @@ static inline bool append(Printer* out, const char* text, size_t length) {
 
 // --- Strings.
 
-static inline bool needs_escape(unsigned char letter) {
+inline bool needs_escape(unsigned char letter) {
     return letter < 0x20 || letter == '"' || letter == '\\';
 }
 
 // Whether one of the eight letters in `word` needs an escape, by the classic test for a zero byte.
-static inline bool eight_need_escape(uint64_t word) {
+inline bool eight_need_escape(uint64_t word) {
     constexpr uint64_t ones = 0x0101010101010101, tops = 0x8080808080808080;
     uint64_t quote = word ^ ones * '"', backslash = word ^ ones * '\\';
     return ((((word - ones * 0x20) & ~word) | ((quote - ones) & ~quote) |
@@ -74,7 +76,7 @@ static inline bool eight_need_escape(uint64_t word) {
 // Copies up to the first letter that needs an escape, and returns where that is. There is room for
 // all of it. Eight letters at a time, the last ones together with some that were copied before:
 // most names are a little longer than eight letters.
-static inline const char* put_plain_letters(Printer* out, const char* text, const char* end) {
+inline const char* put_plain_letters(Printer* out, const char* text, const char* end) {
     constexpr ptrdiff_t eight = sizeof(uint64_t);
     const bool overlaps = end - text >= eight;
     char* to = out->text + out->length;
@@ -101,7 +103,7 @@ static inline const char* put_plain_letters(Printer* out, const char* text, cons
     return text;
 }
 
-static void put_escape(Printer* out, unsigned char letter) {
+void put_escape(Printer* out, unsigned char letter) {
     static const char letters[] = "\"\\\b\f\n\r\t";
     static const char escapes[] = "\"\\bfnrt";
     static const char digits[] = "0123456789abcdef";
@@ -116,7 +118,7 @@ static void put_escape(Printer* out, unsigned char letter) {
 }
 
 // `text` may be null, as the name of a member that was never given one.
-static inline bool print_string(Printer* out, const char* text) {
+inline bool print_string(Printer* out, const char* text) {
     constexpr size_t longest_escape = 6, quotes = 2;
     size_t length = text ? strlen(text) : 0;
     const char* end = text + length;
@@ -136,7 +138,7 @@ static inline bool print_string(Printer* out, const char* text) {
 
 // --- Numbers.
 
-template <typename Integer> static void put_integer(Printer* out, Integer value) {
+template <typename Integer> void put_integer(Printer* out, Integer value) {
     char* start = out->text + out->length;
     out->length +=
         static_cast<size_t>(std::to_chars(start, start + number_size, value).ptr - start);
@@ -144,9 +146,9 @@ template <typename Integer> static void put_integer(Printer* out, Integer value)
 
 // `text` as the C library formatted it, with the decimal sign of the process's locale, which may be
 // several bytes long.
-static void put_with_point(Printer* out, const char* text) {
+void put_with_point(Printer* out, const char* text) {
     bool in_sign = false;
-    for (; *text; text++) {
+    for (; *text; ++text) {
         bool plain = strchr("+-e0123456789", *text) != nullptr;
         if (plain || !in_sign)
             put(out, plain ? *text : '.');
@@ -154,7 +156,7 @@ static void put_with_point(Printer* out, const char* text) {
     }
 }
 
-static void put_fraction(Printer* out, double value) {
+void put_fraction(Printer* out, double value) {
     char text[number_size];
     if (fabs(value) < 1e-6 || fabs(value) > 1e9)
         snprintf(text, sizeof text, "%e", value);
@@ -163,13 +165,13 @@ static void put_fraction(Printer* out, double value) {
     put_with_point(out, text);
 }
 
-static void put_large_whole(Printer* out, double value) {
+void put_large_whole(Printer* out, double value) {
     char text[number_size];
     snprintf(text, sizeof text, "%.0f", value);
     put_with_point(out, text);
 }
 
-static void put_double(Printer* out, double value, int truncated) {
+void put_double(Printer* out, double value, int truncated) {
     constexpr double whole_limit = 1e60;
     constexpr double int64_limit = 9e18; // a little inside the range of int64_t
     bool whole = fabs(floor(value) - value) <= DBL_EPSILON && fabs(value) < whole_limit;
@@ -183,7 +185,7 @@ static void put_double(Printer* out, double value, int truncated) {
         put_fraction(out, value);
 }
 
-static bool print_number(Printer* out, const cJSON* node) {
+bool print_number(Printer* out, const cJSON* node) {
     if (!reserve(out, number_size))
         return false;
     if (node->type & NODE_UINT32)
@@ -199,9 +201,9 @@ static bool print_number(Printer* out, const cJSON* node) {
 
 // --- The tree.
 
-static bool is_object(const cJSON* node) { return (node->type & NODE_KIND) == cJSON_Object; }
+bool is_object(const cJSON* node) { return (node->type & NODE_KIND) == cJSON_Object; }
 
-static bool indent(Printer* out) {
+bool indent(Printer* out) {
     static const char tabs[] = "\t\t\t\t\t\t\t\t";
     constexpr size_t step = sizeof tabs - 1;
     if (!reserve(out, out->depth + step))
@@ -212,7 +214,7 @@ static bool indent(Printer* out) {
     return true;
 }
 
-static bool enter(Printer* out, const cJSON* container) {
+bool enter(Printer* out, const cJSON* container) {
     if (out->depth == out->open_capacity) {
         size_t capacity = out->open_capacity ? out->open_capacity * 2 : first_depth;
         void* open = realloc(out->open, capacity * sizeof *out->open);
@@ -225,30 +227,30 @@ static bool enter(Printer* out, const cJSON* container) {
     return is_object(container) ? append(out, "{\n", 2) : append(out, "[", 1);
 }
 
-static bool leave(Printer* out) {
+bool leave(Printer* out) {
     const cJSON* container = out->open[--out->depth];
     return is_object(container) ? indent(out) && append(out, "}", 1) : append(out, "]", 1);
 }
 
-static bool is_member(const Printer* out) {
+bool is_member(const Printer* out) {
     return out->depth > 0 && is_object(out->open[out->depth - 1]);
 }
 
 // What stands before a value and after it depends on what it stands in.
-static bool print_name(Printer* out, const cJSON* node) {
+bool print_name(Printer* out, const cJSON* node) {
     if (!is_member(out))
         return true;
     return indent(out) && print_string(out, node->string) && append(out, ":\t", 2);
 }
 
-static bool print_separator(Printer* out, const cJSON* node) {
+bool print_separator(Printer* out, const cJSON* node) {
     if (is_member(out))
         return node->next ? append(out, ",\n", 2) : append(out, "\n", 1);
     return !node->next || append(out, ", ", 2);
 }
 
 // A whole value, or the opening of an object or array.
-static bool print_value(Printer* out, const cJSON* node) {
+bool print_value(Printer* out, const cJSON* node) {
     switch (node->type & NODE_KIND) {
     case cJSON_False:
         return append(out, "false", 5);
@@ -272,7 +274,7 @@ static bool print_value(Printer* out, const cJSON* node) {
 
 // Ends the value `*node`, and every object and array whose last value that is. `*node` becomes the
 // value to print next, or null.
-static bool advance(Printer* out, const cJSON** node) {
+bool advance(Printer* out, const cJSON** node) {
     while (out->depth > 0) {
         if (!print_separator(out, *node))
             return false;
@@ -289,7 +291,7 @@ static bool advance(Printer* out, const cJSON** node) {
 }
 
 // Without recursion: the depth of a document is its author's choice, the stack is the thread's.
-static bool print_tree(Printer* out, const cJSON* node) {
+bool print_tree(Printer* out, const cJSON* node) {
     while (node) {
         size_t depth = out->depth;
         if (!print_name(out, node) || !print_value(out, node))
@@ -304,6 +306,8 @@ static bool print_tree(Printer* out, const cJSON* node) {
     }
     return true;
 }
+
+} // namespace
 
 char* printJson(const cJSON* root) {
     Printer out = {};

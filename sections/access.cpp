@@ -8,20 +8,22 @@
 #include "json/json_document.h"
 #include "platform/access.h"
 
+namespace {
+
 // The web interface is one service to the cloud, known by its plain half.
-static int gui_set(int on) {
+int gui_set(int on) {
     if (int code = sal_sys_httpEnable_set(on))
         return code;
     return sal_sys_httpsEnable_set(on);
 }
 
-static int inetd_reload() {
+int inetd_reload() {
     if (int code = sal_sys_inetdConfig_set())
         return code;
     return sal_inetd_restart();
 }
 
-static int telnet_set(int on) {
+int telnet_set(int on) {
     if (int code = sal_sys_telnetdEnable_set(on))
         return code;
     if (int code = inetd_reload())
@@ -31,7 +33,7 @@ static int telnet_set(int on) {
     return 0;
 }
 
-static int ssh_set(int on) {
+int ssh_set(int on) {
     if (int code = sal_ssh_sshdEnable_set(on))
         return code;
     if (int code = inetd_reload())
@@ -39,13 +41,17 @@ static int ssh_set(int on) {
     return on ? 0 : sal_util_process_kill("/bin/sshd:");
 }
 
+} // namespace
+
 struct Service {
     const char* key;
     int (*get)(uint32_t* on);
     int (*set)(int on);
 };
 
-static const Service services[] = {
+namespace {
+
+const Service services[] = {
     {"gui", sal_sys_httpEnable_get, gui_set},
     {"telnet", sal_sys_telnetdEnable_get, telnet_set},
     {"ssh", sal_ssh_sshdEnable_get, ssh_set},
@@ -53,14 +59,16 @@ static const Service services[] = {
 
 enum { SERVICES = sizeof services / sizeof services[0] };
 
+} // namespace
+
 int vxc_access_get(cJSON* system) {
     uint32_t on[SERVICES] = {};
-    for (int i = 0; i < SERVICES; i++) {
+    for (int i = 0; i < SERVICES; ++i) {
         if (int code = services[i].get(&on[i]))
             return record_error(code);
     }
     cJSON* access = attachJsonObject(system, "device_access");
-    for (int i = 0; i < SERVICES; i++)
+    for (int i = 0; i < SERVICES; ++i)
         addJsonObjectBoolItem(access, services[i].key, on[i] != 0);
     return 0;
 }

@@ -10,7 +10,11 @@
 #include "json/json_document.h"
 #include "platform/vxcloud.h"
 
+namespace {
+
 enum { SHORTEST_INTERVAL = 60, LONGEST_INTERVAL = 3600 }; // seconds
+
+} // namespace
 
 void vxc_cloud_get(cJSON* system) {
     cJSON* cloud = attachJsonObject(system, "cloud");
@@ -23,13 +27,15 @@ void vxc_cloud_get(cJSON* system) {
     addJsonObjectIntItem(cloud, "checkin_interval", CheckinInterval);
 }
 
+namespace {
+
 // The main loop is to try the new settings at once instead of sleeping out its interval.
-static void ask_for_checkin() {
+void ask_for_checkin() {
     checkin_connect_retry = 1;
     checkin_connect_establish = 0;
 }
 
-static void ask_for_keeper_restart() { connection_url_change = 1; }
+void ask_for_keeper_restart() { connection_url_change = 1; }
 
 // A host that the store keeps; the agent's copy is always read back from there.
 struct HostSetting {
@@ -41,7 +47,7 @@ struct HostSetting {
 };
 
 // In the order of application: where both are given, "checkin_host" outlives "checkin_url".
-static const HostSetting hosts[] = {
+const HostSetting hosts[] = {
     {"fallback_host", sal_vxcloud_fallback_host_set, sal_vxcloud_fallback_host_get, fallback_host,
      ask_for_checkin},
     {"checkin_url", sal_vxcloud_checkin_host_set, sal_vxcloud_checkin_host_get, CheckinHost,
@@ -58,14 +64,14 @@ struct TransportSetting {
     int32_t* word;
 };
 
-static const TransportSetting transport_settings[] = {
+const TransportSetting transport_settings[] = {
     {"timeout", &checkin_timeout},
     {"connect_timeout", &checkin_connect_timeout},
     {"checkin_type", &checkin_type},
 };
 
 // One without the other is not an account.
-static void set_account(const cJSON* cloud) {
+void set_account(const cJSON* cloud) {
     const char* key = getJsonStringValueForKey(cloud, "key");
     const char* secret = getJsonStringValueForKey(cloud, "secret");
     if (!key || !secret)
@@ -76,7 +82,7 @@ static void set_account(const cJSON* cloud) {
     api_secret_set(gCattr.secret);
 }
 
-static int set_host(const cJSON* cloud, const HostSetting& setting) {
+int set_host(const cJSON* cloud, const HostSetting& setting) {
     const char* host = getJsonStringValueForKey(cloud, setting.key);
     if (!host)
         return 0;
@@ -87,7 +93,7 @@ static int set_host(const cJSON* cloud, const HostSetting& setting) {
     return 0;
 }
 
-static int set_hosts(const cJSON* cloud) {
+int set_hosts(const cJSON* cloud) {
     for (const HostSetting& setting : hosts) {
         if (int code = set_host(cloud, setting))
             return code;
@@ -95,7 +101,7 @@ static int set_hosts(const cJSON* cloud) {
     return 0;
 }
 
-static int set_interval(const cJSON* cloud) {
+int set_interval(const cJSON* cloud) {
     int found;
     int seconds = getJsonIntValueForKey(cloud, "checkin_interval", &found);
     if (!found)
@@ -108,7 +114,7 @@ static int set_interval(const cJSON* cloud) {
     return 0;
 }
 
-static void set_transport(const cJSON* cloud) {
+void set_transport(const cJSON* cloud) {
     for (const TransportSetting& setting : transport_settings) {
         int found;
         int value = getJsonIntValueForKey(cloud, setting.key, &found);
@@ -118,6 +124,8 @@ static void set_transport(const cJSON* cloud) {
         ask_for_checkin();
     }
 }
+
+} // namespace
 
 void vxc_cloud_set(const cJSON* system) {
     const cJSON* cloud = getJsonObjectForKey(system, "cloud");

@@ -18,15 +18,17 @@ int vxc_dark_mode_get(cJSON* system) {
     return 0;
 }
 
+namespace {
+
 // The first of several orders finds the mode to go back to.
-static void go_dark(uint32_t mode) {
+void go_dark(uint32_t mode) {
     debug_print("VX_cloud : dark_mode TRUE\n");
     if (mode != LED_MODE_DARK)
         saved_led_mode = mode;
     sal_swctrl_poe_led_mode_set(LED_MODE_DARK);
 }
 
-static void recover(uint32_t mode) {
+void recover(uint32_t mode) {
     if (mode != LED_MODE_DARK)
         return;
     if (saved_led_mode == LED_MODE_LAN)
@@ -35,6 +37,8 @@ static void recover(uint32_t mode) {
         debug_print("VX_cloud : recover to POE mode\n");
     sal_swctrl_poe_led_mode_set(saved_led_mode);
 }
+
+} // namespace
 
 int vxc_dark_mode_set(const cJSON* system) {
     if (!system)

@@ -23,24 +23,28 @@ void traceroute_output(char path[OUTPUT_PATH_SIZE]) {
 
 // --- The cable test.
 
+namespace {
+
 struct PairKeys {
     const char* state;
     const char* length;
 };
 
-static const PairKeys pairs[] = {
+const PairKeys pairs[] = {
     {"pair_a", "cable_a_length_m"},
     {"pair_b", "cable_b_length_m"},
     {"pair_c", "cable_c_length_m"},
     {"pair_d", "cable_d_length_m"},
 };
 
+} // namespace
+
 int diag_cable_test_get(cJSON* diagnostic) {
     if (!cable_test_pending)
         return 0;
     cJSON* test = attachJsonObject(diagnostic, "cable_test");
     addJsonObjectIntItem(test, "port", static_cast<int32_t>(cable_result.port + 1));
-    for (int pair = 0; pair < 4; pair++) {
+    for (int pair = 0; pair < 4; ++pair) {
         addJsonObjectIntItem(test, pairs[pair].state, cable_result.pair_state[pair]);
         addJsonObjectIntItem(test, pairs[pair].length, cable_result.length_m[pair]);
     }
@@ -51,18 +55,20 @@ int diag_cable_test_get(cJSON* diagnostic) {
 
 // --- Commands: their output, line by line.
 
+namespace {
+
 enum {
     LINE_SIZE = 200 + 1, // what is longer is taken for several lines
     TRACEROUTE_TEXT_SIZE = 32766 + 1,
     PING_TEXT_SIZE = 2046 + 1,
 };
 
-static const char separator[] = "\\r\\n"; // backslash, r, backslash, n
+const char separator[] = "\\r\\n"; // backslash, r, backslash, n
 
-static bool any_line(const char*) { return true; }
+bool any_line(const char*) { return true; }
 
 // A verbose traceroute dumps packets that are not for it, a word a line.
-static bool not_of_a_dump(const char* line) {
+bool not_of_a_dump(const char* line) {
     if (!strstr(line, ": x"))
         return true;
     debug_print("api_checkin: vxc_traceroute_get x occur\n");
@@ -71,7 +77,7 @@ static bool not_of_a_dump(const char* line) {
 
 // Joins lines until one does not fit. The last character of a line makes room for the separator,
 // whether it is a newline or not.
-static void join_lines(FILE* output, char* text, size_t size, bool (*wanted)(const char* line)) {
+void join_lines(FILE* output, char* text, size_t size, bool (*wanted)(const char* line)) {
     char line[LINE_SIZE];
     size_t length = 0;
     text[0] = '\0';
@@ -90,11 +96,13 @@ static void join_lines(FILE* output, char* text, size_t size, bool (*wanted)(con
 
 // --- Traceroute.
 
-static void remove_output(const char* path) {
+void remove_output(const char* path) {
     char command[sizeof "rm " + OUTPUT_PATH_SIZE];
     snprintf(command, sizeof command, "rm %s", path);
     system(command);
 }
+
+} // namespace
 
 int vxc_traceroute_get(cJSON* diagnostic) {
     if (traceroute_status != DIAGNOSTIC_READY)
@@ -132,10 +140,14 @@ int vxc_ping_ipv4_get(cJSON* diagnostic) {
 
 // --- The whole.
 
-static bool nothing_waits() {
+namespace {
+
+bool nothing_waits() {
     return ping_status != DIAGNOSTIC_READY && traceroute_status != DIAGNOSTIC_READY &&
            !cable_test_pending;
 }
+
+} // namespace
 
 int vxc_diagnostic_get(cJSON* report) {
     if (nothing_waits())

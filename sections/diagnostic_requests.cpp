@@ -28,13 +28,15 @@ struct Option {
     int otherwise; // stands in for what is out of range
 };
 
-static const Option hops_option = {"hops", 2, 255, 30};
-static const Option count_option = {"count", 1, 5, 4};
-static const Option interval_option = {"interval", 1, 5, 1}; // seconds
-static const Option size_option = {"size", 8, 5120, 56};     // bytes
+namespace {
+
+const Option hops_option = {"hops", 2, 255, 30};
+const Option count_option = {"count", 1, 5, 4};
+const Option interval_option = {"interval", 1, 5, 1}; // seconds
+const Option size_option = {"size", 8, 5120, 56};     // bytes
 
 // An option that is missing is passed on as 0; only what is given is kept in range.
-static unsigned option_value(const cJSON* message, const Option& option) {
+unsigned option_value(const cJSON* message, const Option& option) {
     int found;
     int value = getJsonIntValueForKey(message, option.key, &found);
     if (found && (value < option.lowest || value > option.highest))
@@ -42,23 +44,28 @@ static unsigned option_value(const cJSON* message, const Option& option) {
     return static_cast<unsigned>(value);
 }
 
+} // namespace
+
 // --- Command lines.
 
 struct FreeText {
     void operator()(char* text) const { free(text); }
 };
+
+namespace {
+
 using OwnedText = std::unique_ptr<char, FreeText>;
 
 // What a host may consist of to be passed on bare. That includes a leading "-": it is the host the
 // cloud named, and what the commands make of it is the worst that it can do.
-static const char plain_characters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-                                       "0123456789.-:_";
+const char plain_characters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                                "0123456789.-:_";
 
 // A text in single quotes, within which a shell takes everything but a single quote as it is; that
 // one is put between two quoted parts. `word` has four bytes a character and three more.
-static void quote(const char* text, char* word) {
+void quote(const char* text, char* word) {
     *word++ = '\'';
-    for (; *text; text++) {
+    for (; *text; ++text) {
         const char* written = *text == '\'' ? "'\\''" : nullptr;
         size_t length = written ? 4 : 1;
         memcpy(word, written ? written : text, length);
@@ -69,7 +76,7 @@ static void quote(const char* text, char* word) {
 
 // A host of any length as one word of a command line; null where memory is short. The message comes
 // from a channel that anyone can write to, so nothing in it may be a command to the shell.
-static OwnedText host_word(const char* host) {
+OwnedText host_word(const char* host) {
     size_t length = strlen(host);
     OwnedText word(static_cast<char*>(malloc(4 * length + 3)));
     if (!word)
@@ -80,6 +87,8 @@ static OwnedText host_word(const char* host) {
         quote(host, word.get());
     return word;
 }
+
+} // namespace
 
 __attribute__((format(printf, 1, 2))) static OwnedText command_line(const char* format, ...) {
     va_list arguments, again;
@@ -97,7 +106,9 @@ __attribute__((format(printf, 1, 2))) static OwnedText command_line(const char* 
 
 // --- Traceroute.
 
-static OwnedText traceroute_command(const char* host, unsigned hops) {
+namespace {
+
+OwnedText traceroute_command(const char* host, unsigned hops) {
     OwnedText word = host_word(host);
     char path[OUTPUT_PATH_SIZE];
     traceroute_output(path);
@@ -105,7 +116,7 @@ static OwnedText traceroute_command(const char* host, unsigned hops) {
 }
 
 // A lock that cannot be given back blocks every later traceroute of this process.
-static int run_locked(const char* command) {
+int run_locked(const char* command) {
     if (int code = sal_sys_tracerouteLock_check())
         return record_error(code);
     if (int code = sal_sys_tracerouteLock_take())
@@ -117,6 +128,8 @@ static int run_locked(const char* command) {
     traceroute_status = DIAGNOSTIC_READY;
     return 0;
 }
+
+} // namespace
 
 int vxc_traceroute(const cJSON* message) {
     if (traceroute_status != DIAGNOSTIC_IDLE)
@@ -134,8 +147,10 @@ int vxc_traceroute(const cJSON* message) {
 
 // --- Ping.
 
+namespace {
+
 // A name is for the command to judge, but 0.0.0.0 would be the switch itself.
-static int check_address(const char* host) {
+int check_address(const char* host) {
     if (sal_util_ipv4StrValidate_ret(host, 1) != 1)
         return 0;
     uint32_t address = 0;
@@ -144,7 +159,7 @@ static int check_address(const char* host) {
     return address == 0 ? ERROR_REFUSED : 0;
 }
 
-static OwnedText ping_command(const char* host, const cJSON* message) {
+OwnedText ping_command(const char* host, const cJSON* message) {
     unsigned count = option_value(message, count_option);
     unsigned interval = option_value(message, interval_option);
     unsigned size = option_value(message, size_option);
@@ -154,6 +169,8 @@ static OwnedText ping_command(const char* host, const cJSON* message) {
                       ping_output)
                 : nullptr;
 }
+
+} // namespace
 
 int vxc_ping_ipv4(const cJSON* message) {
     if (ping_status != DIAGNOSTIC_IDLE)

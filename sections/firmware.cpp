@@ -15,6 +15,8 @@
 #include "platform/system.h"
 #include "sections/firmware_upgrade.h"
 
+namespace {
+
 enum {
     UPGRADED_PAUSE = 2, // seconds
     SELECTED_PAUSE = 1,
@@ -24,7 +26,7 @@ enum {
 // --- Report.
 
 // Without an image the text stays empty.
-static void read_version(int partition, char* version) {
+void read_version(int partition, char* version) {
     uint32_t length, built;
     uint8_t digest[FW_DIGEST_SIZE];
     char raw_version[FW_RAW_VERSION_SIZE] = {};
@@ -32,7 +34,7 @@ static void read_version(int partition, char* version) {
         sal_filter_ver_get(raw_version, version);
 }
 
-static cJSON* status_array() {
+cJSON* status_array() {
     int32_t codes[2];
     int count = 0;
     if (error_count)
@@ -42,12 +44,14 @@ static cJSON* status_array() {
     return createJsonIntArray(codes, count);
 }
 
+} // namespace
+
 int vxc_firmware_get(cJSON* system) {
     int selected = 0;
     if (int code = sal_sys_dualImageCurrSel_get(&selected))
         return code;
     char versions[FW_PARTITIONS][FW_VERSION_SIZE] = {};
-    for (int partition = 0; partition < FW_PARTITIONS; partition++)
+    for (int partition = 0; partition < FW_PARTITIONS; ++partition)
         read_version(partition, versions[partition]);
     cJSON* firmware = attachJsonObject(system, "firmware");
     addJsonObjectIntItem(firmware, "active_partition", selected + 1);
@@ -62,8 +66,10 @@ int vxc_firmware_get(cJSON* system) {
 
 enum Outcome { NO_UPGRADE, UPGRADED, UPGRADE_FAILED };
 
+namespace {
+
 // Says why on the console and on standard error.
-static bool lock_failed(int code, const char* text, const char* call) {
+bool lock_failed(int code, const char* text, const char* call) {
     if (!code)
         return false;
     debug_print("%s", text);
@@ -72,7 +78,7 @@ static bool lock_failed(int code, const char* text, const char* call) {
     return true;
 }
 
-static bool lock_taken() {
+bool lock_taken() {
     int code = pthread_mutex_trylock(&vx_fm_mutex);
     if (code == EBUSY) {
         debug_print("vxc_firmware_set is processing\n");
@@ -82,18 +88,16 @@ static bool lock_taken() {
         code, "vxc_firmware_set pthread_mutex_trylock error\n", "pthread_mutex_trylock");
 }
 
-static bool lock_released() {
+bool lock_released() {
     return !lock_failed(
         pthread_mutex_unlock(&vx_fm_mutex), "vxc_firmware_set pthread_mutex_unlock error\n",
         "pthread_mutex_unlock");
 }
 
 // Numbers of partitions are the cloud's word: the lowest int has no predecessor, and wraps.
-static int partition_index(int number) {
-    return static_cast<int>(static_cast<uint32_t>(number) - 1);
-}
+int partition_index(int number) { return static_cast<int>(static_cast<uint32_t>(number) - 1); }
 
-static Outcome upgrade(const cJSON* firmware) {
+Outcome upgrade(const cJSON* firmware) {
     int found;
     int partition = getJsonIntValueForKey(firmware, "upgrade_partition", &found);
     const char* url = getJsonStringValueForKey(firmware, "upgrade_url");
@@ -107,7 +111,7 @@ static Outcome upgrade(const cJSON* firmware) {
     return UPGRADED;
 }
 
-static void select_partition(const cJSON* firmware) {
+void select_partition(const cJSON* firmware) {
     int found;
     int partition = getJsonIntValueForKey(firmware, "active_partition", &found);
     if (found) {
@@ -118,7 +122,7 @@ static void select_partition(const cJSON* firmware) {
 }
 
 // A failed upgrade keeps the switch up, so that the cloud hears of it in the next report.
-static void restart(const cJSON* firmware, Outcome outcome) {
+void restart(const cJSON* firmware, Outcome outcome) {
     int found;
     if (outcome == UPGRADE_FAILED)
         return;
@@ -128,6 +132,8 @@ static void restart(const cJSON* firmware, Outcome outcome) {
     if (factory_reset || outcome == UPGRADED)
         sal_sys_reboot();
 }
+
+} // namespace
 
 int vxc_firmware_set(const cJSON* system) {
     const cJSON* firmware = getJsonObjectForKey(system, "firmware");

@@ -7,6 +7,8 @@
 #include "base/errors.h"
 #include "platform/firmware.h"
 
+namespace {
+
 enum {
     ATTEMPTS = 3,
     SETTLE_PAUSE = 10, // seconds, between writing a partition and reading it back
@@ -14,20 +16,24 @@ enum {
     FLAG_BAD_IMAGE = 102,
 };
 
+} // namespace
+
 uint32_t flags[STATUS_FLAGS];
 
-static const char* const image_file = "/tmp/tmp_vmlinux.bix";
-static const char* const backup_file = "/tmp/tmp_backup.bix";
+namespace {
+
+const char* const image_file = "/tmp/tmp_vmlinux.bix";
+const char* const backup_file = "/tmp/tmp_backup.bix";
 
 // Other codes are not worth a flag: nothing is wrong with an image.
-static void flag_image_fault(int code) {
+void flag_image_fault(int code) {
     if (code == FW_NO_IMAGE)
         flags[0] = FLAG_NO_IMAGE;
     else if (code == FW_BAD_IMAGE)
         flags[0] = FLAG_BAD_IMAGE;
 }
 
-static int download(const char* url) {
+int download(const char* url) {
     int code = sal_fwImage_download(image_file, url);
     debug_print("sal_fwImage_download ret %d\n", code);
     if (code) {
@@ -38,13 +44,13 @@ static int download(const char* url) {
     return code;
 }
 
-static int write_partition(int partition) {
+int write_partition(int partition) {
     int code = sal_sys_fwImage_write(image_file, partition);
     debug_print("sal_sys_fwImage_write to partition %d ret %d\n", partition, code);
     return code;
 }
 
-static int read_back(int partition) {
+int read_back(int partition) {
     sleep(SETTLE_PAUSE);
     debug_print("sal_sys_fwImage_backup at partition %d start\n", partition);
     int code = sal_sys_fwImage_backup(partition, backup_file);
@@ -52,8 +58,10 @@ static int read_back(int partition) {
     return code;
 }
 
+} // namespace
+
 int vxc_upgrade(const char* url, int partition) {
-    for (int attempt = 1;; attempt++) {
+    for (int attempt = 1;; ++attempt) {
         if (int code = download(url))
             return code;
         if (int code = write_partition(partition))
@@ -68,12 +76,16 @@ int vxc_upgrade(const char* url, int partition) {
     }
 }
 
-static int header_read(int partition) {
+namespace {
+
+int header_read(int partition) {
     uint32_t length, built;
     uint8_t digest[FW_DIGEST_SIZE];
     char raw_version[FW_RAW_VERSION_SIZE];
     return sal_sys_fwImageHdrInfo_get(partition, &length, &built, digest, raw_version);
 }
+
+} // namespace
 
 // Without a second image the selection is left alone, whichever partition is asked for.
 void vxc_act_partiton_set(int partition) {

@@ -6,7 +6,9 @@
 #include "platform/igmp.h"
 #include "platform/vlan.h"
 
-static int vlan_read(uint32_t vid, McastVlan* vlan) {
+namespace {
+
+int vlan_read(uint32_t vid, McastVlan* vlan) {
     *vlan = {};
     vlan->vid = vid;
     vlan->family = MCAST_FAMILY_IPV4;
@@ -15,7 +17,7 @@ static int vlan_read(uint32_t vid, McastVlan* vlan) {
 
 // --- Report.
 
-static int vlan_report(cJSON* list, int index) {
+int vlan_report(cJSON* list, int index) {
     uint32_t vid = 0;
     VlanEntry entry = {};
     McastVlan vlan;
@@ -31,16 +33,18 @@ static int vlan_report(cJSON* list, int index) {
     return 0;
 }
 
-static int vlans_report(cJSON* list) {
+int vlans_report(cJSON* list) {
     uint32_t count = 0;
     if (int code = sal_vlan_operEntryNum_get(&count))
         return record_error(code);
-    for (uint32_t index = 0; index < count; index++) {
+    for (uint32_t index = 0; index < count; ++index) {
         if (int code = vlan_report(list, static_cast<int>(index)))
             return record_error(code);
     }
     return 0;
 }
+
+} // namespace
 
 int vxc_igmp_get(cJSON* system) {
     uint32_t enable = 0;
@@ -57,7 +61,9 @@ int vxc_igmp_get(cJSON* system) {
 
 // --- Settings.
 
-static int enable_set(const cJSON* igmp) {
+namespace {
+
+int enable_set(const cJSON* igmp) {
     int found;
     int enable = getJsonBoolValueForKey(igmp, "enable", &found);
     return found ? sal_igmp_enable_set(enable != JSON_FALSE) : 0;
@@ -65,14 +71,14 @@ static int enable_set(const cJSON* igmp) {
 
 // IGMPv3 runs only while groups are looked up by group and VLAN; otherwise the version stays as it
 // is.
-static int version_3_set() {
+int version_3_set() {
     uint32_t lookup = IGMP_LOOKUP_BY_GROUP;
     if (int code = sal_igmp_lookupMode_get(&lookup))
         return code;
     return lookup == IGMP_LOOKUP_BY_GROUP ? sal_igmp_operVersion_set(3) : 0;
 }
 
-static int version_set(const cJSON* igmp) {
+int version_set(const cJSON* igmp) {
     int found;
     int version = getJsonIntValueForKey(igmp, "version", &found);
     if (!found)
@@ -80,14 +86,14 @@ static int version_set(const cJSON* igmp) {
     return version == 3 ? version_3_set() : sal_igmp_operVersion_set(2);
 }
 
-static void overwrite(const cJSON* item, const char* key, uint32_t* setting) {
+void overwrite(const cJSON* item, const char* key, uint32_t* setting) {
     int found;
     int value = getJsonBoolValueForKey(item, key, &found);
     if (found)
         *setting = value != JSON_FALSE;
 }
 
-static int vlan_set(const cJSON* item, int vid) {
+int vlan_set(const cJSON* item, int vid) {
     McastVlan vlan;
     if (int code = vlan_read(static_cast<uint32_t>(vid), &vlan))
         return code;
@@ -96,7 +102,7 @@ static int vlan_set(const cJSON* item, int vid) {
     return sal_mcast_vlan_set(&vlan);
 }
 
-static void vlans_set(const cJSON* list) {
+void vlans_set(const cJSON* list) {
     for (const cJSON* item = getJsonChild(list); item; item = getJsonNext(item)) {
         int found;
         int vid = getJsonIntValueForKey(item, "id", &found);
@@ -108,6 +114,8 @@ static void vlans_set(const cJSON* list) {
         }
     }
 }
+
+} // namespace
 
 int vxc_igmp_set(const cJSON* system) {
     const cJSON* igmp = getJsonObjectForKey(system, "igmp");

@@ -7,7 +7,11 @@
 #include "json/json_document.h"
 #include "platform/switch.h"
 
+namespace {
+
 enum { SMALLEST_LIMIT = 1522, LARGEST_LIMIT = 9216 };
+
+} // namespace
 
 int vxc_jumbo_frmGet(cJSON* system) {
     cJSON* frames = attachJsonObject(system, "jumbo_frames");

@@ -12,6 +12,8 @@
 #include "platform/util.h"
 #include "sections/lldp_timers.h"
 
+namespace {
+
 enum {
     REPORTED_NEIGHBOURS = 5,     // of one port
     LOCAL_PORTS = 73,            // neighbours behind higher ports are not reported
@@ -21,7 +23,7 @@ enum {
 
 // --- Timers.
 
-static int timers_read(LldpTimers* now) {
+int timers_read(LldpTimers* now) {
     if (int code = sal_lldp_enable_get(&now->enable))
         return code;
     if (int code = sal_lldp_tx_interval_get(&now->interval))
@@ -32,6 +34,8 @@ static int timers_read(LldpTimers* now) {
         return code;
     return sal_lldp_tx_delay_get(&now->transmit_delay);
 }
+
+} // namespace
 
 int vxc_lldp_get_setting(cJSON* lldp) {
     LldpTimers now = {};
@@ -48,18 +52,20 @@ int vxc_lldp_get_setting(cJSON* lldp) {
 
 // --- What the switch tells about itself.
 
+namespace {
+
 // By subtype of a port id, from 1.
-static const char* const port_id_subtypes[] = {
+const char* const port_id_subtypes[] = {
     "Interface Alias", "Port Component",   "Mac Address", "Network Address",
     "Interface Name",  "Agent Circuit Id", "Local",
 };
 
-static const char* port_id_subtype_name(int subtype) {
+const char* port_id_subtype_name(int subtype) {
     enum { SUBTYPES = sizeof port_id_subtypes / sizeof *port_id_subtypes };
     return subtype >= 1 && subtype <= SUBTYPES ? port_id_subtypes[subtype - 1] : "";
 }
 
-static int identity_read(char* system_name, char* mac_text) {
+int identity_read(char* system_name, char* mac_text) {
     uint8_t mac[MAC_ADDRESS_SIZE] = {};
     if (int code = sal_sys_systemName_get(system_name))
         return code;
@@ -67,6 +73,8 @@ static int identity_read(char* system_name, char* mac_text) {
         return code;
     return sys_util_mac2Str(mac, mac_text);
 }
+
+} // namespace
 
 int vxc_lldp_get_local_device_info(cJSON* lldp) {
     char system_name[256] = "", mac_text[32] = "";
@@ -86,30 +94,35 @@ int vxc_lldp_get_local_device_info(cJSON* lldp) {
 
 // --- Neighbours.
 
+namespace {
+
 // Every byte from 0x80 up counts as unsafe too, so a letter of UTF-8 becomes several spaces.
-static bool is_safe(char byte) { return byte >= ' ' && byte <= '~'; }
+bool is_safe(char byte) { return byte >= ' ' && byte <= '~'; }
+
+} // namespace
 
 int sn_json_validstr_conv(const char* in, char* out) {
     size_t length = strlen(in) % 256;
-    for (size_t i = 0; i < length; i++)
+    for (size_t i = 0; i < length; ++i)
         out[i] = is_safe(in[i]) ? in[i] : ' ';
     return 0;
 }
 
+namespace {
+
 // A text that fills its place has no terminator of its own.
-template <size_t size> static void text_copy(char (&copy)[size + 1], const char (&text)[size]) {
+template <size_t size> void text_copy(char (&copy)[size + 1], const char (&text)[size]) {
     memcpy(copy, text, size);
     copy[size] = '\0';
 }
 
-template <size_t size>
-static void add_text(cJSON* item, const char* key, const char (&text)[size]) {
+template <size_t size> void add_text(cJSON* item, const char* key, const char (&text)[size]) {
     char copy[size + 1];
     text_copy(copy, text);
     addJsonObjectStringItem(item, key, copy);
 }
 
-static void add_chassis_id(cJSON* item, const LldpNeighbour& neighbour) {
+void add_chassis_id(cJSON* item, const LldpNeighbour& neighbour) {
     char chassis_id[sizeof neighbour.chassis_id + 1];
     char clean[CLEAN_TEXT_SIZE] = {};
     text_copy(chassis_id, neighbour.chassis_id);
@@ -117,7 +130,7 @@ static void add_chassis_id(cJSON* item, const LldpNeighbour& neighbour) {
     addJsonObjectStringItem(item, "chassis_id", clean);
 }
 
-static void neighbour_report(cJSON* remote, const LldpNeighbour& neighbour) {
+void neighbour_report(cJSON* remote, const LldpNeighbour& neighbour) {
     cJSON* item = createJsonObject();
     addJsonObjectIntItem(item, "port", static_cast<int32_t>(neighbour.local_port) + 1);
     add_text(item, "chassis_id_subtype", neighbour.chassis_id_subtype);
@@ -134,7 +147,7 @@ static void neighbour_report(cJSON* remote, const LldpNeighbour& neighbour) {
     addJsonArrayItem(remote, item);
 }
 
-static int place_report(cJSON* remote, int port, int index) {
+int place_report(cJSON* remote, int port, int index) {
     LldpNeighbour neighbour = {};
     char port_name[32]; // asked for as a check of the port only
     if (int code = sal_lldp_portRemoteEntryInfo_get(port, index, &neighbour))
@@ -147,11 +160,13 @@ static int place_report(cJSON* remote, int port, int index) {
     return 0;
 }
 
+} // namespace
+
 int vxc_lldp_get_remote_device_info(cJSON* lldp) {
     cJSON* remote = attachJsonArray(lldp, "remote");
     int ports = sys_logic_port_num_ret() - TRUNK_GROUPS;
-    for (int port = 0; port < ports; port++) {
-        for (int index = 0; index < REPORTED_NEIGHBOURS; index++) {
+    for (int port = 0; port < ports; ++port) {
+        for (int index = 0; index < REPORTED_NEIGHBOURS; ++index) {
             if (int code = place_report(remote, port, index))
                 return record_error(code);
         }

@@ -5,6 +5,8 @@
 #include "platform/lldp.h"
 #include "sections/lldp_timers.h"
 
+namespace {
+
 enum {
     LOWEST_INTERVAL = 5,
     LOWEST_MULTIPLIER = 2,
@@ -12,7 +14,7 @@ enum {
     LONGEST_TIME_TO_LIVE = 65535, // seconds
 };
 
-static int timers_read(LldpTimers* now) {
+int timers_read(LldpTimers* now) {
     if (int code = sal_lldp_enable_get(&now->enable))
         return code;
     if (int code = sal_lldp_holdtime_get(&now->multiplier))
@@ -25,14 +27,14 @@ static int timers_read(LldpTimers* now) {
 }
 
 // A number wider than the value that it is for loses its upper bits.
-template <class Value> static void take(const cJSON* settings, const char* key, Value* value) {
+template <class Value> void take(const cJSON* settings, const char* key, Value* value) {
     int found;
     int number = getJsonIntValueForKey(settings, key, &found);
     if (found)
         *value = static_cast<Value>(number);
 }
 
-static void timers_take(const cJSON* settings, LldpTimers* wanted) {
+void timers_take(const cJSON* settings, LldpTimers* wanted) {
     int found;
     int enable = getJsonBoolValueForKey(settings, "enable", &found);
     if (found)
@@ -43,11 +45,9 @@ static void timers_take(const cJSON* settings, LldpTimers* wanted) {
     take(settings, "transmit_delay", &wanted->transmit_delay);
 }
 
-static bool within(uint32_t value, uint32_t low, uint32_t high) {
-    return value >= low && value <= high;
-}
+bool within(uint32_t value, uint32_t low, uint32_t high) { return value >= low && value <= high; }
 
-static bool go_together(const LldpTimers& timers) {
+bool go_together(const LldpTimers& timers) {
     return within(timers.interval, LOWEST_INTERVAL, 32767) &&
            timers.multiplier * timers.interval <= LONGEST_TIME_TO_LIVE &&
            timers.transmit_delay <= timers.interval >> 2 &&
@@ -56,7 +56,7 @@ static bool go_together(const LldpTimers& timers) {
 }
 
 // From the lowest values no step meets the platform's own checks of one timer against another.
-static int timers_lower() {
+int timers_lower() {
     if (int code = sal_lldp_tx_delay_set(LOWEST_TRANSMIT_DELAY))
         return code;
     if (int code = sal_lldp_tx_interval_set(LOWEST_INTERVAL))
@@ -64,7 +64,7 @@ static int timers_lower() {
     return sal_lldp_holdtime_set(LOWEST_MULTIPLIER);
 }
 
-static int timers_write(const LldpTimers& wanted) {
+int timers_write(const LldpTimers& wanted) {
     if (int code = timers_lower())
         return code;
     if (int code = sal_lldp_enable_set(wanted.enable))
@@ -79,6 +79,8 @@ static int timers_write(const LldpTimers& wanted) {
         return code;
     return sal_lldp_tx_delay_set(wanted.transmit_delay);
 }
+
+} // namespace
 
 int vxc_lldp_set(const cJSON* lldp) {
     LldpTimers timers = {};

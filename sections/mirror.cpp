@@ -16,11 +16,9 @@ struct Mirror {
     char rx[PORT_NUMBERS_SIZE];
 };
 
-} // namespace
-
 // --- Report.
 
-static int sources_read(int group, Mirror* mirror) {
+int sources_read(int group, Mirror* mirror) {
     PortBitmap rx = {}, tx = {};
     uint32_t on = 0;
     if (int code = sal_mirror_group_state_get(group, &on))
@@ -34,7 +32,7 @@ static int sources_read(int group, Mirror* mirror) {
     return sal_util_bitmap2numstr(&rx, mirror->rx);
 }
 
-static int mirror_read(int group, Mirror* mirror) {
+int mirror_read(int group, Mirror* mirror) {
     if (int code = sal_mirror_group_targetPort_get(group, &mirror->target, &mirror->state))
         return code;
     if (mirror->state != 1)
@@ -44,7 +42,7 @@ static int mirror_read(int group, Mirror* mirror) {
     return sources_read(group, mirror);
 }
 
-static void mirror_report(cJSON* list, int group, const Mirror& mirror) {
+void mirror_report(cJSON* list, int group, const Mirror& mirror) {
     cJSON* item = createJsonObject();
     addJsonObjectIntItem(item, "id", group + 1);
     addJsonObjectIntItem(item, "destination_port", mirror.target + 1);
@@ -55,9 +53,11 @@ static void mirror_report(cJSON* list, int group, const Mirror& mirror) {
     addJsonArrayItem(list, item);
 }
 
+} // namespace
+
 int vxc_mirror_get(cJSON* system) {
     cJSON* list = attachJsonArray(system, "port_mirror");
-    for (int group = 0; group < MIRROR_GROUPS; group++) {
+    for (int group = 0; group < MIRROR_GROUPS; ++group) {
         Mirror mirror = {};
         if (int code = mirror_read(group, &mirror))
             return record_error(code);
@@ -68,8 +68,10 @@ int vxc_mirror_get(cJSON* system) {
 
 // --- Settings.
 
+namespace {
+
 // A set of ports for which there is no list stays as it is.
-static int ports_wanted(const cJSON* element, const char* key, PortBitmap* ports) {
+int ports_wanted(const cJSON* element, const char* key, PortBitmap* ports) {
     const char* list = getJsonStringValueForKey(element, key);
     if (!list)
         return 0;
@@ -78,7 +80,7 @@ static int ports_wanted(const cJSON* element, const char* key, PortBitmap* ports
 }
 
 // A group that cannot tell its sources is written with those that the cloud names.
-static int sources_wanted(const cJSON* element, int group, PortBitmap* rx, PortBitmap* tx) {
+int sources_wanted(const cJSON* element, int group, PortBitmap* rx, PortBitmap* tx) {
     sal_mirror_group_sourcePort_get(group, rx, tx);
     if (int code = ports_wanted(element, "source_rx_port", rx))
         return code;
@@ -86,7 +88,7 @@ static int sources_wanted(const cJSON* element, int group, PortBitmap* rx, PortB
 }
 
 // A group that is switched off goes out of the chip first.
-static int target_wanted(const cJSON* element, int group, int* target) {
+int target_wanted(const cJSON* element, int group, int* target) {
     int found;
     uint32_t state = getJsonBoolValueForKey(element, "session_state", &found) != JSON_FALSE;
     if (!found) {
@@ -103,7 +105,7 @@ static int target_wanted(const cJSON* element, int group, int* target) {
     return 0;
 }
 
-static int group_set(const cJSON* element, int group) {
+int group_set(const cJSON* element, int group) {
     int target = 0;
     PortBitmap rx = {}, tx = {};
     if (int code = target_wanted(element, group, &target))
@@ -118,6 +120,8 @@ static int group_set(const cJSON* element, int group) {
     int ingress = getJsonIntValueForKey(element, "ingress_state", &found);
     return found ? sal_mirror_group_igrState_set(group, ingress) : 0;
 }
+
+} // namespace
 
 int vxc_mirror_set(const cJSON* system) {
     const cJSON* list = getJsonObjectForKey(system, "port_mirror");

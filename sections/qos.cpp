@@ -7,9 +7,13 @@
 #include "json/json_document.h"
 #include "platform/qos.h"
 
+namespace {
+
 // The cloud counts queues from 1, the platform from 0; likewise trust modes from 0 and types from
 // 1.
 enum { STRICT_PRIORITY = 0, NO_STRICT_PRIORITY = 1, LAST_TRUST_MODE = 2 };
+
+} // namespace
 
 // --- Report.
 
@@ -38,10 +42,11 @@ int vx_qosTurstMode_get(cJSON* qos) {
     return 0;
 }
 
-static int
-queue_map_get(cJSON* qos, const char* key, int size, int (*get)(int mark, uint32_t* queue)) {
+namespace {
+
+int queue_map_get(cJSON* qos, const char* key, int size, int (*get)(int mark, uint32_t* queue)) {
     cJSON* map = attachJsonArray(qos, key);
-    for (int mark = 0; mark < size; mark++) {
+    for (int mark = 0; mark < size; ++mark) {
         uint32_t queue = 0;
         if (int code = get(mark, &queue))
             return record_error(code);
@@ -53,6 +58,8 @@ queue_map_get(cJSON* qos, const char* key, int size, int (*get)(int mark, uint32
     return 0;
 }
 
+} // namespace
+
 int vx_qosCos_get(cJSON* qos) {
     return queue_map_get(qos, "cos", QOS_COS_VALUES, sal_qos_cosQueue_get);
 }
@@ -61,18 +68,22 @@ int vx_qosDscp_get(cJSON* qos) {
     return queue_map_get(qos, "dscp", QOS_DSCP_VALUES, sal_qos_dscpQueue_get);
 }
 
+namespace {
+
 struct QosReader {
     int (*read)(cJSON* qos);
     const char* failure;
 };
 
-static const QosReader readers[] = {
+const QosReader readers[] = {
     {vx_qosEnable_get, "qos enable get fail"},
     {vx_qosSchedulMeth_get, "qos SchedulMeth get fail"},
     {vx_qosTurstMode_get, "qos TurstMode get fail"},
     {vx_qosCos_get, "qos Cos get fail"},
     {vx_qosDscp_get, "qos Dscp get fail"},
 };
+
+} // namespace
 
 int vxc_qos_get(cJSON* report) {
     cJSON* qos = attachJsonObject(report, "qos");
@@ -85,11 +96,13 @@ int vxc_qos_get(cJSON* report) {
 
 // --- Settings.
 
-static int scheduling_set(int method) {
+namespace {
+
+int scheduling_set(int method) {
     return sal_qos_strictPriQueueNum_set(method == STRICT_PRIORITY ? QOS_QUEUES : 0);
 }
 
-static int trust_set(int mode) { return sal_qos_trustType_set(mode + 1); }
+int trust_set(int mode) { return sal_qos_trustType_set(mode + 1); }
 
 struct QosChoice {
     const char* key;
@@ -97,13 +110,13 @@ struct QosChoice {
     int (*set)(int value);
 };
 
-static const QosChoice choices[] = {
+const QosChoice choices[] = {
     {"scheduling_method", NO_STRICT_PRIORITY, scheduling_set},
     {"trust_mode", LAST_TRUST_MODE, trust_set},
 };
 
 // `*refused` tells a value out of range from a failure of the platform.
-static int choices_set(const cJSON* qos, bool* refused) {
+int choices_set(const cJSON* qos, bool* refused) {
     for (const QosChoice& choice : choices) {
         int found;
         int value = getJsonIntValueForKey(qos, choice.key, &found);
@@ -120,7 +133,7 @@ static int choices_set(const cJSON* qos, bool* refused) {
 
 // What is wrong with an entry goes to the error list and the entry is passed over; what is returned
 // is the platform's code.
-static int queue_entry_set(const cJSON* entry, int size, int (*set)(int mark, int queue)) {
+int queue_entry_set(const cJSON* entry, int size, int (*set)(int mark, int queue)) {
     int found;
     int mark = getJsonIntValueForKey(entry, "id", &found);
     if (!found)
@@ -133,8 +146,7 @@ static int queue_entry_set(const cJSON* entry, int size, int (*set)(int mark, in
     return 0;
 }
 
-static int
-queue_map_set(const cJSON* qos, const char* key, int size, int (*set)(int mark, int queue)) {
+int queue_map_set(const cJSON* qos, const char* key, int size, int (*set)(int mark, int queue)) {
     const cJSON* entry = getJsonChild(getJsonObjectForKey(qos, key));
     for (; entry; entry = getJsonNext(entry)) {
         if (int code = queue_entry_set(entry, size, set))
@@ -143,7 +155,7 @@ queue_map_set(const cJSON* qos, const char* key, int size, int (*set)(int mark, 
     return 0;
 }
 
-static int update(const cJSON* qos, bool* refused) {
+int update(const cJSON* qos, bool* refused) {
     if (int code = choices_set(qos, refused))
         return code;
     if (int code = queue_map_set(qos, "cos", QOS_COS_VALUES, sal_qos_cosQueue_set))
@@ -151,20 +163,22 @@ static int update(const cJSON* qos, bool* refused) {
     return queue_map_set(qos, "dscp", QOS_DSCP_VALUES, sal_qos_dscpQueue_set);
 }
 
-static int enable_set(const cJSON* qos) {
+int enable_set(const cJSON* qos) {
     int found;
     int enable = getJsonBoolValueForKey(qos, "enable", &found);
     return found ? sal_qos_mode_set(enable != JSON_FALSE) : 0;
 }
 
 // The tables are written with QoS on. Whether it was off; a mode that cannot be read counts as off.
-static bool switch_on_for_update() {
+bool switch_on_for_update() {
     uint32_t mode = 0;
     sal_qos_mode_get(&mode);
     if (mode == 0)
         sal_qos_mode_set(1);
     return mode == 0;
 }
+
+} // namespace
 
 int vxc_qos_set(const cJSON* qos) {
     if (!qos)

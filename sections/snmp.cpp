@@ -24,7 +24,9 @@ int vxc_snmp_get(cJSON* system) {
     return snmp_targets_report(targets);
 }
 
-static int enable_set(const cJSON* snmp) {
+namespace {
+
+int enable_set(const cJSON* snmp) {
     int found;
     int enable = getJsonBoolValueForKey(snmp, "enable", &found);
     if (!found)
@@ -33,6 +35,8 @@ static int enable_set(const cJSON* snmp) {
         return code;
     return enable != JSON_FALSE ? cmd_snmp_demo_restart() : sal_snmp_stop();
 }
+
+} // namespace
 
 int vxc_snmp_set(const cJSON* system) {
     const cJSON* snmp = getJsonObjectForKey(system, "snmp");

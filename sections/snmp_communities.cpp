@@ -10,16 +10,20 @@
 #include "platform/snmp.h"
 #include "platform/util.h"
 
+namespace {
+
 // The cloud counts rights from 1, the platform from 0.
 enum { CLOUD_READ_ONLY = 1, CLOUD_READ_WRITE = 2 };
 enum { ADD = 1, DELETE = 2 };
 
-static const int models[] = {SNMP_MODEL_V1, SNMP_MODEL_V2C};
+const int models[] = {SNMP_MODEL_V1, SNMP_MODEL_V2C};
+
+} // namespace
 
 // --- Report.
 
 int snmp_communities_report(cJSON* communities) {
-    for (int slot = 0; slot < SNMP_COMMUNITIES; slot++) {
+    for (int slot = 0; slot < SNMP_COMMUNITIES; ++slot) {
         SnmpCommunity community = {};
         if (int code = sal_snmp_com2sec_get(slot, &community))
             return code;
@@ -35,8 +39,10 @@ int snmp_communities_report(cJSON* communities) {
 
 // --- Deleting. What is not there any more, after a change that was cut short, needs no deleting.
 
-static int find_community(const char* name, bool* found) {
-    for (int slot = 0; slot < SNMP_COMMUNITIES && !*found; slot++) {
+namespace {
+
+int find_community(const char* name, bool* found) {
+    for (int slot = 0; slot < SNMP_COMMUNITIES && !*found; ++slot) {
         SnmpCommunity community = {};
         if (int code = sal_snmp_com2sec_get(slot, &community))
             return code;
@@ -45,8 +51,8 @@ static int find_community(const char* name, bool* found) {
     return 0;
 }
 
-static int find_event(const char* community, bool* found) {
-    for (int slot = 0; slot < SNMP_RMON_EVENTS && !*found; slot++) {
+int find_event(const char* community, bool* found) {
+    for (int slot = 0; slot < SNMP_RMON_EVENTS && !*found; ++slot) {
         RmonEvent event = {};
         RmonEventRuntime runtime = {};
         if (int code = sal_rmon_event_get(slot, &event))
@@ -59,7 +65,7 @@ static int find_event(const char* community, bool* found) {
 }
 
 // `*viewless` is raised for a group that may neither read nor write.
-static int group_delete(const char* name, int model, bool* viewless) {
+int group_delete(const char* name, int model, bool* viewless) {
     int index = SNMP_NO_INDEX;
     SnmpGroup group = {};
     if (int code = sal_snmp_groupIndex_get(name, model, &index))
@@ -73,7 +79,7 @@ static int group_delete(const char* name, int model, bool* viewless) {
     return sal_snmp_group_del(group.community, static_cast<int>(group.model));
 }
 
-static int groups_delete(const char* name) {
+int groups_delete(const char* name) {
     bool viewless = false;
     for (int model : models) {
         if (int code = group_delete(name, model, &viewless))
@@ -82,7 +88,7 @@ static int groups_delete(const char* name) {
     return viewless ? ERROR_NO_VIEW : 0;
 }
 
-static int access_delete(const char* group, int model) {
+int access_delete(const char* group, int model) {
     int index = SNMP_NO_INDEX;
     SnmpAccess access = {};
     if (int code = sal_snmp_accessIndex_get(group, model, &index))
@@ -95,7 +101,7 @@ static int access_delete(const char* group, int model) {
 }
 
 // A community that an RMON event notifies under must stay, or the event would fall silent.
-static int check_deletable(const char* name) {
+int check_deletable(const char* name) {
     bool found = false;
     bool used = false;
     if (int code = find_community(name, &found))
@@ -110,7 +116,7 @@ static int check_deletable(const char* name) {
     return ERROR_REFUSED;
 }
 
-static int community_delete(const char* name, const char* group) {
+int community_delete(const char* name, const char* group) {
     if (int code = check_deletable(name))
         return code;
     if (int code = sal_snmp_com2sec_del(name))
@@ -126,7 +132,7 @@ static int community_delete(const char* name, const char* group) {
 
 // --- Adding.
 
-static int check_addable(const char* group) {
+int check_addable(const char* group) {
     for (int model : models) {
         int index = SNMP_NO_INDEX;
         if (int code = sal_snmp_accessIndex_get(group, model, &index))
@@ -139,7 +145,7 @@ static int check_addable(const char* group) {
     return sal_snmp_basic_accessAdd_test(group);
 }
 
-static int access_add(const char* group, int model, const char* view, int access) {
+int access_add(const char* group, int model, const char* view, int access) {
     SnmpAccess record = {};
     snprintf(record.group, sizeof record.group, "%s", group);
     record.model = static_cast<uint32_t>(model);
@@ -149,7 +155,7 @@ static int access_add(const char* group, int model, const char* view, int access
     return sal_snmp_access_add(&record);
 }
 
-static int records_add(const char* name, const char* group, const char* view, int access) {
+int records_add(const char* name, const char* group, const char* view, int access) {
     SnmpCommunity community = {};
     snprintf(community.name, sizeof community.name, "%s", name);
     community.right = access == CLOUD_READ_WRITE ? SNMP_READ_WRITE : SNMP_READ_ONLY;
@@ -166,7 +172,7 @@ static int records_add(const char* name, const char* group, const char* view, in
     return 0;
 }
 
-static int community_add(const char* name, const char* group, int access) {
+int community_add(const char* name, const char* group, int access) {
     SnmpView view = {};
     if (int code = sal_snmp_view_get(0, &view))
         return code;
@@ -180,7 +186,7 @@ static int community_add(const char* name, const char* group, int access) {
 // --- Items.
 
 // What is wrong with an item in itself, or 0.
-static int item_fault(const char* name, int action, int access) {
+int item_fault(const char* name, int action, int access) {
     if (!name)
         return ERROR_BAD_VALUE;
     if (sal_util_isInValidStr_ret(name))
@@ -189,7 +195,7 @@ static int item_fault(const char* name, int action, int access) {
     return action == ADD && !known_access ? ERROR_BAD_VALUE : 0;
 }
 
-static int item_set(const cJSON* item) {
+int item_set(const cJSON* item) {
     int found;
     int action = getJsonIntValueForKey(item, "action", &found);
     int access = getJsonIntValueForKey(item, "access", &found);
@@ -207,6 +213,8 @@ static int item_set(const cJSON* item) {
     int code = action == ADD ? community_add(name, group, access) : community_delete(name, group);
     return code ? record_error(code) : 0;
 }
+
+} // namespace
 
 int snmp_communities_set(const cJSON* communities) {
     for (const cJSON* item = getJsonChild(communities); item; item = getJsonNext(item)) {

@@ -9,20 +9,22 @@
 #include "json/json_document.h"
 #include "platform/snmp.h"
 
+namespace {
+
 enum { ADD = 1, DELETE = 2 };
 
 enum { DEFAULT_UDP = 162, DEFAULT_TIMEOUT = 15, DEFAULT_RETRY = 3 };
 enum { LONGEST_TIMEOUT = 300, MOST_RETRIES = 255 };
 
-static const char* const version_names[] = {"v1", "v2c", "v3"}; // by SNMP_VERSION_...
+const char* const version_names[] = {"v1", "v2c", "v3"}; // by SNMP_VERSION_...
 
 // --- Report.
 
-static const char* version_name(uint32_t version) {
+const char* version_name(uint32_t version) {
     return version <= SNMP_VERSION_V3 ? version_names[version] : "unknown";
 }
 
-static void target_report(cJSON* targets, const SnmpTarget& target) {
+void target_report(cJSON* targets, const SnmpTarget& target) {
     bool informs = target.type == SNMP_INFORM_V2C || target.type == SNMP_INFORM_V3;
     cJSON* item = createJsonObject();
     addJsonObjectStringItem(item, "host", target.host);
@@ -38,8 +40,10 @@ static void target_report(cJSON* targets, const SnmpTarget& target) {
     addJsonArrayItem(targets, item);
 }
 
+} // namespace
+
 int snmp_targets_report(cJSON* targets) {
-    for (int slot = 0; slot < SNMP_TARGETS; slot++) {
+    for (int slot = 0; slot < SNMP_TARGETS; ++slot) {
         SnmpTarget target = {};
         if (int code = sal_snmp_target_get(slot, &target))
             return record_error(code);
@@ -51,6 +55,8 @@ int snmp_targets_report(cJSON* targets) {
 
 // --- Settings.
 
+namespace {
+
 // What the cloud may ask for; SNMPv3 targets need users, which it does not know.
 struct TargetKind {
     uint32_t version;
@@ -58,13 +64,13 @@ struct TargetKind {
     uint32_t type;
 };
 
-static const TargetKind kinds[] = {
+const TargetKind kinds[] = {
     {SNMP_VERSION_V1, "traps", SNMP_TRAP_V1},
     {SNMP_VERSION_V2C, "traps", SNMP_TRAP_V2C},
     {SNMP_VERSION_V2C, "informs", SNMP_INFORM_V2C},
 };
 
-static bool read_kind(const cJSON* item, SnmpTarget* target) {
+bool read_kind(const cJSON* item, SnmpTarget* target) {
     const char* version = getJsonStringValueForKey(item, "version");
     const char* notify_type = getJsonStringValueForKey(item, "notify_type");
     if (!version || !notify_type)
@@ -80,25 +86,25 @@ static bool read_kind(const cJSON* item, SnmpTarget* target) {
 }
 
 // False for a text that does not fit: a host that is cut is another host.
-static bool read_text(const char* text, char* field, size_t size) {
+bool read_text(const char* text, char* field, size_t size) {
     return snprintf(field, size, "%s", text) < static_cast<int>(size);
 }
 
-static bool read_texts(const cJSON* item, SnmpTarget* target) {
+bool read_texts(const cJSON* item, SnmpTarget* target) {
     const char* host = getJsonStringValueForKey(item, "host");
     const char* community = getJsonStringValueForKey(item, "community_name");
     return host && read_text(host, target->host, sizeof target->host) &&
            read_text(community ? community : "", target->community, sizeof target->community);
 }
 
-static int number_or(const cJSON* item, const char* key, int otherwise) {
+int number_or(const cJSON* item, const char* key, int otherwise) {
     int found;
     int number = getJsonIntValueForKey(item, key, &found);
     return found ? number : otherwise;
 }
 
 // Timeout and retries are judged by their low 16 bits, which are what the platform gets.
-static bool read_numbers(const cJSON* item, SnmpTarget* target) {
+bool read_numbers(const cJSON* item, SnmpTarget* target) {
     target->udp = static_cast<uint32_t>(number_or(item, "udp", DEFAULT_UDP));
     target->timeout = static_cast<uint16_t>(number_or(item, "timeout", DEFAULT_TIMEOUT));
     target->retry = static_cast<uint16_t>(number_or(item, "retry", DEFAULT_RETRY));
@@ -106,14 +112,14 @@ static bool read_numbers(const cJSON* item, SnmpTarget* target) {
            target->retry <= MOST_RETRIES;
 }
 
-static int item_apply(const SnmpTarget& target, int action) {
+int item_apply(const SnmpTarget& target, int action) {
     if (action == ADD)
         return sal_snmp_target_add(&target);
     int version = static_cast<int>(target.version);
     return sal_snmp_target_del(target.host, version, static_cast<int>(target.type));
 }
 
-static int item_set(const cJSON* item) {
+int item_set(const cJSON* item) {
     SnmpTarget target = {};
     int action = number_or(item, "action", 0);
     bool good = (action == ADD || action == DELETE) && read_texts(item, &target) &&
@@ -125,6 +131,8 @@ static int item_set(const cJSON* item) {
     int code = item_apply(target, action);
     return code ? record_error(code) : 0;
 }
+
+} // namespace
 
 int snmp_targets_set(const cJSON* targets) {
     for (const cJSON* item = getJsonChild(targets); item; item = getJsonNext(item)) {

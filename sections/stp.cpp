@@ -7,6 +7,8 @@
 #include "json/json_document.h"
 #include "platform/stp.h"
 
+namespace {
+
 // The cloud's force version of an STP-compatible bridge; the other two are the platform's own.
 enum { CLOUD_STP = 1, CLOUD_MSTP = 3 };
 
@@ -15,7 +17,7 @@ enum { PRIORITY_MASK = 0xF000 };
 
 // --- Report.
 
-static void add_root(cJSON* stp, const StpInstance& instance) {
+void add_root(cJSON* stp, const StpInstance& instance) {
     const uint8_t* mac = instance.root_mac;
     char address[sizeof "FF:FF:FF:FF:FF:FF"];
     snprintf(
@@ -30,6 +32,8 @@ static void add_root(cJSON* stp, const StpInstance& instance) {
     addJsonObjectIntItem(root, "maximum_age_s", instance.maximum_age);
     addJsonObjectIntItem(root, "hello_time_s", instance.hello_time);
 }
+
+} // namespace
 
 int vxc_stp_get(cJSON* system) {
     StpInfo info = {};
@@ -51,13 +55,15 @@ int vxc_stp_get(cJSON* system) {
 
 // --- Settings.
 
-static int enable_set(const cJSON* stp) {
+namespace {
+
+int enable_set(const cJSON* stp) {
     int found;
     int enable = getJsonBoolValueForKey(stp, "enable", &found);
     return found ? sal_stp_enable_set(enable != JSON_FALSE) : 0;
 }
 
-static int force_version_set(const cJSON* stp) {
+int force_version_set(const cJSON* stp) {
     int found;
     int version = getJsonIntValueForKey(stp, "force_version", &found);
     if (!found || version < CLOUD_STP || version > CLOUD_MSTP)
@@ -67,7 +73,7 @@ static int force_version_set(const cJSON* stp) {
     return sal_stp_forceVersion_set(version);
 }
 
-static int priority_set(const cJSON* stp) {
+int priority_set(const cJSON* stp) {
     int found;
     int priority = getJsonIntValueForKey(stp, "priority", &found);
     if (!found)
@@ -77,7 +83,9 @@ static int priority_set(const cJSON* stp) {
     return sal_stp_priority_set(priority);
 }
 
-static int (*const steps[])(const cJSON* stp) = {enable_set, force_version_set, priority_set};
+int (*const steps[])(const cJSON* stp) = {enable_set, force_version_set, priority_set};
+
+} // namespace
 
 int vxc_stp_set(const cJSON* system) {
     const cJSON* stp = getJsonObjectForKey(system, "stp");

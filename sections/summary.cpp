@@ -8,6 +8,8 @@
 #include "platform/types.h"
 #include "platform/util.h"
 
+namespace {
+
 enum { NAME_SIZE = 256, ADDRESS_TEXT_SIZE = 32, GROUPS = 8 };
 
 // What the platform tells; read whole before anything of it is reported.
@@ -20,18 +22,22 @@ struct Summary {
     int32_t active_ports;
 };
 
-static int physical_ports() { return sys_logic_port_num_ret() - GROUPS; }
+int physical_ports() { return sys_logic_port_num_ret() - GROUPS; }
+
+} // namespace
 
 int vxc_active_port_count(int32_t* count) {
     *count = 0;
-    for (int port = 0, ports = physical_ports(); port < ports; port++) {
+    for (int port = 0, ports = physical_ports(); port < ports; ++port) {
         if (sys_port_linkStatus_ret(port))
             ++*count;
     }
     return 0;
 }
 
-static int read_identity(Summary* summary) {
+namespace {
+
+int read_identity(Summary* summary) {
     uint8_t mac[MAC_ADDRESS_SIZE] = {};
     uint32_t address = 0;
     uint32_t mask = 0;
@@ -47,13 +53,13 @@ static int read_identity(Summary* summary) {
 }
 
 // A switch without a gateway is a switch all the same: it is reported as 0.0.0.0.
-static int read_gateway(Summary* summary) {
+int read_gateway(Summary* summary) {
     uint32_t gateway = 0;
     sal_sys_gateway_get(&gateway);
     return sys_util_ip2Str(gateway, summary->gateway);
 }
 
-static int read_summary(Summary* summary) {
+int read_summary(Summary* summary) {
     if (int code = read_identity(summary))
         return code;
     if (int code = read_gateway(summary))
@@ -62,6 +68,8 @@ static int read_summary(Summary* summary) {
         return code;
     return vxc_active_port_count(&summary->active_ports);
 }
+
+} // namespace
 
 int vxc_summary_get(cJSON* system) {
     Summary summary = {};

@@ -14,23 +14,25 @@
 
 enum Mode { MODE_NONE = 0, MODE_STATIC = 1, MODE_LACP = 2 };
 
-static int first_group_port() { return sys_logic_port_num_ret() - TRUNK_GROUPS; }
+namespace {
 
-static int group_role(int group) { return sys_trunk_portRole_ret(first_group_port() + group); }
+int first_group_port() { return sys_logic_port_num_ret() - TRUNK_GROUPS; }
 
-static bool is_empty(const PortBitmap& members) {
+int group_role(int group) { return sys_trunk_portRole_ret(first_group_port() + group); }
+
+bool is_empty(const PortBitmap& members) {
     return sys_util_bitmaskIsClear_ret(members.words, 0, first_group_port());
 }
 
 // --- Report.
 
-static Mode mode_of_role(int role) {
+Mode mode_of_role(int role) {
     if (role == TRUNK_ROLE_LACP_GROUP)
         return MODE_LACP;
     return role == TRUNK_ROLE_STATIC_GROUP ? MODE_STATIC : MODE_NONE;
 }
 
-static int group_report(cJSON* list, int group) {
+int group_report(cJSON* list, int group) {
     PortBitmap members = {};
     char text[PORT_NUMBERS_SIZE] = "";
     Mode mode = mode_of_role(group_role(group));
@@ -48,9 +50,11 @@ static int group_report(cJSON* list, int group) {
     return 0;
 }
 
+} // namespace
+
 int vxc_trunk_get(cJSON* system) {
     cJSON* list = attachJsonArray(system, "link_aggregation");
-    for (int group = 0; group < TRUNK_GROUPS; group++) {
+    for (int group = 0; group < TRUNK_GROUPS; ++group) {
         if (int code = group_report(list, group))
             return record_error(code);
     }
@@ -69,9 +73,7 @@ struct Change {
     PortBitmap changed; // members before or after, but not both
 };
 
-} // namespace
-
-static int change_read(const cJSON* element, Change* change) {
+int change_read(const cJSON* element, Change* change) {
     if (int code = sal_trunk_member_get(change->group, &change->current))
         return code;
     const char* members = getJsonStringValueForKey(element, "members");
@@ -79,7 +81,7 @@ static int change_read(const cJSON* element, Change* change) {
         if (int code = sal_util_numstr2bitmap(members ? members : "", &change->wanted))
             return code;
     }
-    for (int word = 0; word < PORT_BITMAP_WORDS; word++)
+    for (int word = 0; word < PORT_BITMAP_WORDS; ++word)
         change->changed.words[word] = change->wanted.words[word] ^ change->current.words[word];
     return 0;
 }
@@ -87,7 +89,7 @@ static int change_read(const cJSON* element, Change* change) {
 // --- Ports that change their group.
 
 // Port security holds the addresses of a port, which a group would mix with those of others.
-static int security_check(const PortBitmap& ports) {
+int security_check(const PortBitmap& ports) {
     return for_each_port(ports, [](int port) -> int {
         uint32_t on = 0;
         if (int code = sal_port_securityEnable_get(port, &on))
@@ -97,7 +99,7 @@ static int security_check(const PortBitmap& ports) {
 }
 
 // The driver is told directly, so that what is configured stays as it is.
-static int links_down(const PortBitmap& ports, PortBitmap* downed) {
+int links_down(const PortBitmap& ports, PortBitmap* downed) {
     return for_each_port(ports, [downed](int port) {
         uint32_t up = 0;
         int code = sal_port_linkStatus_get(port, &up);
@@ -109,7 +111,7 @@ static int links_down(const PortBitmap& ports, PortBitmap* downed) {
     });
 }
 
-static int links_up(const PortBitmap& downed) {
+int links_up(const PortBitmap& downed) {
     return for_each_port(downed, [](int port) {
         uint32_t configured = 0;
         if (int code = sal_port_enable_get(port, &configured))
@@ -120,30 +122,25 @@ static int links_up(const PortBitmap& downed) {
 
 // --- Groups of the two kinds.
 
-namespace {
-
 struct Kind {
     int role; // of the port that stands for such a group
     int (*members_set)(int group, const PortBitmap* members);
     int (*activate)(int group, const PortBitmap* members);
 };
 
-} // namespace
+int nothing_to_activate(int, const PortBitmap*) { return 0; }
 
-static int nothing_to_activate(int, const PortBitmap*) { return 0; }
+const Kind static_kind = {TRUNK_ROLE_STATIC_GROUP, sal_trunk_staticMember_set, nothing_to_activate};
+const Kind lacp_kind = {TRUNK_ROLE_LACP_GROUP, sal_lacp_member_set, sal_lacp_activeMode_set};
 
-static const Kind static_kind = {
-    TRUNK_ROLE_STATIC_GROUP, sal_trunk_staticMember_set, nothing_to_activate};
-static const Kind lacp_kind = {TRUNK_ROLE_LACP_GROUP, sal_lacp_member_set, sal_lacp_activeMode_set};
-
-static int group_restore(const Kind& kind, const Change& change) {
+int group_restore(const Kind& kind, const Change& change) {
     if (int code = kind.members_set(change.group, &change.current))
         return code;
     return kind.activate(change.group, &change.current);
 }
 
 // A group of the other kind gives way, and comes back when this one cannot be formed.
-static int group_form(const Kind& kind, const Kind& other, const Change& change) {
+int group_form(const Kind& kind, const Kind& other, const Change& change) {
     bool deleted = false;
     if (!is_empty(change.current) && group_role(change.group) == other.role) {
         if (int code = sal_trunk_group_del(change.group))
@@ -158,14 +155,14 @@ static int group_form(const Kind& kind, const Kind& other, const Change& change)
     return 0;
 }
 
-static int group_dissolve(int group) {
+int group_dissolve(int group) {
     PortBitmap itself = {};
     add_port(&itself, first_group_port() + group);
     sn_trunkRelated(itself);
     return sal_trunk_group_del(group);
 }
 
-static int group_change(const Change& change) {
+int group_change(const Change& change) {
     switch (change.mode) {
     case MODE_LACP:
         return group_form(lacp_kind, static_kind, change);
@@ -178,7 +175,7 @@ static int group_change(const Change& change) {
     }
 }
 
-static int change_apply(const Change& change) {
+int change_apply(const Change& change) {
     PortBitmap downed = {};
     if (int code = security_check(change.changed))
         return code;
@@ -191,7 +188,7 @@ static int change_apply(const Change& change) {
     return links_up(downed);
 }
 
-static int element_apply(const cJSON* element) {
+int element_apply(const cJSON* element) {
     int id_found, mode_found;
     int id = getJsonIntValueForKey(element, "id", &id_found);
     int mode = getJsonIntValueForKey(element, "mode", &mode_found);
@@ -204,6 +201,8 @@ static int element_apply(const cJSON* element) {
         return code;
     return change_apply(change);
 }
+
+} // namespace
 
 int vxc_trunk_set(const cJSON* system) {
     const cJSON* list = getJsonObjectForKey(system, "link_aggregation");

@@ -24,7 +24,7 @@ inline void add_port(PortBitmap* ports, int port) {
 // returns it.
 template <class Step> int for_each_port(const PortBitmap& ports, Step step) {
     int count = sys_logic_port_num_ret();
-    for (int port = 0; port < count && port < BITMAP_PORTS; port++) {
+    for (int port = 0; port < count && port < BITMAP_PORTS; ++port) {
         if (!has_port(ports, port))
             continue;
         if (int code = step(port))

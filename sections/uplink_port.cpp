@@ -14,6 +14,8 @@
 #include "platform/system.h"
 #include "platform/util.h"
 
+namespace {
+
 enum { GATEWAY_TEXT_SIZE = 16, HEADER_SIZE = 100 + 1, WORD_SIZE = 64 };
 
 // --- The ARP table: a header line, then six words a neighbour.
@@ -21,7 +23,7 @@ enum { GATEWAY_TEXT_SIZE = 16, HEADER_SIZE = 100 + 1, WORD_SIZE = 64 };
 enum Column { ADDRESS, TYPE, FLAGS, HARDWARE_ADDRESS, MASK, DEVICE };
 
 // The next word; a longer one than any that matters is cut. False at the end of the table.
-static bool read_word(FILE* table, char word[WORD_SIZE]) {
+bool read_word(FILE* table, char word[WORD_SIZE]) {
     int next = getc(table);
     while (isspace(next))
         next = getc(table);
@@ -34,7 +36,7 @@ static bool read_word(FILE* table, char word[WORD_SIZE]) {
     return length > 0;
 }
 
-static bool skip_words(FILE* table, int count) {
+bool skip_words(FILE* table, int count) {
     char word[WORD_SIZE];
     while (count-- > 0) {
         if (!read_word(table, word))
@@ -43,7 +45,7 @@ static bool skip_words(FILE* table, int count) {
     return true;
 }
 
-static void find_gateway(FILE* table, const char* gateway, uint8_t* mac) {
+void find_gateway(FILE* table, const char* gateway, uint8_t* mac) {
     char header[HEADER_SIZE];
     char word[WORD_SIZE];
     if (!fgets(header, sizeof header, table))
@@ -64,7 +66,7 @@ static void find_gateway(FILE* table, const char* gateway, uint8_t* mac) {
 // --- The MAC address table.
 
 // The entry with that address, or the last one. Entry 0 is asked for even of an empty table.
-static void find_entry(const uint8_t* mac, uint32_t size, MacEntry* entry) {
+void find_entry(const uint8_t* mac, uint32_t size, MacEntry* entry) {
     uint32_t index = 0;
     do {
         sal_l2_macEntry_get(index, entry);
@@ -75,13 +77,13 @@ static void find_entry(const uint8_t* mac, uint32_t size, MacEntry* entry) {
 
 // The first of an entry's ports, as it stands at the head of their list: no port number has more
 // than two digits. Of a list that begins with a run it is the run's first port.
-static int first_port(const MacEntry& entry) {
+int first_port(const MacEntry& entry) {
     char list[PORT_LIST_SIZE] = "";
     Bitmap2numstr(entry.ports.words, list);
     return atoi(list);
 }
 
-static int port_of_gateway(FILE* arp_table, const char* gateway, uint32_t addresses) {
+int port_of_gateway(FILE* arp_table, const char* gateway, uint32_t addresses) {
     uint8_t mac[MAC_ADDRESS_SIZE] = {};
     find_gateway(arp_table, gateway, mac);
     MacEntry entry = {};
@@ -91,19 +93,21 @@ static int port_of_gateway(FILE* arp_table, const char* gateway, uint32_t addres
 
 // --- The whole. No call's failure ends the search; what could not be read is not found.
 
-static void read_gateway(char text[GATEWAY_TEXT_SIZE]) {
+void read_gateway(char text[GATEWAY_TEXT_SIZE]) {
     uint32_t address = 0;
     sal_sys_gateway_get(&address);
     sys_util_ip2Str(address, text);
 }
 
-static uint32_t refresh_addresses() {
+uint32_t refresh_addresses() {
     uint32_t count = 0;
     sal_l2_macTbl_generate(&count);
     count = 0;
     sal_l2_macTbl_size_get(&count);
     return count;
 }
+
+} // namespace
 
 int vxc_uplink_port_get(cJSON* system) {
     if (!system)

@@ -26,16 +26,14 @@ struct Vendor {
     char description[VOICE_VLAN_DESCRIPTION_SIZE];
 };
 
-} // namespace
-
-static int vendor_read(int index, Vendor* vendor) {
+int vendor_read(int index, Vendor* vendor) {
     *vendor = {};
     return sal_vlan_voiceVlanOui_get(index, &vendor->entry, vendor->description);
 }
 
 // --- Report.
 
-static int settings_read(Settings* now) {
+int settings_read(Settings* now) {
     if (int code = sal_vlan_voiceVlanState_get(&now->mode))
         return code;
     if (int code = sal_vlan_voiceVid_get(&now->vid))
@@ -47,7 +45,7 @@ static int settings_read(Settings* now) {
     return sal_vlan_voiceVlan1pRemarkEnable_get(&now->remark);
 }
 
-static void vendor_report(cJSON* list, int index, const Vendor& vendor) {
+void vendor_report(cJSON* list, int index, const Vendor& vendor) {
     const uint8_t* oui = vendor.entry.oui;
     char address[sizeof "FF:FF:FF"];
     snprintf(address, sizeof address, "%02X:%02X:%02X", oui[0], oui[1], oui[2]);
@@ -58,8 +56,8 @@ static void vendor_report(cJSON* list, int index, const Vendor& vendor) {
     addJsonArrayItem(list, item);
 }
 
-static int vendors_report(cJSON* list) {
-    for (int index = 0; index < VOICE_VLAN_OUIS; index++) {
+int vendors_report(cJSON* list) {
+    for (int index = 0; index < VOICE_VLAN_OUIS; ++index) {
         Vendor vendor;
         if (int code = vendor_read(index, &vendor))
             return record_error(code);
@@ -68,6 +66,8 @@ static int vendors_report(cJSON* list) {
     }
     return 0;
 }
+
+} // namespace
 
 int vxc_voice_vlan_get(cJSON* report) {
     Settings now = {};
@@ -85,8 +85,10 @@ int vxc_voice_vlan_get(cJSON* report) {
 
 // --- The vendor table.
 
+namespace {
+
 // Takes over what is given of the two; the OUI is the first half of a MAC address.
-static int vendor_change(Vendor* vendor, const char* address, const char* description) {
+int vendor_change(Vendor* vendor, const char* address, const char* description) {
     if (address) {
         uint8_t mac[MAC_ADDRESS_SIZE];
         if (int code = sys_util_str2Mac(address, mac))
@@ -99,8 +101,8 @@ static int vendor_change(Vendor* vendor, const char* address, const char* descri
 }
 
 // Whether a place of the table other than `except` holds this OUI. Descriptions do not matter.
-static int oui_is_held(const uint8_t* oui, int except, bool* held) {
-    for (int index = 0; index < VOICE_VLAN_OUIS && !*held; index++) {
+int oui_is_held(const uint8_t* oui, int except, bool* held) {
+    for (int index = 0; index < VOICE_VLAN_OUIS && !*held; ++index) {
         Vendor vendor;
         if (index == except)
             continue;
@@ -111,10 +113,12 @@ static int oui_is_held(const uint8_t* oui, int except, bool* held) {
     return 0;
 }
 
-static void mark_used(Vendor* vendor) {
+void mark_used(Vendor* vendor) {
     memset(vendor->entry.mask, 0xFF, OUI_SIZE);
     vendor->entry.in_use = 1;
 }
+
+} // namespace
 
 int oui_add(const cJSON* edit) {
     const char* address = getJsonStringValueForKey(edit, "address");
@@ -172,11 +176,13 @@ int oui_delete(const cJSON* edit) {
     return 0;
 }
 
+namespace {
+
 enum { METHODS = 3 }; // 0 deletes, 1 adds, 2 updates
 
-static int (*const vendor_edits[METHODS])(const cJSON*) = {oui_delete, oui_add, oui_update};
+int (*const vendor_edits[METHODS])(const cJSON*) = {oui_delete, oui_add, oui_update};
 
-static void vendors_edit(const cJSON* edits) {
+void vendors_edit(const cJSON* edits) {
     for (const cJSON* edit = getJsonChild(edits); edit; edit = getJsonNext(edit)) {
         int found;
         int method = getJsonIntValueForKey(edit, "method", &found);
@@ -187,7 +193,7 @@ static void vendors_edit(const cJSON* edits) {
 
 // --- Settings.
 
-static int wanted_mode(const cJSON* voice, int* mode) {
+int wanted_mode(const cJSON* voice, int* mode) {
     int found;
     *mode = getJsonIntValueForKey(voice, "mode", &found);
     if (!found)
@@ -197,22 +203,22 @@ static int wanted_mode(const cJSON* voice, int* mode) {
     return 0;
 }
 
-static int wanted_vid(const cJSON* voice, int* vid) {
+int wanted_vid(const cJSON* voice, int* vid) {
     int found;
     *vid = getJsonIntValueForKey(voice, "vlan_id", &found);
     return found ? 0 : sal_vlan_voiceVid_get(vid);
 }
 
 // The VLAN must stand before the voice VLAN goes on, and may go only once it is off.
-static int switch_on(int mode, int vid) {
+int switch_on(int mode, int vid) {
     if (int code = sal_vlan_voiceVid_set(vid))
         return code;
     return sal_vlan_voiceVlanState_set(mode);
 }
 
-static int switch_off() {
+int switch_off() {
     int ports = sys_logic_port_num_ret();
-    for (int port = 0; port < ports; port++) {
+    for (int port = 0; port < ports; ++port) {
         if (int code = sal_vlan_portVoiceVlanEnable_set(port, 0))
             record_error(code);
     }
@@ -221,7 +227,7 @@ static int switch_off() {
     return sal_vlan_voiceVid_set(VOICE_VLAN_NO_VID);
 }
 
-static int details_set(const cJSON* voice, const VoiceVlanQos& qos) {
+int details_set(const cJSON* voice, const VoiceVlanQos& qos) {
     int found;
     int remark = getJsonBoolValueForKey(voice, "802.1p_remark", &found);
     if (found) {
@@ -237,7 +243,7 @@ static int details_set(const cJSON* voice, const VoiceVlanQos& qos) {
     return found ? sal_vlan_voiceVlanAging_set(aging) : 0;
 }
 
-static int settings_set(const cJSON* voice, const VoiceVlanQos& qos) {
+int settings_set(const cJSON* voice, const VoiceVlanQos& qos) {
     int mode, vid;
     if (int code = wanted_mode(voice, &mode))
         return code;
@@ -249,6 +255,8 @@ static int settings_set(const cJSON* voice, const VoiceVlanQos& qos) {
         return code;
     return details_set(voice, qos);
 }
+
+} // namespace
 
 int vxc_voice_vlan_set(const cJSON* vlan) {
     VoiceVlanQos qos = {};

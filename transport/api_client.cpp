@@ -14,6 +14,8 @@
 #include "transport/signature.h"
 #include "transport/transfer_info.h"
 
+namespace {
+
 struct ApiRequest {
     const char* protocol;
     const char* host;
@@ -37,7 +39,9 @@ struct HeaderList {
 };
 
 // Each header line in turn, and at last the URL.
-static char header_line[256];
+char header_line[256];
+
+} // namespace
 
 // What the line buffer holds, for libcurl to copy. libcurl measures a text before it copies it, and
 // an overlapping request may write a longer one between the two: a snapshot keeps its end.
@@ -45,13 +49,15 @@ struct HeaderLine {
     char text[sizeof header_line];
 };
 
-static HeaderLine present_line() {
+namespace {
+
+HeaderLine present_line() {
     HeaderLine line;
     memcpy(line.text, header_line, sizeof line.text);
     return line;
 }
 
-static void print_request(const ApiRequest& request) {
+void print_request(const ApiRequest& request) {
     const api_reply& reply = *request.reply;
     debug_print(
         "sending body (len=%d) via API method: %s proto: %s host: %s path: %s content-type: %s "
@@ -61,11 +67,11 @@ static void print_request(const ApiRequest& request) {
         reply.type == REPLY_TO_FILE ? reply.path : "");
 }
 
-static bool is_either(const char* text, const char* one, const char* other) {
+bool is_either(const char* text, const char* one, const char* other) {
     return strcmp(text, one) == 0 || strcmp(text, other) == 0;
 }
 
-static bool is_acceptable(const ApiRequest& request) {
+bool is_acceptable(const ApiRequest& request) {
     if (request.path[0] != '/') {
         debug_print("path must start with '/' (%s)\n", request.path);
         return false;
@@ -81,15 +87,14 @@ static bool is_acceptable(const ApiRequest& request) {
     return true;
 }
 
-static void empty_reply_file(const api_reply& reply) {
+void empty_reply_file(const api_reply& reply) {
     if (reply.type == REPLY_TO_FILE && file_exists(reply.path))
         file_trunc_to_zero(reply.path);
 }
 
-static void add_header(HeaderList* headers, const char* format, ...)
-    __attribute__((format(printf, 2, 3)));
+void add_header(HeaderList* headers, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-static void add_header(HeaderList* headers, const char* format, ...) {
+void add_header(HeaderList* headers, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     vsnprintf(header_line, sizeof header_line, format, arguments);
@@ -103,14 +108,14 @@ static void add_header(HeaderList* headers, const char* format, ...) {
 }
 
 // `digits` holds two characters a byte and a terminator.
-static const char* to_hex(const uint8_t* bytes, size_t count, char* digits) {
-    for (size_t i = 0; i < count; i++)
+const char* to_hex(const uint8_t* bytes, size_t count, char* digits) {
+    for (size_t i = 0; i < count; ++i)
         snprintf(digits + 2 * i, 3, "%02x", bytes[i]);
     return digits;
 }
 
 // The signature covers the authorization value as the line buffer holds it.
-static int32_t add_authentication(const ApiRequest& request, HeaderList* headers) {
+int32_t add_authentication(const ApiRequest& request, HeaderList* headers) {
     uint8_t nonce[NONCE_SIZE];
     uint8_t signature[SIGNATURE_SIZE];
     char digits[2 * SIGNATURE_SIZE + 1] = "";
@@ -126,7 +131,7 @@ static int32_t add_authentication(const ApiRequest& request, HeaderList* headers
     return API_OK;
 }
 
-static int32_t add_headers(const ApiRequest& request, HeaderList* headers) {
+int32_t add_headers(const ApiRequest& request, HeaderList* headers) {
     add_header(headers, "Content-Length: %d", static_cast<int>(request.body_length));
     add_header(headers, "Content-Type: %s", request.content_type);
     if (int32_t code = add_authentication(request, headers))
@@ -138,7 +143,7 @@ static int32_t add_headers(const ApiRequest& request, HeaderList* headers) {
 
 // libcurl takes a null body for "read it from standard input", so a request without one gets an
 // empty text.
-static void set_request(CURL* curl, const ApiRequest& request, char* error) {
+void set_request(CURL* curl, const ApiRequest& request, char* error) {
     snprintf(
         header_line, sizeof header_line, "%s://%s%s", request.protocol, request.host, request.path);
     debug_print("url: %s\n", header_line);
@@ -148,14 +153,14 @@ static void set_request(CURL* curl, const ApiRequest& request, char* error) {
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error);
 }
 
-static void set_tls(CURL* curl) {
+void set_tls(CURL* curl) {
     curl_easy_setopt(curl, CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
     curl_easy_setopt(curl, CURLOPT_CAPATH, "/etc/ssl/certs/");
 }
 
-static void set_address_family(CURL* curl) {
+void set_address_family(CURL* curl) {
     if (checkin_type == CHECKIN_ANY_ADDRESS)
         return;
     curl_easy_setopt(curl, CURLOPT_IPRESOLVE, static_cast<long>(checkin_type));
@@ -166,7 +171,7 @@ static void set_address_family(CURL* curl) {
 }
 
 // Without NOSIGNAL libcurl would change signal handlers, which all threads of the process share.
-static void set_limits(CURL* curl) {
+void set_limits(CURL* curl) {
     curl_easy_setopt(curl, CURLOPT_TIMEOUT, static_cast<long>(checkin_timeout));
     debug_print("CURLOPT_TIMEOUT: %d\n", static_cast<int>(checkin_timeout));
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, static_cast<long>(checkin_connect_timeout));
@@ -174,8 +179,7 @@ static void set_limits(CURL* curl) {
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
 }
 
-static void
-set_options(CURL* curl, const ApiRequest& request, const HeaderList& headers, char* error) {
+void set_options(CURL* curl, const ApiRequest& request, const HeaderList& headers, char* error) {
     set_request(curl, request, error);
     if (strcmp(request.protocol, "https") == 0)
         set_tls(curl);
@@ -190,17 +194,17 @@ set_options(CURL* curl, const ApiRequest& request, const HeaderList& headers, ch
     }
 }
 
-static int32_t result_of_failure(CURLcode code, const char* error) {
+int32_t result_of_failure(CURLcode code, const char* error) {
     debug_print("curl error (%d): %s\n", code, error);
     switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
         res_init();
         debug_print("CURLE_COULDNT_RESOLVE_HOST checkin_retry_count + 1\n");
-        checkin_retry_count++;
+        ++checkin_retry_count;
         return API_NO_HOST;
     case CURLE_COULDNT_CONNECT:
         debug_print("CURLE_COULDNT_CONNECT checkin_retry_count + 1\n");
-        checkin_retry_count++;
+        ++checkin_retry_count;
         return API_NO_CONNECT;
     case CURLE_PEER_FAILED_VERIFICATION:
         sync_clock();
@@ -210,7 +214,7 @@ static int32_t result_of_failure(CURLcode code, const char* error) {
     }
 }
 
-static int32_t result_of_status(long status) {
+int32_t result_of_status(long status) {
     debug_print("curl returned HTTP status: %lu\n", static_cast<unsigned long>(status));
     if (status == 200)
         return API_OK;
@@ -219,7 +223,7 @@ static int32_t result_of_status(long status) {
 }
 
 // Releases the headers.
-static int32_t transfer(const ApiRequest& request, const HeaderList& headers) {
+int32_t transfer(const ApiRequest& request, const HeaderList& headers) {
     CURL* curl = curl_easy_init();
     if (!curl) {
         curl_slist_free_all(headers.lines);
@@ -236,7 +240,7 @@ static int32_t transfer(const ApiRequest& request, const HeaderList& headers) {
     return code == CURLE_OK ? result_of_status(status) : result_of_failure(code, error);
 }
 
-static int32_t run(ApiRequest& request) {
+int32_t run(ApiRequest& request) {
     print_request(request);
     if (!is_acceptable(request))
         return API_REJECTED;
@@ -250,6 +254,8 @@ static int32_t run(ApiRequest& request) {
     }
     return transfer(request, headers);
 }
+
+} // namespace
 
 int32_t api_call(
     const char* protocol, const char* host, const char* path, const char* method,

@@ -13,9 +13,11 @@
 #include "platform/util.h"
 #include "transport/reply.h"
 
+namespace {
+
 enum { TIME_ATTEMPTS = 2, TIME_TIMEOUT = 20, TIME_CONNECT_TIMEOUT = 10 }; // seconds
 
-static const time_t no_time = -1;
+const time_t no_time = -1;
 
 // The pieces of a time text in order, and the characters that end each.
 enum { YEAR, MONTH, DAY, HOUR, MINUTE, SECOND, TIME_PIECES };
@@ -25,15 +27,15 @@ struct TimePiece {
     const char* label;
 };
 
-static const TimePiece time_pieces[TIME_PIECES] = {
+const TimePiece time_pieces[TIME_PIECES] = {
     {"- ", "tm_year"}, {"- ", "tm_mon"}, {"T ", "tm_mday"},
     {": ", "tm_hour"}, {": ", "tm_min"}, {"Z ", "tm_sec"},
 };
 
 // Cuts `text` up. Returns false at the first piece that is missing or not a number.
-static bool read_pieces(char* text, uint32_t* values) {
+bool read_pieces(char* text, uint32_t* values) {
     char* rest = nullptr;
-    for (int i = 0; i < TIME_PIECES; i++) {
+    for (int i = 0; i < TIME_PIECES; ++i) {
         const char* piece = strtok_r(i == 0 ? text : nullptr, time_pieces[i].delimiters, &rest);
         if (!piece || sys_util_str2ul_ret(piece, &values[i]))
             return false;
@@ -43,7 +45,7 @@ static bool read_pieces(char* text, uint32_t* values) {
 }
 
 // The offsets are taken off as unsigned numbers, where a senseless year or month only wraps.
-static time_t local_time(const uint32_t* values) {
+time_t local_time(const uint32_t* values) {
     struct tm broken_down = {};
     broken_down.tm_year = static_cast<int>(values[YEAR] - 1900);
     broken_down.tm_mon = static_cast<int>(values[MONTH] - 1);
@@ -53,6 +55,8 @@ static time_t local_time(const uint32_t* values) {
     broken_down.tm_sec = static_cast<int>(values[SECOND]);
     return mktime(&broken_down);
 }
+
+} // namespace
 
 time_t parse_time_reply(const char* body) {
     cJSON* document = parseJsonString(body);
@@ -69,9 +73,11 @@ time_t parse_time_reply(const char* body) {
     return result;
 }
 
+namespace {
+
 // The cloud is asked plainly whatever the request's own scheme: certificates just failed. libcurl
 // is to keep its hands off signals, as in every transfer of a process with several threads.
-static CURLcode request_time(CURL* curl, api_reply* reply, char* error) {
+CURLcode request_time(CURL* curl, api_reply* reply, char* error) {
     char url[HOST_SIZE + sizeof "http:///time"];
     snprintf(url, sizeof url, "%s://%s/time", "http", fallback_host);
     curl_easy_setopt(curl, CURLOPT_URL, url);
@@ -85,7 +91,7 @@ static CURLcode request_time(CURL* curl, api_reply* reply, char* error) {
     return curl_easy_perform(curl);
 }
 
-static time_t time_of_transfer(CURLcode code, const char* error, const api_reply& reply) {
+time_t time_of_transfer(CURLcode code, const char* error, const api_reply& reply) {
     if (code != CURLE_OK) {
         debug_print("curl error (%d) %s\n", code, error);
         return no_time;
@@ -98,7 +104,7 @@ static time_t time_of_transfer(CURLcode code, const char* error, const api_reply
     return parse_time_reply(reply.text);
 }
 
-static time_t fetch_time() {
+time_t fetch_time() {
     CURL* curl = curl_easy_init();
     if (!curl)
         return no_time;
@@ -111,9 +117,11 @@ static time_t fetch_time() {
     return result;
 }
 
+} // namespace
+
 void sync_clock() {
     time_t now = no_time;
-    for (int attempt = 0; attempt < TIME_ATTEMPTS && now == no_time; attempt++)
+    for (int attempt = 0; attempt < TIME_ATTEMPTS && now == no_time; ++attempt)
         now = fetch_time();
     if (now == no_time)
         return;

@@ -8,22 +8,26 @@
 uint8_t ipad[HMAC_BLOCK_SIZE];
 uint8_t opad[HMAC_BLOCK_SIZE];
 
-static size_t digest_size(int is224) { return is224 ? HMAC_SHA224_SIZE : HMAC_SHA256_SIZE; }
+namespace {
+
+size_t digest_size(int is224) { return is224 ? HMAC_SHA224_SIZE : HMAC_SHA256_SIZE; }
 
 // Volatile, for the compiler may drop stores to a buffer that nobody reads again.
-static void wipe(volatile uint8_t* bytes, size_t count) {
+void wipe(volatile uint8_t* bytes, size_t count) {
     while (count-- > 0)
         *bytes++ = 0;
 }
 
-static void fill_pads(const uint8_t* key, size_t key_length) {
+void fill_pads(const uint8_t* key, size_t key_length) {
     memset(ipad, 0x36, sizeof ipad);
     memset(opad, 0x5C, sizeof opad);
-    for (size_t i = 0; i < key_length; i++) {
+    for (size_t i = 0; i < key_length; ++i) {
         ipad[i] ^= key[i];
         opad[i] ^= key[i];
     }
 }
+
+} // namespace
 
 void sha256_hmac_starts(
     mbedtls_sha256_context* context, const uint8_t* key, size_t key_length, int is224) {

@@ -10,7 +10,9 @@
 
 #include "base/debug.h"
 
-static size_t append_to_file(const char* path, const char* data, size_t bytes) {
+namespace {
+
+size_t append_to_file(const char* path, const char* data, size_t bytes) {
     FILE* file = fopen(path, "a");
     if (!file)
         return bytes;
@@ -20,7 +22,7 @@ static size_t append_to_file(const char* path, const char* data, size_t bytes) {
 }
 
 // The descriptor is emptied with its text, so that nobody frees or reads it afterwards.
-static size_t abandon_text(api_reply* reply) {
+size_t abandon_text(api_reply* reply) {
     debug_print("cannot allocate buffer for output\n");
     free(reply->text);
     reply->text = nullptr;
@@ -28,7 +30,7 @@ static size_t abandon_text(api_reply* reply) {
     return 0;
 }
 
-static size_t append_to_text(api_reply* reply, const char* data, size_t bytes) {
+size_t append_to_text(api_reply* reply, const char* data, size_t bytes) {
     size_t kept = reply->text ? reply->length - 1 : 0;
     if (bytes >= UINT32_MAX - kept)
         return abandon_text(reply);
@@ -41,6 +43,8 @@ static size_t append_to_text(api_reply* reply, const char* data, size_t bytes) {
     reply->length = static_cast<uint32_t>(kept + bytes + 1);
     return bytes;
 }
+
+} // namespace
 
 size_t api_write_cb(char* data, size_t size, size_t count, void* descriptor) {
     size_t bytes = size * count;

@@ -13,11 +13,13 @@
 #include "transport/api_client.h"
 #include "transport/reply.h"
 
-static const char json_type[] = "application/json";
+namespace {
 
-static int32_t text_length(const char* text) { return static_cast<int32_t>(strlen(text)); }
+const char json_type[] = "application/json";
 
-static int32_t send_json(
+int32_t text_length(const char* text) { return static_cast<int32_t>(strlen(text)); }
+
+int32_t send_json(
     const char* protocol, const char* host, const char* path, const char* method, char** reply_text,
     const char* body, const char* key, const char* secret) {
     api_reply reply = {};
@@ -29,6 +31,8 @@ static int32_t send_json(
         *reply_text = reply.text;
     return result;
 }
+
+} // namespace
 
 int32_t api_send_buff1(
     const char* protocol, const char* host, const char* path, char** reply_text, const char* body,
@@ -51,6 +55,9 @@ int32_t api_get_buff(
 struct FreeText {
     void operator()(char* text) const { free(text); }
 };
+
+namespace {
+
 struct CloseFile {
     void operator()(FILE* file) const { fclose(file); }
 };
@@ -65,7 +72,7 @@ struct RequestBody {
 };
 
 // The size of a file, or -1.
-static intmax_t size_of(const char* path) {
+intmax_t size_of(const char* path) {
     struct stat status;
     if (stat(path, &status) == 0)
         return status.st_size;
@@ -75,7 +82,7 @@ static intmax_t size_of(const char* path) {
 
 // A length that a request cannot state counts as one there is no memory for. The buffer is cleared,
 // for a file that shrinks meanwhile leaves a part of it unread.
-static char* buffer_for(intmax_t size) {
+char* buffer_for(intmax_t size) {
     debug_print("allocate buffer for %jd bytes\n", size + 1);
     void* buffer = size < INT32_MAX ? calloc(static_cast<size_t>(size) + 1, 1) : nullptr;
     if (!buffer)
@@ -83,7 +90,7 @@ static char* buffer_for(intmax_t size) {
     return static_cast<char*>(buffer);
 }
 
-static bool read_body(const char* path, RequestBody* body) {
+bool read_body(const char* path, RequestBody* body) {
     intmax_t size = size_of(path);
     if (size < 0)
         return false;
@@ -104,6 +111,8 @@ static bool read_body(const char* path, RequestBody* body) {
     body->length = static_cast<int32_t>(count);
     return true;
 }
+
+} // namespace
 
 int32_t api_send_file(
     const char* protocol, const char* host, const char* path, const char* content_type,

@@ -29,12 +29,14 @@ int acl_is_bound(const AclPortBinding& port, uint32_t type, bool* bound) {
 
 // --- While entries change.
 
-static bool begins_with(const char* text, const char* start) {
+namespace {
+
+bool begins_with(const char* text, const char* start) {
     return strncmp(text, start, strlen(start)) == 0;
 }
 
-static bool is_remembered(uint32_t type, const char* name) {
-    for (int port = 0; port < acl_port_count(); port++) {
+bool is_remembered(uint32_t type, const char* name) {
+    for (int port = 0; port < acl_port_count(); ++port) {
         const char* remembered = bind_recover_names[port].name[type];
         if (remembered[0] && begins_with(remembered, name))
             return true;
@@ -42,16 +44,16 @@ static bool is_remembered(uint32_t type, const char* name) {
     return false;
 }
 
-static void remember(int port, uint32_t type, const AclPortBinding& bound) {
+void remember(int port, uint32_t type, const AclPortBinding& bound) {
     memcpy(bind_recover_names[port].name[type], bound.name[type], sizeof bound.name[type]);
     bind_recover_names[port].type = type;
     acl_recover_bind = 1;
 }
 
 // A list whose type cannot be told stays where it is.
-static PortBitmap remember_ports(const AclPortBinding* table, uint32_t type, const char* name) {
+PortBitmap remember_ports(const AclPortBinding* table, uint32_t type, const char* name) {
     PortBitmap ports = {};
-    for (int port = 0; port < acl_port_count(); port++) {
+    for (int port = 0; port < acl_port_count(); ++port) {
         bool bound;
         if (int code = acl_is_bound(table[port], type, &bound))
             record_error(code);
@@ -62,6 +64,8 @@ static PortBitmap remember_ports(const AclPortBinding* table, uint32_t type, con
     }
     return ports;
 }
+
+} // namespace
 
 int _acl_unbind(uint32_t type, const char* name) {
     if (acl_recover_bind && is_remembered(type, name))
@@ -77,7 +81,9 @@ int _acl_unbind(uint32_t type, const char* name) {
     return 0;
 }
 
-static int put_back(int port, uint32_t type, const char* name) {
+namespace {
+
+int put_back(int port, uint32_t type, const char* name) {
     AclPortBinding* binding = &bind_recover_names[port];
     uint32_t entries = 0;
     if (int code = sal_ace_entry_count_get(name, type, &entries))
@@ -96,10 +102,12 @@ static int put_back(int port, uint32_t type, const char* name) {
     return 0;
 }
 
+} // namespace
+
 int _acl_rebind(uint32_t type) {
     if (!acl_recover_bind)
         return 0;
-    for (int port = 0; port < acl_port_count(); port++) {
+    for (int port = 0; port < acl_port_count(); ++port) {
         const char* name = bind_recover_names[port].name[type];
         if (!name[0])
             continue;
@@ -112,7 +120,9 @@ int _acl_rebind(uint32_t type) {
 
 // --- By settings of a port.
 
-static int replace(PortBitmap port, uint32_t type, const char* name, bool bound) {
+namespace {
+
+int replace(PortBitmap port, uint32_t type, const char* name, bool bound) {
     AclPortBinding binding = {};
     if (bound) {
         if (int code = sal_acl_entry_unbind(type, port))
@@ -123,7 +133,7 @@ static int replace(PortBitmap port, uint32_t type, const char* name, bool bound)
     return sal_acl_entry_bind(&binding, port);
 }
 
-static int bind_one(PortBitmap port, uint32_t type, const char* name, const char* bound) {
+int bind_one(PortBitmap port, uint32_t type, const char* name, const char* bound) {
     uint32_t entries = 0;
     if (!name[0])
         return sal_acl_entry_unbind(type, port);
@@ -133,6 +143,8 @@ static int bind_one(PortBitmap port, uint32_t type, const char* name, const char
         return code;
     return entries ? replace(port, type, name, bound[0] != '\0') : 0;
 }
+
+} // namespace
 
 int vxc_acl_port_bind(int port, const char* macName, uint32_t type, const char* otherName) {
     AclPortBinding table[ACL_PORTS] = {};

@@ -10,7 +10,7 @@ template <class Visit> int acl_each_list(uint32_t type, Visit visit) {
     uint32_t count = 0;
     if (int code = sal_acl_entry_countByType_get(type, &count))
         return record_error(code);
-    for (uint32_t index = 0; index < count; index++) {
+    for (uint32_t index = 0; index < count; ++index) {
         char name[ACL_NAME_LENGTH + 1] = {};
         if (int code = sal_acl_entry_nameByIdx_get(name, type, index)) {
             record_error(code);

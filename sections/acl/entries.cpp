@@ -6,7 +6,9 @@
 
 // --- Report.
 
-static int entry_report(const AceKind& kind, cJSON* array, const char* list, const Ace& ace) {
+namespace {
+
+int entry_report(const AceKind& kind, cJSON* array, const char* list, const Ace& ace) {
     cJSON* item = createJsonObject();
     addJsonObjectStringItem(item, "acl_name", list);
     addJsonObjectIntItem(item, "sequence", static_cast<int32_t>(ace.sequence));
@@ -19,11 +21,11 @@ static int entry_report(const AceKind& kind, cJSON* array, const char* list, con
     return 0;
 }
 
-static int entries_report(const AceKind& kind, cJSON* array, const char* list) {
+int entries_report(const AceKind& kind, cJSON* array, const char* list) {
     uint32_t count = 0;
     if (int code = sal_ace_entry_count_get(list, kind.type, &count))
         return record_error(code);
-    for (uint32_t index = 0; index < count; index++) {
+    for (uint32_t index = 0; index < count; ++index) {
         Ace ace = {};
         int code = sal_ace_entry_byIdx_get(list, kind.type, index, &ace);
         if (!code)
@@ -33,6 +35,8 @@ static int entries_report(const AceKind& kind, cJSON* array, const char* list) {
     }
     return 0;
 }
+
+} // namespace
 
 int ace_list_get(const AceKind& kind, cJSON* acl) {
     cJSON* array = attachJsonArray(acl, kind.key);
@@ -51,9 +55,7 @@ struct AceItem {
     int method;
 };
 
-} // namespace
-
-static bool item_read(const cJSON* json, AceItem* item) {
+bool item_read(const cJSON* json, AceItem* item) {
     int has_sequence, has_method;
     item->json = json;
     item->list = getJsonStringValueForKey(json, "acl_name");
@@ -63,7 +65,7 @@ static bool item_read(const cJSON* json, AceItem* item) {
 }
 
 // Returns 0 or a recorded code.
-static int members_read(const AceKind& kind, const AceItem& item, Ace* ace, bool needs_action) {
+int members_read(const AceKind& kind, const AceItem& item, Ace* ace, bool needs_action) {
     int found;
     int action = getJsonIntValueForKey(item.json, "action", &found);
     if (found)
@@ -75,7 +77,7 @@ static int members_read(const AceKind& kind, const AceItem& item, Ace* ace, bool
 
 // The three changes return 0 when the next item may follow, or the recorded code that ends the
 // section.
-static int entry_create(const AceKind& kind, const AceItem& item) {
+int entry_create(const AceKind& kind, const AceItem& item) {
     Ace ace = {};
     int check = _ace_number_check(kind.type);
     if (kind.is_refusal(check)) {
@@ -92,12 +94,12 @@ static int entry_create(const AceKind& kind, const AceItem& item) {
     return 0;
 }
 
-static int entry_find(const AceKind& kind, const AceItem& item, Ace* ace, bool* found) {
+int entry_find(const AceKind& kind, const AceItem& item, Ace* ace, bool* found) {
     uint32_t count = 0;
     *found = false;
     if (int code = sal_ace_entry_count_get(item.list, kind.type, &count))
         return record_error(code);
-    for (uint32_t index = 0; index < count && !*found; index++) {
+    for (uint32_t index = 0; index < count && !*found; ++index) {
         *ace = {};
         if (int code = sal_ace_entry_byIdx_get(item.list, kind.type, index, ace))
             record_error(code);
@@ -108,7 +110,7 @@ static int entry_find(const AceKind& kind, const AceItem& item, Ace* ace, bool* 
 }
 
 // A change that the platform does not take leaves the entry as it was, and is not recorded.
-static int entry_replace(const char* list, const Ace& before, const Ace& after) {
+int entry_replace(const char* list, const Ace& before, const Ace& after) {
     if (int code = sal_ace_entry_del(list, before.sequence))
         return record_error(code);
     if (!sal_ace_entry_create(list, &after))
@@ -118,7 +120,7 @@ static int entry_replace(const char* list, const Ace& before, const Ace& after) 
     return 0;
 }
 
-static int entry_modify(const AceKind& kind, const AceItem& item) {
+int entry_modify(const AceKind& kind, const AceItem& item) {
     Ace before;
     bool found;
     if (int code = entry_find(kind, item, &before, &found))
@@ -134,7 +136,7 @@ static int entry_modify(const AceKind& kind, const AceItem& item) {
     return entry_replace(item.list, before, after);
 }
 
-static int entry_delete(const AceKind& kind, const AceItem& item) {
+int entry_delete(const AceKind& kind, const AceItem& item) {
     _acl_unbind(kind.type, item.list);
     if (int code = sal_ace_entry_del(item.list, item.sequence))
         return record_error(code);
@@ -144,7 +146,9 @@ static int entry_delete(const AceKind& kind, const AceItem& item) {
 enum { METHODS = 3 }; // 0 deletes, 1 creates, 2 modifies
 
 using EntryChange = int (*)(const AceKind& kind, const AceItem& item);
-static const EntryChange changes[METHODS] = {entry_delete, entry_create, entry_modify};
+const EntryChange changes[METHODS] = {entry_delete, entry_create, entry_modify};
+
+} // namespace
 
 int ace_list_set(const AceKind& kind, const cJSON* entries) {
     for (const cJSON* json = getJsonChild(entries); json; json = getJsonNext(json)) {

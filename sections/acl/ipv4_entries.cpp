@@ -5,12 +5,12 @@
 #include "platform/util.h"
 #include "sections/acl/entries.h"
 
+namespace {
+
 enum { PROTOCOL_ICMP = 1, PROTOCOL_TCP = 6 };
 enum { RANGE_TCP = 1, RANGE_OTHER = 2 }; // kinds of port ranges in the driver
 enum { FLAG_ANY = 0, FLAG_SET = 1, FLAG_CLEAR = 2 };
 enum { LAST_TYPE_OF_SERVICE = 63, LAST_BYTE = 255, LAST_PORT = 65535 };
-
-namespace {
 
 struct ByteField {
     const char* key;
@@ -37,17 +37,15 @@ struct FlagField {
     uint8_t bit;
 };
 
-} // namespace
-
-static const ByteField type_of_service = {
+const ByteField type_of_service = {
     "type_of_service", LAST_TYPE_OF_SERVICE, &AceIpv4::type_of_service,
     &AceIpv4::type_of_service_valid};
-static const ByteField icmp_type = {
+const ByteField icmp_type = {
     "icmp_type", LAST_BYTE, &AceIpv4::icmp_type, &AceIpv4::icmp_type_valid};
-static const ByteField icmp_code = {
+const ByteField icmp_code = {
     "icmp_code", LAST_BYTE, &AceIpv4::icmp_code, &AceIpv4::icmp_code_valid};
 
-static const IpField ip_fields[] = {
+const IpField ip_fields[] = {
     {{"destination_ip", "destination_mask"},
      &AceIpv4::destination_ip,
      &AceIpv4::destination_mask,
@@ -58,27 +56,27 @@ static const IpField ip_fields[] = {
      &AceIpv4::source_ip_valid},
 };
 
-static const PortField port_fields[] = {
+const PortField port_fields[] = {
     {"source_port_first", "source_port_second", &AceIpv4::source_port},
     {"destination_port_first", "destination_port_second", &AceIpv4::destination_port},
 };
 
-static const FlagField flag_fields[] = {
+const FlagField flag_fields[] = {
     {"tcp_flag_urg", 32}, {"tcp_flag_ack", 16}, {"tcp_flag_psh", 8},
     {"tcp_flag_rst", 4},  {"tcp_flag_syn", 2},  {"tcp_flag_fin", 1},
 };
 
-static bool is_protocol(const AceIpv4& ipv4, uint8_t protocol) {
+bool is_protocol(const AceIpv4& ipv4, uint8_t protocol) {
     return ipv4.protocol_valid && ipv4.protocol == protocol;
 }
 
-static uint32_t range_kind(const AceIpv4& ipv4) {
+uint32_t range_kind(const AceIpv4& ipv4) {
     return is_protocol(ipv4, PROTOCOL_TCP) ? RANGE_TCP : RANGE_OTHER;
 }
 
 // --- Settings.
 
-static void protocol_read(const cJSON* item, AceIpv4* ipv4) {
+void protocol_read(const cJSON* item, AceIpv4* ipv4) {
     int found;
     int number = getJsonIntValueForKey(item, "protocol", &found);
     if (!found)
@@ -87,12 +85,12 @@ static void protocol_read(const cJSON* item, AceIpv4* ipv4) {
     ipv4->protocol = static_cast<uint8_t>(ipv4->protocol_valid ? number : 0);
 }
 
-static int byte_read(const cJSON* item, const ByteField& field, AceIpv4* ipv4) {
+int byte_read(const cJSON* item, const ByteField& field, AceIpv4* ipv4) {
     return ace_number_read(
         item, field.key, 0, field.last, &(ipv4->*field.value), &(ipv4->*field.valid));
 }
 
-static int range_write(uint32_t kind, uint32_t first, uint32_t last, AceL4Port* port) {
+int range_write(uint32_t kind, uint32_t first, uint32_t last, AceL4Port* port) {
     AclPortRange range = {kind, first, last, 0};
     *port = {};
     if (int code = rsd_acl_l4port_range_set(&range, &port->range))
@@ -101,7 +99,7 @@ static int range_write(uint32_t kind, uint32_t first, uint32_t last, AceL4Port* 
     return 0;
 }
 
-static int ports_read(const cJSON* item, const PortField& field, int first, AceIpv4* ipv4) {
+int ports_read(const cJSON* item, const PortField& field, int first, AceIpv4* ipv4) {
     int found;
     AceL4Port* port = &(ipv4->*field.port);
     int second = getJsonIntValueForKey(item, field.second, &found);
@@ -119,15 +117,14 @@ static int ports_read(const cJSON* item, const PortField& field, int first, AceI
         range_kind(*ipv4), static_cast<uint32_t>(first), static_cast<uint32_t>(second), port);
 }
 
-static int range_convert(uint32_t kind, AceL4Port* port) {
+int range_convert(uint32_t kind, AceL4Port* port) {
     uint32_t old_kind, first, last;
     if (int code = sal_acl_l4port_range_get(port->range, &old_kind, &first, &last))
         return record_error(code);
     return range_write(kind, first, last, port);
 }
 
-static int
-port_read(const cJSON* item, const PortField& field, uint32_t kind_before, AceIpv4* ipv4) {
+int port_read(const cJSON* item, const PortField& field, uint32_t kind_before, AceIpv4* ipv4) {
     int found;
     AceL4Port* port = &(ipv4->*field.port);
     int first = getJsonIntValueForKey(item, field.first, &found);
@@ -140,7 +137,7 @@ port_read(const cJSON* item, const PortField& field, uint32_t kind_before, AceIp
     return 0;
 }
 
-static void flags_read(const cJSON* item, AceIpv4* ipv4) {
+void flags_read(const cJSON* item, AceIpv4* ipv4) {
     for (const FlagField& field : flag_fields) {
         int found;
         int wanted = getJsonIntValueForKey(item, field.key, &found);
@@ -157,7 +154,7 @@ static void flags_read(const cJSON* item, AceIpv4* ipv4) {
     ipv4->tcp_flags_valid = ipv4->tcp_flags_mask != 0;
 }
 
-static int addresses_read(const cJSON* item, AceIpv4* ipv4) {
+int addresses_read(const cJSON* item, AceIpv4* ipv4) {
     for (const IpField& field : ip_fields) {
         if (int code = ace_address_read(
                 item, field.keys, sys_util_str2Ip, &(ipv4->*field.address), &(ipv4->*field.mask),
@@ -167,7 +164,7 @@ static int addresses_read(const cJSON* item, AceIpv4* ipv4) {
     return 0;
 }
 
-static int ipv4_read(const cJSON* item, Ace* ace) {
+int ipv4_read(const cJSON* item, Ace* ace) {
     AceIpv4* ipv4 = &ace->match.ipv4;
     uint32_t kind_before = range_kind(*ipv4);
     if (getJsonObjectForKey(item, "action"))
@@ -192,13 +189,13 @@ static int ipv4_read(const cJSON* item, Ace* ace) {
 
 // --- Report.
 
-static int ip_print(const uint32_t* address, char* text) { return sys_util_ip2Str(*address, text); }
+int ip_print(const uint32_t* address, char* text) { return sys_util_ip2Str(*address, text); }
 
-static void byte_report(cJSON* item, const ByteField& field, const AceIpv4& ipv4) {
+void byte_report(cJSON* item, const ByteField& field, const AceIpv4& ipv4) {
     addJsonObjectIntItem(item, field.key, ipv4.*field.valid ? ipv4.*field.value : -1);
 }
 
-static int port_report(cJSON* item, const PortField& field, const AceL4Port& port) {
+int port_report(cJSON* item, const PortField& field, const AceL4Port& port) {
     uint32_t kind, first = 0, last = 0;
     if (port.range_valid) {
         if (int code = sal_acl_l4port_range_get(port.range, &kind, &first, &last))
@@ -210,14 +207,14 @@ static int port_report(cJSON* item, const PortField& field, const AceL4Port& por
     return 0;
 }
 
-static void flag_report(cJSON* item, const FlagField& field, const AceIpv4& ipv4) {
+void flag_report(cJSON* item, const FlagField& field, const AceIpv4& ipv4) {
     int value = FLAG_ANY;
     if (ipv4.tcp_flags_valid && ipv4.tcp_flags_mask & field.bit)
         value = ipv4.tcp_flags & field.bit ? FLAG_SET : FLAG_CLEAR;
     addJsonObjectIntItem(item, field.key, value);
 }
 
-static int ipv4_report(cJSON* item, const Ace& ace) {
+int ipv4_report(cJSON* item, const Ace& ace) {
     const AceIpv4& ipv4 = ace.match.ipv4;
     addJsonObjectIntItem(item, "protocol", ipv4.protocol_valid ? ipv4.protocol : -1);
     for (const IpField& field : ip_fields) {
@@ -239,9 +236,11 @@ static int ipv4_report(cJSON* item, const Ace& ace) {
 }
 
 // Only a full table refuses a new IPv4 entry; what else the check may report does not.
-static const AceKind ipv4_kind = {
+const AceKind ipv4_kind = {
     ACL_IPV4, "ipv4_ace", [](int check) { return check == ERROR_REFUSED; }, ipv4_read, ipv4_report,
 };
+
+} // namespace
 
 int ace_ipv4_get(cJSON* acl) { return ace_list_get(ipv4_kind, acl); }
 

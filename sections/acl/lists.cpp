@@ -11,7 +11,9 @@
 
 // --- Report.
 
-static int names_report(cJSON* acl, const char* key, uint32_t type) {
+namespace {
+
+int names_report(cJSON* acl, const char* key, uint32_t type) {
     cJSON* names = attachJsonArray(acl, key);
     return acl_each_list(type, [names](const char* name) {
         cJSON* item = createJsonObject();
@@ -20,6 +22,8 @@ static int names_report(cJSON* acl, const char* key, uint32_t type) {
         return 0;
     });
 }
+
+} // namespace
 
 int acl_mac_get(cJSON* acl) { return names_report(acl, "mac_acl", ACL_MAC); }
 
@@ -32,14 +36,14 @@ struct ReportPart {
     const char* failure;
 };
 
-} // namespace
-
-static const ReportPart report_parts[] = {
+const ReportPart report_parts[] = {
     {acl_mac_get, "acl mac get fail"},
     {ace_mac_get, "ace mac get fail"},
     {acl_ipv4_get, "acl ipv4 get fail"},
     {ace_ipv4_get, "ace ipv4 get fail"},
 };
+
+} // namespace
 
 int vxc_acl_get(cJSON* parent) {
     cJSON* acl = attachJsonObject(parent, "acl");
@@ -56,7 +60,9 @@ int _acl_name_check(uint32_t type, const char* name) {
         type, [name](const char* other) { return strcmp(name, other) ? 0 : ERROR_REFUSED; });
 }
 
-static int list_create(uint32_t type, const char* name) {
+namespace {
+
+int list_create(uint32_t type, const char* name) {
     if (_acl_name_check(type, name) == ERROR_REFUSED)
         return ERROR_REFUSED;
     if (int code = sal_acl_entry_create(name, type))
@@ -65,9 +71,9 @@ static int list_create(uint32_t type, const char* name) {
 }
 
 // Every port gives up its list of this type, whichever it is.
-static int list_delete(uint32_t type, const char* name, const AclPortBinding* table) {
+int list_delete(uint32_t type, const char* name, const AclPortBinding* table) {
     PortBitmap ports = {};
-    for (int port = 0; port < acl_port_count(); port++) {
+    for (int port = 0; port < acl_port_count(); ++port) {
         bool bound;
         if (int code = acl_is_bound(table[port], type, &bound))
             return record_error(code);
@@ -81,6 +87,8 @@ static int list_delete(uint32_t type, const char* name, const AclPortBinding* ta
     return 0;
 }
 
+} // namespace
+
 int acl_set(int method, uint32_t type, const char* name) {
     AclPortBinding table[ACL_PORTS] = {};
     if (int code = sal_acl_entry_portBinding_get(table))
@@ -90,7 +98,9 @@ int acl_set(int method, uint32_t type, const char* name) {
     return method == 1 ? list_create(type, name) : 0;
 }
 
-static int lists_set(const cJSON* lists, uint32_t type) {
+namespace {
+
+int lists_set(const cJSON* lists, uint32_t type) {
     for (const cJSON* list = getJsonChild(lists); list; list = getJsonNext(list)) {
         int found;
         const char* name = getJsonStringValueForKey(list, "name");
@@ -101,21 +111,19 @@ static int lists_set(const cJSON* lists, uint32_t type) {
     return 0;
 }
 
-namespace {
-
 struct SettingsPart {
     const char* key;
     int (*apply)(const cJSON* items);
 };
 
-} // namespace
-
-static const SettingsPart settings_parts[] = {
+const SettingsPart settings_parts[] = {
     {"mac_acl", [](const cJSON* lists) { return lists_set(lists, ACL_MAC); }},
     {"mac_ace", ace_mac_set},
     {"ipv4_acl", [](const cJSON* lists) { return lists_set(lists, ACL_IPV4); }},
     {"ipv4_ace", ace_ipv4_set},
 };
+
+} // namespace
 
 int vxc_acl_set(const cJSON* acl) {
     memset(bind_recover_names, 0, sizeof bind_recover_names);

@@ -7,14 +7,14 @@
 #include "platform/util.h"
 #include "sections/acl/entries.h"
 
+namespace {
+
 enum {
     LAST_VLAN = 4094,
     FIRST_ETHERTYPE = 0x0600, // smaller numbers are lengths
     LAST_ETHERTYPE = 0xFFFF,
     LAST_PRIORITY = 7, // also the mask that compares the whole priority
 };
-
-namespace {
 
 struct MacField {
     AddressKeys keys;
@@ -23,9 +23,7 @@ struct MacField {
     uint8_t AceMac::*valid;
 };
 
-} // namespace
-
-static const MacField mac_fields[] = {
+const MacField mac_fields[] = {
     {{"destination_mac", "destination_mask"},
      &AceMac::destination_mac,
      &AceMac::destination_mask,
@@ -36,7 +34,7 @@ static const MacField mac_fields[] = {
      &AceMac::source_mac_valid},
 };
 
-static bool parse_ethertype(const char* text, uint32_t* number) {
+bool parse_ethertype(const char* text, uint32_t* number) {
     if (text[0] == '0' && (text[1] == 'x' || text[1] == 'X'))
         text += 2;
     const char* end = text + strlen(text);
@@ -45,7 +43,7 @@ static bool parse_ethertype(const char* text, uint32_t* number) {
            *number <= LAST_ETHERTYPE;
 }
 
-static int ethertype_read(const cJSON* item, AceMac* mac) {
+int ethertype_read(const cJSON* item, AceMac* mac) {
     uint32_t number = 0;
     const char* text = getJsonStringValueForKey(item, "ethertype");
     if (!text)
@@ -57,7 +55,7 @@ static int ethertype_read(const cJSON* item, AceMac* mac) {
     return 0;
 }
 
-static int mac_read(const cJSON* item, Ace* ace) {
+int mac_read(const cJSON* item, Ace* ace) {
     AceMac* mac = &ace->match.mac;
     if (int code = ace_number_read(item, "vlan_id", 1, LAST_VLAN, &mac->vlan, &mac->vlan_valid))
         return code;
@@ -76,7 +74,7 @@ static int mac_read(const cJSON* item, Ace* ace) {
     return 0;
 }
 
-static int mac_report(cJSON* item, const Ace& ace) {
+int mac_report(cJSON* item, const Ace& ace) {
     const AceMac& mac = ace.match.mac;
     char ethertype[sizeof "FFFF"] = "";
     for (const MacField& field : mac_fields) {
@@ -94,9 +92,11 @@ static int mac_report(cJSON* item, const Ace& ace) {
 }
 
 // Any result but 0 refuses a new MAC entry.
-static const AceKind mac_kind = {
+const AceKind mac_kind = {
     ACL_MAC, "mac_ace", [](int check) { return check != 0; }, mac_read, mac_report,
 };
+
+} // namespace
 
 int ace_mac_get(cJSON* acl) { return ace_list_get(mac_kind, acl); }
 

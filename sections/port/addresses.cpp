@@ -9,35 +9,41 @@
 #include "platform/system.h"
 #include "platform/util.h"
 
+namespace {
+
 enum { MAC_TEXT_LENGTH = 18 };
 
-static const uint32_t first_room = 64;
+const uint32_t first_room = 64;
+
+} // namespace
 
 struct LearnedMac {
     PortBitmap ports;
     char text[MAC_TEXT_LENGTH];
 };
 
-static PortBitmap logical_ports() {
+namespace {
+
+PortBitmap logical_ports() {
     PortBitmap ports = {};
-    for (int port = 0; port < sys_logic_port_num_ret() && port < MAC_LIST_PORTS; port++)
+    for (int port = 0; port < sys_logic_port_num_ret() && port < MAC_LIST_PORTS; ++port)
         ports.words[port / 32] |= 1u << (port % 32);
     return ports;
 }
 
-static PortBitmap intersection(const PortBitmap& a, const PortBitmap& b) {
+PortBitmap intersection(const PortBitmap& a, const PortBitmap& b) {
     PortBitmap both = {};
-    for (int word = 0; word < PORT_BITMAP_WORDS; word++)
+    for (int word = 0; word < PORT_BITMAP_WORDS; ++word)
         both.words[word] = a.words[word] & b.words[word];
     return both;
 }
 
-static bool is_empty(const PortBitmap& ports) {
+bool is_empty(const PortBitmap& ports) {
     return !(ports.words[0] | ports.words[1] | ports.words[2]);
 }
 
 // The place for one more address, or null where memory is short.
-static LearnedMac* next_place(MacLists* lists) {
+LearnedMac* next_place(MacLists* lists) {
     if (lists->count == lists->room) {
         uint32_t room = lists->room ? lists->room * 2 : first_room;
         void* larger = realloc(lists->macs, room * sizeof(LearnedMac));
@@ -49,7 +55,7 @@ static LearnedMac* next_place(MacLists* lists) {
     return &lists->macs[lists->count];
 }
 
-static int list_entry(MacLists* lists, const PortBitmap& ports, const MacEntry* entry) {
+int list_entry(MacLists* lists, const PortBitmap& ports, const MacEntry* entry) {
     uint32_t is_static = 0;
     if (int code = sal_l2_static_macEntry_search(entry, &is_static))
         return code;
@@ -60,12 +66,12 @@ static int list_entry(MacLists* lists, const PortBitmap& ports, const MacEntry* 
         return code;
     if (LearnedMac* place = next_place(lists)) {
         *place = mac;
-        lists->count++;
+        ++lists->count;
     }
     return 0;
 }
 
-static int read_table(MacLists* lists) {
+int read_table(MacLists* lists) {
     uint32_t count = 0;
     uint8_t own[MAC_ADDRESS_SIZE] = {};
     if (int code = sal_l2_macTbl_generate(&count))
@@ -75,7 +81,7 @@ static int read_table(MacLists* lists) {
     if (int code = sal_sys_macAddr_get(own))
         return code;
     const PortBitmap ports = logical_ports();
-    for (uint32_t index = 0; index < count; index++) {
+    for (uint32_t index = 0; index < count; ++index) {
         MacEntry entry = {};
         if (int code = sal_l2_macEntry_get(index, &entry))
             return code;
@@ -88,8 +94,8 @@ static int read_table(MacLists* lists) {
 }
 
 // Calls `visit` with each port of the set, in order.
-template <class Visit> static void each_port(const PortBitmap& ports, Visit visit) {
-    for (int word = 0; word < PORT_BITMAP_WORDS; word++) {
+template <class Visit> void each_port(const PortBitmap& ports, Visit visit) {
+    for (int word = 0; word < PORT_BITMAP_WORDS; ++word) {
         for (uint32_t bits = ports.words[word]; bits; bits &= bits - 1)
             visit(word * 32 + __builtin_ctz(bits));
     }
@@ -97,11 +103,11 @@ template <class Visit> static void each_port(const PortBitmap& ports, Visit visi
 
 // Sorts the addresses by port, keeping the table's order: `first` counts each port's addresses,
 // then says where its list begins.
-static void sort_by_port(MacLists* lists) {
+void sort_by_port(MacLists* lists) {
     uint32_t* first = lists->first;
-    for (uint32_t i = 0; i < lists->count; i++)
+    for (uint32_t i = 0; i < lists->count; ++i)
         each_port(lists->macs[i].ports, [first](int port) { first[port + 1]++; });
-    for (int port = 0; port < MAC_LIST_PORTS; port++)
+    for (int port = 0; port < MAC_LIST_PORTS; ++port)
         first[port + 1] += first[port];
 
     lists->texts = static_cast<const char**>(calloc(first[MAC_LIST_PORTS] + 1, sizeof(char*)));
@@ -109,11 +115,13 @@ static void sort_by_port(MacLists* lists) {
         return;
     uint32_t next[MAC_LIST_PORTS];
     memcpy(next, first, sizeof next);
-    for (uint32_t i = 0; i < lists->count; i++) {
+    for (uint32_t i = 0; i < lists->count; ++i) {
         const LearnedMac& mac = lists->macs[i];
         each_port(mac.ports, [&](int port) { lists->texts[next[port]++] = mac.text; });
     }
 }
+
+} // namespace
 
 int collect_mac_lists(MacLists* lists) {
     if (int code = read_table(lists))

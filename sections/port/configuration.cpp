@@ -23,6 +23,8 @@
 #include "sections/port/speed.h"
 #include "sections/port/vlan_upkeep.h"
 
+namespace {
+
 enum { HIGHEST_USER_LIMIT = 30, USER_LIMIT_UNIT = 5 }; // watts, and the platform's fifths of one
 
 // What is known before the first port.
@@ -33,13 +35,13 @@ struct PortConfig {
 
 using Setter = int (*)(int port, int value);
 
-static int apply_bool(const cJSON* object, const char* key, int port, Setter set) {
+int apply_bool(const cJSON* object, const char* key, int port, Setter set) {
     int found = 0;
     bool value = getJsonBoolValueForKey(object, key, &found) != JSON_FALSE;
     return found ? set(port, value) : 0;
 }
 
-static int apply_int(const cJSON* object, const char* key, int port, Setter set) {
+int apply_int(const cJSON* object, const char* key, int port, Setter set) {
     int found = 0;
     int value = getJsonIntValueForKey(object, key, &found);
     return found ? set(port, value) : 0;
@@ -47,9 +49,9 @@ static int apply_int(const cJSON* object, const char* key, int port, Setter set)
 
 // ---- "enable" and "reset"
 
-static bool has_poe(int port) { return port < POE_PORTS; }
+bool has_poe(int port) { return port < POE_PORTS; }
 
-static void reset_power(int port) {
+void reset_power(int port) {
     uint8_t index = static_cast<uint8_t>(port);
     uint8_t enable = 0, mode = 0, detection = 0, classification = 0;
     sal_poe_port_config_query_get(index, &enable, &mode, &detection, &classification);
@@ -59,7 +61,7 @@ static void reset_power(int port) {
     mark_port_reset(port);
 }
 
-static int apply_reset(const cJSON* settings, int port) {
+int apply_reset(const cJSON* settings, int port) {
     int found = 0;
     if (!getJsonBoolValueForKey(settings, "reset", &found))
         return 0;
@@ -77,32 +79,32 @@ static int apply_reset(const cJSON* settings, int port) {
     return 0;
 }
 
-static int apply_state(PortConfig*, const cJSON* settings, int port) {
+int apply_state(PortConfig*, const cJSON* settings, int port) {
     if (int code = apply_bool(settings, "enable", port, sal_port_enable_set))
         return code;
     return apply_reset(settings, port);
 }
 
-static int apply_isolation(PortConfig*, const cJSON* settings, int port) {
+int apply_isolation(PortConfig*, const cJSON* settings, int port) {
     return apply_bool(settings, "isolation", port, sal_port_protected_set);
 }
 
-static int apply_pvid(PortConfig*, const cJSON* settings, int port) {
+int apply_pvid(PortConfig*, const cJSON* settings, int port) {
     return apply_int(settings, "pvid", port, sal_vlan_portAdminPvid_set);
 }
 
 // ---- "poe". The library takes the port, and what is counted here, as 8-bit numbers.
 
-static int set_poe_priority(int port, int value) {
+int set_poe_priority(int port, int value) {
     return sal_poe_port_priority_config_set(static_cast<uint8_t>(port), value);
 }
 
-static int set_poe_enable(int port, int value) {
+int set_poe_enable(int port, int value) {
     return sal_poe_port_pse_enable_set(static_cast<uint8_t>(port), value);
 }
 
 // The cloud counts from 0, the library from 1. A limit of the user's own leaves the class out.
-static int set_limit_type(int port, int value) {
+int set_limit_type(int port, int value) {
     uint8_t type = static_cast<uint8_t>(value + 1u);
     if (int code = sal_poe_power_th_type_config_set(static_cast<uint8_t>(port), type))
         return code;
@@ -111,7 +113,7 @@ static int set_limit_type(int port, int value) {
 }
 
 // A limit beyond the range would come out as a small one: the whole document is refused.
-static int apply_user_limit(const PortConfig* config, const cJSON* poe, int port) {
+int apply_user_limit(const PortConfig* config, const cJSON* poe, int port) {
     int found = 0;
     uint8_t limit = static_cast<uint8_t>(getJsonIntValueForKey(poe, "power_limit_user", &found));
     if (!found)
@@ -125,7 +127,7 @@ static int apply_user_limit(const PortConfig* config, const cJSON* poe, int port
         static_cast<uint8_t>(port), static_cast<uint8_t>(limit * USER_LIMIT_UNIT));
 }
 
-static int apply_poe(PortConfig* config, const cJSON* settings, int port) {
+int apply_poe(PortConfig* config, const cJSON* settings, int port) {
     const cJSON* poe = getJsonObjectForKey(settings, "poe");
     if (!poe || !has_poe(port))
         return 0;
@@ -141,16 +143,18 @@ static int apply_poe(PortConfig* config, const cJSON* settings, int port) {
 // ---- "tagged_vlans" and "untagged_vlans"
 
 // A list that cannot be applied does not keep the port from its other settings.
-static void apply_vlan_list(const cJSON* settings, const char* key, int port, int kind) {
+void apply_vlan_list(const cJSON* settings, const char* key, int port, int kind) {
     if (const char* text = getJsonStringValueForKey(settings, key))
         Auto_edit_vlan(port, kind, text);
 }
 
-static int apply_vlans(PortConfig*, const cJSON* settings, int port) {
+int apply_vlans(PortConfig*, const cJSON* settings, int port) {
     apply_vlan_list(settings, "tagged_vlans", port, VLAN_TAGGED);
     apply_vlan_list(settings, "untagged_vlans", port, VLAN_UNTAGGED);
     return 0;
 }
+
+} // namespace
 
 // ---- "rate_limit"
 
@@ -162,7 +166,9 @@ struct RateLimit {
     Setter set_enable;
 };
 
-static const RateLimit rate_limits[] = {
+namespace {
+
+const RateLimit rate_limits[] = {
     {"tx_limit_kbps", "enable_tx", sal_rate_egrBandwidthCtrlEnable_get,
      sal_rate_egrBandwidthCtrlRate_set, sal_rate_egrBandwidthCtrlEnable_set},
     {"rx_limit_kbps", "enable_rx", sal_rate_igrBandwidthCtrlEnable_get,
@@ -171,7 +177,7 @@ static const RateLimit rate_limits[] = {
 
 // A limit that is off and is given no rate is opened, so that it does not bite when it is switched
 // on.
-static int apply_rate(const RateLimit& limit, const cJSON* settings, int port) {
+int apply_rate(const RateLimit& limit, const cJSON* settings, int port) {
     int found = 0;
     int kbps = getJsonIntValueForKey(settings, limit.rate_key, &found);
     if (found)
@@ -182,13 +188,13 @@ static int apply_rate(const RateLimit& limit, const cJSON* settings, int port) {
     return on ? 0 : limit.set_rate(port, RATE_UNLIMITED);
 }
 
-static bool may_limit(int port) {
+bool may_limit(int port) {
     return port < sys_logic_port_num_ret() - TRUNK_GROUPS &&
            sys_trunk_portRole_ret(port) == TRUNK_ROLE_NONE;
 }
 
 // Rates before enables: a limit that is switched on has its new rate from the first frame.
-static int apply_rate_limit(PortConfig*, const cJSON* settings, int port) {
+int apply_rate_limit(PortConfig*, const cJSON* settings, int port) {
     const cJSON* object = getJsonObjectForKey(settings, "rate_limit");
     if (!object || !may_limit(port))
         return 0;
@@ -205,33 +211,33 @@ static int apply_rate_limit(PortConfig*, const cJSON* settings, int port) {
 
 // ---- The rest
 
-static int set_speed_mode(int port, int code) {
+int set_speed_mode(int port, int code) {
     if (static_cast<uint32_t>(code) > SPEED_10G_FULL)
         return ERROR_BAD_VALUE;
     return apply_speed_code(port, code);
 }
 
-static int apply_speed_mode(PortConfig*, const cJSON* settings, int port) {
+int apply_speed_mode(PortConfig*, const cJSON* settings, int port) {
     return apply_int(settings, "link_speed_mode", port, set_speed_mode);
 }
 
-static int apply_flow_control(PortConfig*, const cJSON* settings, int port) {
+int apply_flow_control(PortConfig*, const cJSON* settings, int port) {
     return apply_bool(settings, "flow_control", port, sal_port_flowCtrl_set);
 }
 
-static int apply_qos(PortConfig*, const cJSON* settings, int port) {
+int apply_qos(PortConfig*, const cJSON* settings, int port) {
     const cJSON* qos = getJsonObjectForKey(settings, "qos");
     if (int code = apply_int(qos, "cos_value", port, sal_qos_portCos_set))
         return code;
     return apply_bool(qos, "trust", port, sal_qos_portTrustState_set);
 }
 
-static bool holds(const PortBitmap& ports, int port) {
+bool holds(const PortBitmap& ports, int port) {
     return port < PORT_BITMAP_WORDS * 32 && (ports.words[port / 32] >> (port % 32) & 1);
 }
 
 // A port that is in the voice VLAN by itself keeps its settings there.
-static int apply_voice_vlan(PortConfig* config, const cJSON* settings, int port) {
+int apply_voice_vlan(PortConfig* config, const cJSON* settings, int port) {
     const cJSON* voice = getJsonObjectForKey(settings, "voice_vlan");
     if (holds(config->voice_members, port))
         return 0;
@@ -240,7 +246,7 @@ static int apply_voice_vlan(PortConfig* config, const cJSON* settings, int port)
     return apply_int(voice, "cos_mode", port, sal_vlan_portVoiceVlancosMode_set);
 }
 
-static int apply_acl(PortConfig*, const cJSON* settings, int port) {
+int apply_acl(PortConfig*, const cJSON* settings, int port) {
     const cJSON* acl = getJsonObjectForKey(settings, "acl");
     if (!acl)
         return 0;
@@ -257,13 +263,13 @@ static int apply_acl(PortConfig*, const cJSON* settings, int port) {
 
 using KeyApplier = int (*)(PortConfig* config, const cJSON* settings, int port);
 
-static const KeyApplier appliers[] = {
+const KeyApplier appliers[] = {
     apply_state, apply_isolation,  apply_pvid,       apply_poe,
     apply_vlans, apply_rate_limit, apply_speed_mode, apply_flow_control,
     apply_qos,   apply_voice_vlan, apply_acl,
 };
 
-static bool find_port(const cJSON* settings, int* port) {
+bool find_port(const cJSON* settings, int* port) {
     const char* id = getJsonStringValueForKey(settings, "id");
     if (!id)
         return false;
@@ -274,7 +280,7 @@ static bool find_port(const cJSON* settings, int* port) {
 }
 
 // An element that names no port is recorded and passed over.
-static int apply_port(PortConfig* config, const cJSON* settings) {
+int apply_port(PortConfig* config, const cJSON* settings) {
     int port = 0;
     if (!find_port(settings, &port)) {
         record_error(ERROR_BAD_VALUE);
@@ -290,7 +296,7 @@ static int apply_port(PortConfig* config, const cJSON* settings) {
 // ---- All ports
 
 // The ports' class and trust settings are taken only while QoS is on.
-static int switch_qos_on(PortConfig* config) {
+int switch_qos_on(PortConfig* config) {
     uint32_t mode = 0;
     if (int code = sal_qos_mode_get(&mode))
         return code;
@@ -298,11 +304,11 @@ static int switch_qos_on(PortConfig* config) {
     return config->qos_was_off ? sal_qos_mode_set(1) : 0;
 }
 
-static int find_members(int vid, PortBitmap* members) {
+int find_members(int vid, PortBitmap* members) {
     uint32_t count = 0;
     if (int code = sal_vlan_operEntryNum_get(&count))
         return code;
-    for (uint32_t index = 0; index < count; index++) {
+    for (uint32_t index = 0; index < count; ++index) {
         uint32_t entry_vid = 0;
         VlanEntry entry = {};
         if (sal_vlan_adminEntrySort_get(static_cast<int>(index), &entry_vid, &entry))
@@ -315,7 +321,7 @@ static int find_members(int vid, PortBitmap* members) {
     return 0;
 }
 
-static int find_voice_members(PortBitmap* members) {
+int find_voice_members(PortBitmap* members) {
     int vid = 0;
     int state = 0;
     if (int code = sal_vlan_voiceVid_get(&vid))
@@ -325,7 +331,7 @@ static int find_voice_members(PortBitmap* members) {
     return state ? find_members(vid, members) : 0;
 }
 
-static int apply_ports(const cJSON* ports) {
+int apply_ports(const cJSON* ports) {
     PortConfig config = {};
     if (int code = switch_qos_on(&config))
         return code;
@@ -337,6 +343,8 @@ static int apply_ports(const cJSON* ports) {
     }
     return config.qos_was_off ? sal_qos_mode_set(0) : 0;
 }
+
+} // namespace
 
 int vxc_port_set(const cJSON* system) {
     const cJSON* ports = getJsonObjectForKey(system, "ports");

@@ -4,22 +4,24 @@
 #include "json/json_document.h"
 #include "platform/mib.h"
 
+namespace {
+
 enum { DIRECTION_COUNTERS = 6 };
 
-static const char* const direction_keys[DIRECTION_COUNTERS] = {
+const char* const direction_keys[DIRECTION_COUNTERS] = {
     "all", "ucast", "nucast", "discard", "mcast", "bcast",
 };
 
 // Rows of user_mibtbls, in the order of the keys.
-static const int rx_rows[DIRECTION_COUNTERS] = {0, 1, 2, 3, 8, 9};
-static const int tx_rows[DIRECTION_COUNTERS] = {4, 5, 6, 7, 10, 11};
+const int rx_rows[DIRECTION_COUNTERS] = {0, 1, 2, 3, 8, 9};
+const int tx_rows[DIRECTION_COUNTERS] = {4, 5, 6, 7, 10, 11};
 
 struct RmonCounter {
     const char* key;
     MibGetter get;
 };
 
-static const RmonCounter rmon_counters[] = {
+const RmonCounter rmon_counters[] = {
     {"drop_events", sal_mib_etherStatsDropEvents_get},
     {"octets", sal_mib_etherStatsOctets_get},
     {"pkts", sal_mib_etherStatsPkts_get},
@@ -41,22 +43,22 @@ static const RmonCounter rmon_counters[] = {
 
 using DirectionCounts = uint64_t[DIRECTION_COUNTERS];
 
-static int read_direction(int port, const int* rows, DirectionCounts& counts) {
-    for (int i = 0; i < DIRECTION_COUNTERS; i++) {
+int read_direction(int port, const int* rows, DirectionCounts& counts) {
+    for (int i = 0; i < DIRECTION_COUNTERS; ++i) {
         if (int code = user_mibtbls.rows[rows[i]].get(port, &counts[i]))
             return code;
     }
     return 0;
 }
 
-static void add_direction(cJSON* statistics, const char* name, const DirectionCounts& counts) {
+void add_direction(cJSON* statistics, const char* name, const DirectionCounts& counts) {
     cJSON* direction = attachJsonObject(statistics, name);
-    for (int i = 0; i < DIRECTION_COUNTERS; i++)
+    for (int i = 0; i < DIRECTION_COUNTERS; ++i)
         addJsonObjectLongLongUintItem(direction, direction_keys[i], counts[i]);
 }
 
 // Both directions are read before either is shown, so that they tell of one moment.
-static int add_interface_counters(cJSON* statistics, int port) {
+int add_interface_counters(cJSON* statistics, int port) {
     DirectionCounts rx = {};
     DirectionCounts tx = {};
     if (int code = read_direction(port, rx_rows, rx))
@@ -68,7 +70,7 @@ static int add_interface_counters(cJSON* statistics, int port) {
     return 0;
 }
 
-static int add_rmon_counters(cJSON* statistics, int port) {
+int add_rmon_counters(cJSON* statistics, int port) {
     cJSON* rmon = attachJsonObject(statistics, "rmon");
     for (const RmonCounter& counter : rmon_counters) {
         uint64_t count = 0;
@@ -79,11 +81,13 @@ static int add_rmon_counters(cJSON* statistics, int port) {
     return 0;
 }
 
-static int fill_statistics(cJSON* statistics, int port) {
+int fill_statistics(cJSON* statistics, int port) {
     if (int code = add_interface_counters(statistics, port))
         return code;
     return add_rmon_counters(statistics, port);
 }
+
+} // namespace
 
 int add_port_statistics(cJSON* port_object, int port) {
     cJSON* statistics = createJsonObject();

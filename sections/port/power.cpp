@@ -4,6 +4,8 @@
 #include "json/json_document.h"
 #include "platform/poe.h"
 
+namespace {
+
 enum { USER_LIMIT_UNIT = 5 }; // the platform counts fifths of what the cloud counts
 
 struct PortPower {
@@ -15,6 +17,8 @@ struct PortPower {
     uint16_t draw; // tenths of a watt
 };
 
+} // namespace
+
 int read_poe_budget(uint16_t* budget) {
     uint16_t allocated = 0;
     uint8_t mode = 0;
@@ -23,7 +27,9 @@ int read_poe_budget(uint16_t* budget) {
     return sal_poe_system_power_management_query_get(&mode, budget);
 }
 
-static int read_settings(uint8_t port, PortPower* power) {
+namespace {
+
+int read_settings(uint8_t port, PortPower* power) {
     uint8_t disconnect = 0, pairs = 0, mode = 0, detection = 0, classification = 0;
     if (int code = sal_poe_port_ext_config_query_get(
             port, &disconnect, &power->limit_type, &power->user_limit, &power->priority, &pairs))
@@ -31,7 +37,7 @@ static int read_settings(uint8_t port, PortPower* power) {
     return sal_poe_port_config_query_get(port, &power->enable, &mode, &detection, &classification);
 }
 
-static int read_state(uint8_t port, PortPower* power) {
+int read_state(uint8_t port, PortPower* power) {
     uint8_t error = 0, power_class = 0;
     uint16_t voltage = 0, current = 0, temperature = 0;
     if (int code = sal_poe_port_status_query_get(port, &power->status, &error, &power_class))
@@ -40,7 +46,7 @@ static int read_state(uint8_t port, PortPower* power) {
         port, &voltage, &current, &temperature, &power->draw);
 }
 
-static void show(cJSON* poe, const PortPower& power) {
+void show(cJSON* poe, const PortPower& power) {
     addJsonObjectBoolItem(poe, "enable", power.enable);
     addJsonObjectIntItem(poe, "priority", power.priority);
     addJsonObjectIntItem(poe, "power_limit_type", power.limit_type - 1);
@@ -48,6 +54,8 @@ static void show(cJSON* poe, const PortPower& power) {
     addJsonObjectDoubleItem(poe, "power_draw", power.draw / 10.0);
     addJsonObjectIntItem(poe, "status", power.status);
 }
+
+} // namespace
 
 int add_port_poe(cJSON* port_object, int port, uint16_t* draw) {
     if (port >= POE_PORTS)

@@ -18,6 +18,8 @@
 #include "sections/port/power.h"
 #include "sections/port/speed.h"
 
+namespace {
+
 // What a report knows before its first port, and adds up on the way.
 struct PortReport {
     MacLists macs;
@@ -26,13 +28,11 @@ struct PortReport {
     uint16_t draw;   // of all ports, in tenths of a watt; wraps at 16 bits
 };
 
-static bool is_marked_reset(int port) {
-    return port < PORT_RESET_FLAGS && gCattr.port_reset_flags[port];
-}
+bool is_marked_reset(int port) { return port < PORT_RESET_FLAGS && gCattr.port_reset_flags[port]; }
 
 // ---- Members up to "flow_control". Each reads what it shows first and shows nothing on a failure.
 
-static int add_state(cJSON* object, int port, uint32_t* link) {
+int add_state(cJSON* object, int port, uint32_t* link) {
     char id[PORT_ID_SIZE];
     uint32_t enable = 0;
     if (int code = sal_port_enable_get(port, &enable))
@@ -47,7 +47,7 @@ static int add_state(cJSON* object, int port, uint32_t* link) {
     return 0;
 }
 
-static int add_pvid(cJSON* object, int port) {
+int add_pvid(cJSON* object, int port) {
     uint32_t pvid = 0;
     if (int code = sal_vlan_portAdminPvid_get(port, &pvid))
         return code;
@@ -55,7 +55,7 @@ static int add_pvid(cJSON* object, int port) {
     return 0;
 }
 
-static int add_vlans(cJSON* object, int port, const char* key, int kind) {
+int add_vlans(cJSON* object, int port, const char* key, int kind) {
     VlanMask vlans = {};
     char text[VLAN_TEXT_SIZE] = {};
     if (int code = sal_vlan_portAdminVlanmask_get(port, kind, &vlans))
@@ -66,20 +66,24 @@ static int add_vlans(cJSON* object, int port, const char* key, int kind) {
     return 0;
 }
 
+} // namespace
+
 struct RateLimit {
     uint32_t on;
     uint32_t kbps; // 0 while the limit is off
 };
 
+namespace {
+
 using RateGetter = int (*)(int port, uint32_t* value);
 
-static int read_limit(int port, RateGetter is_on, RateGetter rate, RateLimit* limit) {
+int read_limit(int port, RateGetter is_on, RateGetter rate, RateLimit* limit) {
     if (int code = is_on(port, &limit->on))
         return code;
     return limit->on == 1 ? rate(port, &limit->kbps) : 0;
 }
 
-static int add_rate_limit(cJSON* object, int port) {
+int add_rate_limit(cJSON* object, int port) {
     if (port >= sys_logic_port_num_ret() - TRUNK_GROUPS)
         return 0;
     RateLimit rx = {};
@@ -98,7 +102,7 @@ static int add_rate_limit(cJSON* object, int port) {
     return 0;
 }
 
-static int add_speed(cJSON* object, int port, bool has_link) {
+int add_speed(cJSON* object, int port, bool has_link) {
     PortSpeed speed = {};
     PortDuplex duplex = {};
     PortLinkMode running = {};
@@ -118,7 +122,7 @@ static int add_speed(cJSON* object, int port, bool has_link) {
     return 0;
 }
 
-static int add_flow_control(cJSON* object, int port) {
+int add_flow_control(cJSON* object, int port) {
     uint32_t configured = 0;
     uint32_t running = 0;
     if (int code = sal_port_flowCtrl_get(port, &configured, &running))
@@ -127,7 +131,7 @@ static int add_flow_control(cJSON* object, int port) {
     return 0;
 }
 
-static int add_leading_members(PortReport* report, cJSON* object, int port) {
+int add_leading_members(PortReport* report, cJSON* object, int port) {
     uint32_t link = 0;
     uint16_t draw = 0;
     if (int code = add_state(object, port, &link))
@@ -151,7 +155,7 @@ static int add_leading_members(PortReport* report, cJSON* object, int port) {
 
 // ---- Members from "isolation" on
 
-static int add_isolation(cJSON* object, int port) {
+int add_isolation(cJSON* object, int port) {
     uint32_t isolated = 0;
     if (int code = sal_port_protected_get(port, &isolated))
         return code;
@@ -159,7 +163,7 @@ static int add_isolation(cJSON* object, int port) {
     return 0;
 }
 
-static int add_qos(cJSON* object, int port) {
+int add_qos(cJSON* object, int port) {
     uint32_t cos = 0;
     uint32_t trust = 0;
     if (int code = sal_qos_portCos_get(port, &cos))
@@ -172,7 +176,7 @@ static int add_qos(cJSON* object, int port) {
     return 0;
 }
 
-static void add_acl(const PortReport* report, cJSON* object, int port) {
+void add_acl(const PortReport* report, cJSON* object, int port) {
     cJSON* acl = attachJsonObject(object, "acl");
     if (port >= ACL_PORTS)
         return;
@@ -180,7 +184,7 @@ static void add_acl(const PortReport* report, cJSON* object, int port) {
     addJsonObjectStringItem(acl, "ipv4", report->bindings[port].name[ACL_IPV4]);
 }
 
-static int add_voice_vlan(cJSON* object, int port) {
+int add_voice_vlan(cJSON* object, int port) {
     int enable = 0;
     int cos_mode = 0;
     if (int code = sal_vlan_portVoiceVlanEnable_get(port, &enable))
@@ -193,7 +197,7 @@ static int add_voice_vlan(cJSON* object, int port) {
     return 0;
 }
 
-static int add_trailing_members(const PortReport* report, cJSON* object, int port) {
+int add_trailing_members(const PortReport* report, cJSON* object, int port) {
     if (int code = add_isolation(object, port))
         return code;
     if (int code = add_port_statistics(object, port))
@@ -207,7 +211,7 @@ static int add_trailing_members(const PortReport* report, cJSON* object, int por
 // ---- The whole
 
 // A port stands in the array from its leading members on: what fails later leaves it there.
-static int report_port(PortReport* report, cJSON* ports, int port) {
+int report_port(PortReport* report, cJSON* ports, int port) {
     cJSON* object = createJsonObject();
     if (int code = add_leading_members(report, object, port)) {
         deleteJsonObject(object);
@@ -217,12 +221,12 @@ static int report_port(PortReport* report, cJSON* ports, int port) {
     return add_trailing_members(report, ports ? object : nullptr, port);
 }
 
-static int report_ports(PortReport* report, cJSON* ports) {
+int report_ports(PortReport* report, cJSON* ports) {
     if (int code = collect_mac_lists(&report->macs))
         return code;
     if (int code = sal_acl_entry_portBinding_get(report->bindings))
         return code;
-    for (int port = 0; port < sys_logic_port_num_ret(); port++) {
+    for (int port = 0; port < sys_logic_port_num_ret(); ++port) {
         if (int code = report_port(report, ports, port))
             return code;
     }
@@ -231,7 +235,7 @@ static int report_ports(PortReport* report, cJSON* ports) {
 
 // The total is in whole watts, cut off; what is available is exact, and negative when the ports
 // draw more than the budget.
-static int report_all(PortReport* report, cJSON* system) {
+int report_all(PortReport* report, cJSON* system) {
     cJSON* poe = attachJsonObject(system, "poe");
     if (int code = read_poe_budget(&report->budget))
         return code;
@@ -241,6 +245,8 @@ static int report_all(PortReport* report, cJSON* system) {
     addJsonObjectDoubleItem(poe, "available_power_watts", (report->budget - report->draw) / 10.0);
     return 0;
 }
+
+} // namespace
 
 int vxc_port_get(cJSON* system) {
     PortReport report = {};

@@ -11,6 +11,8 @@
 
 // ---- Reading
 
+namespace {
+
 // A mode under a code; two of the platform's speed values can stand for one speed.
 struct SpeedRow {
     uint32_t speed;
@@ -20,24 +22,26 @@ struct SpeedRow {
 };
 
 // The two encodings differ in duplex and in which of 4 and 5 is the 10-gigabit speed.
-static const SpeedRow configured_rows[] = {
+const SpeedRow configured_rows[] = {
     {2, 5, 0, SPEED_1000_FULL}, {1, 3, 0, SPEED_100_FULL}, {1, 3, 1, SPEED_100_HALF},
     {0, 0, 0, SPEED_10_FULL},   {0, 0, 1, SPEED_10_HALF},  {4, 4, 0, SPEED_10G_FULL},
 };
 
-static const SpeedRow running_rows[] = {
+const SpeedRow running_rows[] = {
     {2, 4, 1, SPEED_1000_FULL}, {1, 3, 1, SPEED_100_FULL}, {1, 3, 0, SPEED_100_HALF},
     {0, 0, 1, SPEED_10_FULL},   {0, 0, 0, SPEED_10_HALF},  {5, 5, 1, SPEED_10G_FULL},
 };
 
 template <size_t count>
-static int find_code(const SpeedRow (&rows)[count], uint32_t speed, uint32_t duplex) {
+int find_code(const SpeedRow (&rows)[count], uint32_t speed, uint32_t duplex) {
     for (const SpeedRow& row : rows) {
         if ((row.speed == speed || row.other_speed == speed) && row.duplex == duplex)
             return row.code;
     }
     return SPEED_OTHER;
 }
+
+} // namespace
 
 int configured_speed_code(const PortSpeed* speed, const PortDuplex* duplex) {
     if (speed->automatic == 1)
@@ -51,6 +55,8 @@ int running_speed_code(const PortLinkMode* mode) {
 
 // ---- Writing
 
+namespace {
+
 // What a code sets. Where the platform does not look at a value, it is 0.
 struct SpeedSetting {
     int speed_automatic;
@@ -60,7 +66,7 @@ struct SpeedSetting {
     int media; // of a 10-gigabit port
 };
 
-static const SpeedSetting settings[] = {
+const SpeedSetting settings[] = {
     {1, 5, 1, 0, 0},                    // SPEED_AUTOMATIC
     {0, 2, 0, 0, PORT_10G_MEDIA_1000M}, // SPEED_1000_FULL
     {0, 1, 0, 0, 0},                    // SPEED_100_FULL
@@ -70,41 +76,41 @@ static const SpeedSetting settings[] = {
     {0, 4, 0, 0, PORT_10G_MEDIA_10G},   // SPEED_10G_FULL
 };
 
-static int set_speed(int port, int code) {
+int set_speed(int port, int code) {
     return sal_port_speed_set(port, settings[code].speed_automatic, settings[code].speed);
 }
 
-static int set_duplex(int port, int code) {
+int set_duplex(int port, int code) {
     return sal_port_duplex_set(port, settings[code].duplex_automatic, settings[code].duplex);
 }
 
-static int set_speed_then_duplex(int port, int code) {
+int set_speed_then_duplex(int port, int code) {
     if (int failure = set_speed(port, code))
         return failure;
     return set_duplex(port, code);
 }
 
 // Full duplex must be in place before the speed is forced to a gigabit.
-static int set_duplex_then_speed(int port, int code) {
+int set_duplex_then_speed(int port, int code) {
     if (int failure = set_duplex(port, code))
         return failure;
     return set_speed(port, code);
 }
 
-static int leave_alone(int, int) { return 0; }
+int leave_alone(int, int) { return 0; }
 
 // A 10-gigabit port takes what it can of a mode; what it refuses is for the console only.
-static void try_speed(int port, int code) {
+void try_speed(int port, int code) {
     if (set_speed(port, code))
         debug_print("sal_port_speed_set(id, speed)!=SYS_ERR_OK failed!!!!!\n");
 }
 
-static void try_media(int port, int code) {
+void try_media(int port, int code) {
     if (sal_port_10g_media_set(port, settings[code].media))
         debug_print("sal_port_10g_media_set(id,mdedia_10g_type ) failed!!!!!\n");
 }
 
-static int set_10g_fibre(int port, int code) {
+int set_10g_fibre(int port, int code) {
     if (code == SPEED_100_FULL)
         return 0;
     if (code == SPEED_AUTOMATIC) {
@@ -119,19 +125,23 @@ static int set_10g_fibre(int port, int code) {
     return bounce_enabled_port(port);
 }
 
-static int set_fibre(int port, int code) {
+int set_fibre(int port, int code) {
     if (sys_port_isLPort10G_ret(port))
         return set_10g_fibre(port, code);
     return code == SPEED_10G_FULL ? 0 : set_speed(port, code);
 }
 
-static int set_10g_group(int port, int code) {
+int set_10g_group(int port, int code) {
     try_speed(port, code);
     try_media(port, code);
     return bounce_enabled_port(port);
 }
 
+} // namespace
+
 enum Place { FIBRE, GROUP, ANYWHERE };
+
+namespace {
 
 struct SpeedRule {
     Place place;
@@ -139,10 +149,10 @@ struct SpeedRule {
     int (*apply)(int port, int code);
 };
 
-static constexpr uint32_t bit(int code) { return 1u << code; }
+constexpr uint32_t bit(int code) { return 1u << code; }
 
 // The first rule that fits decides.
-static const SpeedRule rules[] = {
+const SpeedRule rules[] = {
     {FIBRE, bit(SPEED_AUTOMATIC) | bit(SPEED_1000_FULL) | bit(SPEED_100_FULL) | bit(SPEED_10G_FULL),
      set_fibre},
     {GROUP, bit(SPEED_10G_FULL), set_10g_group},
@@ -153,6 +163,8 @@ static const SpeedRule rules[] = {
     {ANYWHERE, bit(SPEED_1000_FULL), set_duplex_then_speed},
     {ANYWHERE, ~0u, set_speed_then_duplex},
 };
+
+} // namespace
 
 int apply_speed_code(int port, int code) {
     bool fits[] = {

@@ -5,23 +5,23 @@
 #include "platform/util.h"
 #include "platform/vlan.h"
 
-static bool has_vlan(const VlanMask& vlans, int vid) {
-    return vlans.words[vid / 32] >> (vid % 32) & 1;
-}
+namespace {
 
-static bool is_empty(const VlanMask& vlans) {
+bool has_vlan(const VlanMask& vlans, int vid) { return vlans.words[vid / 32] >> (vid % 32) & 1; }
+
+bool is_empty(const VlanMask& vlans) {
     return sys_util_bitmaskIsClear_ret(vlans.words, 0, VLAN_COUNT) != 0;
 }
 
-static int create_vlan(int vid) {
+int create_vlan(int vid) {
     char name[VLAN_NAME_SIZE] = {};
     if (int code = sal_vlan_nameStr_get(vid, "VLAN", name))
         return code;
     return sal_vlan_adminEntry_create(vid, name);
 }
 
-static int create_missing(const VlanMask& wanted) {
-    for (int vid = VLAN_FIRST; vid <= VLAN_LAST; vid++) {
+int create_missing(const VlanMask& wanted) {
+    for (int vid = VLAN_FIRST; vid <= VLAN_LAST; ++vid) {
         if (!has_vlan(wanted, vid) || sal_vlan_adminEntryExist_ret(vid))
             continue;
         if (int code = create_vlan(vid))
@@ -32,7 +32,7 @@ static int create_missing(const VlanMask& wanted) {
 
 // Takes the port out of the VLANs that it belongs to in that way. Both ways are read first: a port
 // whose membership cannot be read is not touched.
-static int leave_vlans(int port, int kind) {
+int leave_vlans(int port, int kind) {
     VlanMask untagged = {};
     VlanMask tagged = {};
     if (int code = sal_vlan_portAdminVlanmask_get(port, VLAN_UNTAGGED, &untagged))
@@ -42,6 +42,8 @@ static int leave_vlans(int port, int kind) {
     const VlanMask& left = kind == VLAN_UNTAGGED ? untagged : tagged;
     return is_empty(left) ? 0 : sal_vlan_portAdminVlanmask_add(port, VLAN_NOT_MEMBER, &left);
 }
+
+} // namespace
 
 int Auto_edit_vlan(int port, int kind, const char* text) {
     VlanMask wanted = {};
@@ -54,7 +56,9 @@ int Auto_edit_vlan(int port, int kind, const char* text) {
     return is_empty(wanted) ? 0 : sal_vlan_portAdminVlanmask_add(port, kind, &wanted);
 }
 
-static int delete_if_empty(int vid) {
+namespace {
+
+int delete_if_empty(int vid) {
     VlanEntry entry = {};
     if (int code = sal_vlan_adminEntry_get(vid, &entry))
         return code;
@@ -63,11 +67,13 @@ static int delete_if_empty(int vid) {
     return sal_vlan_adminEntry_destroy(vid);
 }
 
+} // namespace
+
 int Clear_no_member_vlan(void) {
     VlanMask existing = {};
     if (int code = sal_vlan_adminEntryExist_get(&existing))
         return code;
-    for (int vid = VLAN_FIRST; vid <= VLAN_LAST; vid++) {
+    for (int vid = VLAN_FIRST; vid <= VLAN_LAST; ++vid) {
         if (!has_vlan(existing, vid))
             continue;
         if (int code = delete_if_empty(vid))

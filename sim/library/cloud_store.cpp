@@ -48,7 +48,11 @@ void CloudStore::fields(Fields& f) {
 
 } // namespace sim
 
+namespace {
+
 using namespace sim;
+
+} // namespace
 
 int sal_vxcloud_checkin_host_set(const char* host) {
     return call(
@@ -100,10 +104,14 @@ int sal_vxcloud_checkin_interval_get(int32_t* seconds) {
     });
 }
 
+namespace {
+
 // Credentials are traced by their lengths.
-static std::string masked(const char* text) {
+std::string masked(const char* text) {
     return text ? "(" + std::to_string(std::string(text).size()) + " characters)" : "null";
 }
+
+} // namespace
 
 int sal_vxcloud_key_set(const char* text) {
     return call(

@@ -39,7 +39,7 @@ void check_document(const char* input) {
         return;
     // 9.9999999e-07 goes out as 1.000000e-06, that as 0.0, and that as 0.
     std::string text = print_and_delete(root);
-    for (int round = 0; round < 2; round++)
+    for (int round = 0; round < 2; ++round)
         text = print_again(text);
     require(print_again(text) == text);
 }

@@ -226,7 +226,7 @@ TEST(Build, adding_null_is_ignored) {
 int held_blocks = 0;
 
 void* hold(std::size_t size) {
-    held_blocks++;
+    ++held_blocks;
     return std::malloc(size);
 }
 

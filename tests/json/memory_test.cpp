@@ -43,7 +43,7 @@ Document build() {
 
 // Runs `step` with its n-th allocation failing, for every n; `step` is told whether it will fail.
 template <typename Step> std::uint64_t fail_every_allocation(bool for_good, Step step) {
-    for (std::uint64_t nth = 0;; nth++) {
+    for (std::uint64_t nth = 0;; ++nth) {
         Failure failure(nth, for_good);
         step(failure);
         if (!failure.happened())
@@ -125,7 +125,7 @@ TEST_F(OutOfMemory, any_allocation_of_a_print_may_fail_and_gives_null) {
             if (result)
                 EXPECT_EQ(result.get(), whole);
             else
-                nulls++;
+                ++nulls;
         });
         EXPECT_GE(count, 3u);
         EXPECT_EQ(nulls, count - 1);

@@ -95,7 +95,7 @@ TEST(Number, what_is_no_finite_number_is_null) {
 TEST(Number, rules_hold_for_doubles_of_every_size) {
     std::mt19937_64 random(20240611);
     std::uniform_real_distribution<double> mantissa(-10, 10), exponent(-20, 70);
-    for (int round = 0; round < 20000; round++) {
+    for (int round = 0; round < 20000; ++round) {
         double value = mantissa(random) * std::pow(10, exponent(random));
         for (double d : {value, std::round(value), value / 1e20}) {
             Document root(createJsonObject());
@@ -201,7 +201,7 @@ Document random_document(std::mt19937& random, int depth) {
     if (kind <= 4)
         return Document(cJSON_CreateString(random_text(random).c_str()));
     Document root(kind % 2 ? createJsonArray() : createJsonObject());
-    for (unsigned count = random() % 7; count > 0; count--) {
+    for (unsigned count = random() % 7; count > 0; --count) {
         Document item = random_document(random, depth - 1);
         if (kind % 2)
             addJsonArrayItem(root.get(), item.release());
@@ -213,15 +213,15 @@ Document random_document(std::mt19937& random, int depth) {
 
 TEST(Layout, random_documents_print_like_the_librarys) {
     std::mt19937 random(7);
-    for (int round = 0; round < 3000; round++) {
+    for (int round = 0; round < 3000; ++round) {
         Document root = random_document(random, 7);
         ASSERT_EQ(printed(root), stock(root.get())) << "round " << round;
     }
 }
 
 TEST(String, every_byte_is_escaped_like_the_librarys) {
-    for (int letter = 1; letter < 256; letter++) {
-        for (size_t before = 0; before < 10; before++) {
+    for (int letter = 1; letter < 256; ++letter) {
+        for (size_t before = 0; before < 10; ++before) {
             std::string text = std::string(before, 'x') + static_cast<char>(letter) + "yz";
             Document root(cJSON_CreateString(text.c_str()));
             ASSERT_EQ(printed(root), stock(root.get())) << letter << " after " << before;
@@ -247,7 +247,7 @@ TEST(Size, deepest_document_that_parses) {
     std::string text = std::string(1000, '[') + std::string(1000, ']');
     EXPECT_EQ(printed(parse(text)), text);
     std::string objects;
-    for (int i = 0; i < 999; i++)
+    for (int i = 0; i < 999; ++i)
         objects += "{\"a\":";
     objects += "1" + std::string(999, '}');
     Document root = parse(objects);
@@ -258,7 +258,7 @@ TEST(Size, deepest_document_that_parses) {
 TEST(Size, depth_needs_no_stack) {
     constexpr int depth = 200000;
     std::vector<cJSON> levels(depth, cJSON{});
-    for (int i = 0; i < depth; i++) {
+    for (int i = 0; i < depth; ++i) {
         levels[i].type = cJSON_Array;
         levels[i].child = i + 1 < depth ? &levels[i + 1] : nullptr;
     }
