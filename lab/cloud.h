@@ -1,7 +1,7 @@
 // The whole lab cloud: its parts and the doors through which they are reached.
 #pragma once
 
-#include "lab/admin_service.h"
+#include "lab/admin/service.h"
 #include "lab/ca.h"
 #include "lab/checkin_service.h"
 #include "lab/door.h"

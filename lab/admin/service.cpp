@@ -1,5 +1,5 @@
 // The admin interface: a table of requests and a function for each.
-#include "lab/admin_service.h"
+#include "lab/admin/service.h"
 
 #include "lab/mac.h"
 #include "lab/request_head.h"
