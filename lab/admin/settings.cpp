@@ -1,0 +1,41 @@
+// Settings documents for a switch: queued until it checks in, listed, withdrawn.
+#include "lab/admin/handlers.h"
+
+#include "lab/settings_document.h"
+
+namespace lab {
+
+Reply queue_settings(const Request& request) {
+    const std::string mac = require_switch(request);
+    const auto document = settings_document(request.call.body);
+    if (const auto* bad = std::get_if<BadDocument>(&document))
+        throw Refusal{400, bad->reason};
+    const auto& text = std::get<std::string>(document);
+    const int64_t seqno = request.parts.store.queue_settings(mac, text, wall_seconds());
+    request.parts.events.note(
+        "settings-queued", mac, "settings " + std::to_string(seqno) + " for " + mac + " queued",
+        {{"config_seqno", seqno}});
+    return reply_json({{"config_seqno", seqno}}, 201);
+}
+
+Reply list_settings(const Request& request) {
+    Json list = Json::array();
+    for (const auto& settings : request.parts.store.settings(require_switch(request)))
+        list.push_back(
+            {{"config_seqno", settings.seqno},
+             {"state", settings.state},
+             {"tries", settings.tries},
+             {"queued", utc_text(settings.queued)},
+             {"document", Json::parse(settings.document)}});
+    return reply_json(list);
+}
+
+Reply withdraw_settings(const Request& request) {
+    const std::string mac = require_switch(request);
+    const auto seqno = parse_number<int64_t>(request.words[1], "config_seqno");
+    if (!request.parts.store.drop_settings(mac, seqno))
+        throw Refusal{404, "there are no such settings"};
+    return reply_json(Json::object());
+}
+
+} // namespace lab
