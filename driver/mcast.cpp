@@ -3,7 +3,7 @@
 
 #include "driver/request.h"
 
-static_assert(sizeof(McastVlan) == 32, "the driver's record");
+static_assert(sizeof(McastSnooping) == 32, "the driver's record");
 static_assert(sizeof(McastQuerier) == 16, "the driver's record");
 static_assert(sizeof(McastGroup) == 32, "the driver's record");
 static_assert(sizeof(McastSourceFilter) == 148, "the driver's record");
@@ -19,7 +19,7 @@ int mcast_igmp_suppre_enable_set(uint32_t enable)                         { retu
 int mcast_igmp_lookupMode_set(uint32_t mode)                              { return request_set(1667, mode); }
 int mcast_igmp_statistics_clear()                                         { return request_clear(1668); }
 int mcast_igmp_portStat_clear(uint32_t port)                              { return request_port_clear(1669, port); }
-int mcast_vlan_set(uint32_t vlan, const McastVlan* entry)                 { return request_vlan_entry_set(1670, vlan, entry); }
+int mcast_vlan_set(uint32_t vlan, const McastSnooping* entry)             { return request_vlan_entry_set(1670, vlan, entry); }
 int mcast_vlan_del(uint32_t vlan)                                         { return request_vlan_clear(1671, vlan); }
 int mcast_vlan_add(uint32_t vlan)                                         { return request_vlan_clear(1672, vlan); }
 int mcast_table_clear()                                                   { return request_clear(1673); }
@@ -50,7 +50,7 @@ int mcast_igmp_databaseSize_get(uint32_t* entries)                          { re
 int mcast_igmp_staticMacNum_get(uint32_t* entries)                          { return request_get(1737, entries); }
 int mcast_dipOnly_databaseSize_get(uint32_t* entries)                       { return request_get(1738, entries); }
 int mcast_database_get(uint32_t index, McastGroup* entry)                   { return request_index_entry_get(1739, index, entry); }
-int mcast_vlan_get(uint32_t vlan, McastVlan* entry)                         { return request_vlan_entry_get(1740, vlan, entry); }
+int mcast_vlan_get(uint32_t vlan, McastSnooping* entry)                     { return request_vlan_entry_get(1740, vlan, entry); }
 int mcast_vlanMskConfig_get(VlanMask* vlans)                                { return request_entry_get(1741, vlans); }
 int mcast_router_get(uint32_t vlan, McastRouter* router)                    { return request_vlan_entry_get(1742, vlan, router); }
 int mcast_igmp_groupHead_database_get(uint32_t index, McastGroup* entry)    { return request_index_entry_get(1743, index, entry); }

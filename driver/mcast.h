@@ -15,7 +15,7 @@ extern "C" {
 enum { MCAST_SOURCES = 32 };
 
 // Snooping in a VLAN. 32 bytes.
-typedef struct McastVlan {
+typedef struct McastSnooping {
     uint32_t enable;
     uint32_t fast_leave;
     uint32_t router_learning;
@@ -24,7 +24,7 @@ typedef struct McastVlan {
     uint32_t robustness;
     uint32_t last_member_count;
     uint32_t last_member_interval_s;
-} McastVlan;
+} McastSnooping;
 
 // Querier of a VLAN. 16 bytes.
 typedef struct McastQuerier {
@@ -118,8 +118,8 @@ int mcast_igmp_portStat_get(uint32_t port, McastPortStatistics* statistics);
 int mcast_igmp_portStat_clear(uint32_t port);
 
 // Snooping in a VLAN: its settings; the VLAN comes, goes; the VLANs with snooping.
-int mcast_vlan_set(uint32_t vlan, const McastVlan* entry);
-int mcast_vlan_get(uint32_t vlan, McastVlan* entry);
+int mcast_vlan_set(uint32_t vlan, const McastSnooping* entry);
+int mcast_vlan_get(uint32_t vlan, McastSnooping* entry);
 int mcast_vlan_add(uint32_t vlan);
 int mcast_vlan_del(uint32_t vlan);
 int mcast_vlanMskConfig_get(VlanMask* vlans);

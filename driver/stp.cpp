@@ -4,7 +4,7 @@
 #include "driver/request.h"
 
 static_assert(sizeof(StpBridgeId) == 8, "the driver's record");
-static_assert(sizeof(StpInfo) == 44, "the driver's record");
+static_assert(sizeof(StpTreeInfo) == 44, "the driver's record");
 static_assert(sizeof(StpPortInfo) == 24, "the driver's record");
 static_assert(sizeof(StpMstInfo) == 36, "the driver's record");
 static_assert(sizeof(StpMstPortInfo) == 28, "the driver's record");
@@ -59,7 +59,7 @@ int stp_mstVlanInstance_get(uint32_t vlan, uint32_t* instance)                  
 int stp_mstPriority_get(uint32_t instance, uint32_t* priority)                  { return request_index_get(4054, instance, priority); }
 int stp_mstPortPathCost_get(uint32_t instance, uint32_t port, uint32_t* cost)   { return request_index_port_get(4055, instance, port, cost); }
 int stp_mstPortPriority_get(uint32_t instance, uint32_t port, uint32_t* priority) { return request_index_port_get(4056, instance, port, priority); }
-int stp_info_get(StpInfo* info)                                                 { return request_entry_get(4057, info); }
+int stp_info_get(StpTreeInfo* info)                                             { return request_entry_get(4057, info); }
 int stp_portInfo_get(uint32_t port, StpPortInfo* info)                          { return request_port_entry_get(4058, port, info); }
 int stp_mstInfo_get(uint32_t instance, StpMstInfo* info)                        { return request_index_entry_get(4059, instance, info); }
 int stp_mstPortInfo_get(uint32_t instance, uint32_t port, StpMstPortInfo* info) { return request_index_port_entry_get(4060, instance, port, info); }

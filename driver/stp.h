@@ -21,7 +21,7 @@ typedef struct StpBridgeId {
 } StpBridgeId;
 
 // State of the common tree. 44 bytes.
-typedef struct StpInfo {
+typedef struct StpTreeInfo {
     StpBridgeId bridge;
     StpBridgeId root;
     uint32_t root_port; // logical port
@@ -29,7 +29,7 @@ typedef struct StpInfo {
     uint32_t topology_changes;
     uint32_t since_change_s;
     uint32_t hello_time_s, maximum_age_s, forward_delay_s;
-} StpInfo;
+} StpTreeInfo;
 
 // State of a port. 24 bytes.
 typedef struct StpPortInfo {
@@ -143,7 +143,7 @@ int stp_mstPortPriority_set(uint32_t instance, uint32_t port, uint32_t priority)
 int stp_mstPortPriority_get(uint32_t instance, uint32_t port, uint32_t* priority);
 
 // State: of the common tree, a port, an instance, a port in an instance, and that port's messages.
-int stp_info_get(StpInfo* info);
+int stp_info_get(StpTreeInfo* info);
 int stp_portInfo_get(uint32_t port, StpPortInfo* info);
 int stp_mstInfo_get(uint32_t instance, StpMstInfo* info);
 int stp_mstPortInfo_get(uint32_t instance, uint32_t port, StpMstPortInfo* info);

@@ -3,14 +3,14 @@
 
 #include "driver/request.h"
 
-static_assert(sizeof(VlanEntry) == 68, "the driver's record");
+static_assert(sizeof(ChipVlan) == 68, "the driver's record");
 
 // clang-format off
 int rsd_vlan_defaultVid_set(uint32_t vid)                                   { return chip_request(4481, vid); }
 int rsd_vlan_adminEntry_create(uint32_t vid)                                { return chip_request(4482, vid); }
 int rsd_vlan_adminEntry_destroy(uint32_t vid)                               { return chip_request(4483, vid); }
-int rsd_vlan_adminEntry_set(uint32_t vid, const VlanEntry* entry)           { return chip_entry_set(4484, entry, vid); }
-int rsd_vlan_name_set(uint32_t vid, const char* name)                       { return chip_text_set<VLAN_NAME_SIZE>(4485, name, vid); }
+int rsd_vlan_adminEntry_set(uint32_t vid, const ChipVlan* entry)            { return chip_entry_set(4484, entry, vid); }
+int rsd_vlan_name_set(uint32_t vid, const char* name)                       { return chip_text_set<CHIP_VLAN_NAME_SIZE>(4485, name, vid); }
 int rsd_vlan_portAdminMode_set(uint32_t port, uint32_t mode)                { return chip_port_request(4486, port, mode); }
 int rsd_vlan_portAdminRoleUplinkEnable_set(uint32_t port, uint32_t enable)  { return chip_port_request(4487, port, enable); }
 int rsd_vlan_portAdminAcceptFrameType_set(uint32_t port, uint32_t type)     { return chip_port_request(4488, port, type); }
@@ -27,11 +27,11 @@ int rsd_vlan_voiceVid_set(uint32_t vid)                                     { re
 
 int rsd_vlan_defaultVid_get(uint32_t* vid)                                    { return chip_request(4545, vid); }
 int rsd_vlan_adminEntryExist_get(uint32_t vid, uint32_t* exists)              { return chip_request(4546, vid, exists); }
-int rsd_vlan_adminEntry_get(uint32_t vid, VlanEntry* entry)                   { return chip_entry_get(4547, entry, vid); }
+int rsd_vlan_adminEntry_get(uint32_t vid, ChipVlan* entry)                    { return chip_entry_get(4547, entry, vid); }
 int rsd_vlan_operEntryNum_get(uint32_t* entries)                              { return chip_request(4549, entries); }
 int rsd_vlan_operEntryExist_get(uint32_t vid, uint32_t* exists)               { return chip_request(4550, vid, exists); }
-int rsd_vlan_operEntry_get(uint32_t vid, VlanEntry* entry)                    { return chip_entry_get(4551, entry, vid); }
-int rsd_vlan_operEntrySort_get(uint32_t index, VlanEntry* entry)              { return chip_entry_get(4552, entry, index); }
+int rsd_vlan_operEntry_get(uint32_t vid, ChipVlan* entry)                     { return chip_entry_get(4551, entry, vid); }
+int rsd_vlan_operEntrySort_get(uint32_t index, ChipVlan* entry)               { return chip_entry_get(4552, entry, index); }
 int rsd_vlan_portAdminAcceptFrameType_get(uint32_t port, uint32_t* type)      { return chip_port_request(4555, port, type); }
 int rsd_vlan_portAdminIgrFilterEnable_get(uint32_t port, uint32_t* enable)    { return chip_port_request(4556, port, enable); }
 int rsd_vlan_portAdminPvid_get(uint32_t port, uint32_t* vid)                  { return chip_port_request(4557, port, vid); }

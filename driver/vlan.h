@@ -13,17 +13,17 @@
 extern "C" {
 #endif
 
-enum { VLAN_NAME_SIZE = 33 };
+enum { CHIP_VLAN_NAME_SIZE = 33 };
 
 // A VLAN. 68 bytes.
-typedef struct VlanEntry {
+typedef struct ChipVlan {
     uint32_t vid;
     uint32_t kind; // 0 default, 1 static, 2 dynamic
     PortBitmap members;
     PortBitmap untagged;
-    char name[VLAN_NAME_SIZE]; // NUL-terminated
+    char name[CHIP_VLAN_NAME_SIZE]; // NUL-terminated
     uint8_t reserved[3];
-} VlanEntry;
+} ChipVlan;
 
 // The default VLAN.
 int rsd_vlan_defaultVid_set(uint32_t vid);
@@ -32,19 +32,19 @@ int rsd_vlan_defaultVid_get(uint32_t* vid);
 // Configured VLANs: a new one, its end, its contents, 1 when there is one; room for them.
 int rsd_vlan_adminEntry_create(uint32_t vid);
 int rsd_vlan_adminEntry_destroy(uint32_t vid);
-int rsd_vlan_adminEntry_set(uint32_t vid, const VlanEntry* entry);
-int rsd_vlan_adminEntry_get(uint32_t vid, VlanEntry* entry);
+int rsd_vlan_adminEntry_set(uint32_t vid, const ChipVlan* entry);
+int rsd_vlan_adminEntry_get(uint32_t vid, ChipVlan* entry);
 int rsd_vlan_adminEntryExist_get(uint32_t vid, uint32_t* exists);
 int rsd_vlan_adminVlanMaxEntryNum_get(uint32_t* entries);
 
-// Name, NUL-terminated; what exceeds VLAN_NAME_SIZE with its terminator is cut.
+// Name, NUL-terminated; what exceeds CHIP_VLAN_NAME_SIZE with its terminator is cut.
 int rsd_vlan_name_set(uint32_t vid, const char* name);
 
 // Actual VLANs: their number, 1 when there is one, its contents; by place from 0 in order of id.
 int rsd_vlan_operEntryNum_get(uint32_t* entries);
 int rsd_vlan_operEntryExist_get(uint32_t vid, uint32_t* exists);
-int rsd_vlan_operEntry_get(uint32_t vid, VlanEntry* entry);
-int rsd_vlan_operEntrySort_get(uint32_t index, VlanEntry* entry);
+int rsd_vlan_operEntry_get(uint32_t vid, ChipVlan* entry);
+int rsd_vlan_operEntrySort_get(uint32_t index, ChipVlan* entry);
 
 // Mode of a port: 0 hybrid, 1 access, 2 trunk, 3 tunnel; its part as uplink: 0 no, 1 yes.
 int rsd_vlan_portAdminMode_set(uint32_t port, uint32_t mode);

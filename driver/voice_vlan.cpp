@@ -3,7 +3,7 @@
 
 #include "driver/request.h"
 
-static_assert(sizeof(VoiceVlanOui) == 48, "the driver's record");
+static_assert(sizeof(VoiceVlanPrefix) == 48, "the driver's record");
 
 // clang-format off
 int voice_vlan_state_set(uint32_t state)                       { return request_set(4609, state); }
@@ -13,7 +13,7 @@ int voice_vlan_cos_mode_set(uint32_t mode)                     { return request_
 int voice_vlan_1pRemark_enable_set(uint32_t enable)            { return request_set(4613, enable); }
 int voice_vlan_qos_set(uint32_t cos)                           { return request_set(4614, cos); }
 int voice_vlan_aging_set(uint32_t minutes)                     { return request_set(4615, minutes); }
-int voice_vlan_oui_set(const VoiceVlanOui* oui)                { return request_entry_set(4617, oui); }
+int voice_vlan_oui_set(const VoiceVlanPrefix* oui)             { return request_entry_set(4617, oui); }
 
 int voice_vlan_state_get(uint32_t* state)                       { return request_get(4673, state); }
 int voice_vlan_port_enable_get(uint32_t port, uint32_t* enable) { return request_port_get(4674, port, enable); }

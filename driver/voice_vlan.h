@@ -11,14 +11,14 @@ extern "C" {
 enum { VOICE_VLAN_TEXT_SIZE = 33 };
 
 // An address prefix of a maker of telephones. 48 bytes.
-typedef struct VoiceVlanOui {
+typedef struct VoiceVlanPrefix {
     uint32_t index;  // place in the table, from 0
     uint32_t enable; // 0 removes the prefix
     uint8_t oui[3];
     uint8_t reserved[1];
     char description[VOICE_VLAN_TEXT_SIZE]; // NUL-terminated
     uint8_t reserved1[3];
-} VoiceVlanOui;
+} VoiceVlanPrefix;
 
 // State of the voice VLAN: 0 off, 1 on, 2 by discovery.
 int voice_vlan_state_set(uint32_t state);
@@ -43,7 +43,7 @@ int voice_vlan_1pRemark_enable_set(uint32_t enable);
 int voice_vlan_aging_set(uint32_t minutes);
 
 // A prefix, at the index that it carries.
-int voice_vlan_oui_set(const VoiceVlanOui* oui);
+int voice_vlan_oui_set(const VoiceVlanPrefix* oui);
 
 #ifdef __cplusplus
 }

@@ -338,8 +338,8 @@ TEST_F(ChipTest, a_read_gives_back_what_its_write_took) {
     EXPECT_EQ(stp_mstConfigName_get(name), 0);
     EXPECT_STREQ(name, "campus");
 
-    const VlanEntry written = {20, 1, ports({1}), ports({2}), "printers", {}};
-    VlanEntry read = {};
+    const ChipVlan written = {20, 1, ports({1}), ports({2}), "printers", {}};
+    ChipVlan read = {};
     EXPECT_EQ(rsd_vlan_adminEntry_set(20, &written), 0);
     EXPECT_EQ(rsd_vlan_adminEntry_get(20, &read), 0);
     EXPECT_EQ(std::memcmp(&read, &written, sizeof read), 0);
