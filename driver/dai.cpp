@@ -1,7 +1,7 @@
 // Dynamic ARP inspection.
 #include "driver/dai.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(DaiMib) == 28, "the driver's record");
 

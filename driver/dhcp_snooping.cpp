@@ -1,7 +1,7 @@
 // DHCP snooping and the relay agent option (82).
 #include "driver/dhcp_snooping.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(DhcpSnoopingMib) == 20, "the driver's record");
 static_assert(sizeof(DhcpCircuitId) == 68, "the driver's record");

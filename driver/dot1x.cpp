@@ -1,7 +1,7 @@
 // Port-based network access control (802.1X).
 #include "driver/dot1x.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(Dot1xRadiusServer) == 84, "the driver's record");
 static_assert(sizeof(Dot1xRadiusStatistics) == 48, "the driver's record");

@@ -1,7 +1,7 @@
 // Dynamic VLAN registration (GVRP).
 #include "driver/gvrp.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(GvrpVlan) == 32, "the driver's record");
 static_assert(sizeof(GvrpInfo) == 28, "the driver's record");

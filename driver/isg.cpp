@@ -1,7 +1,7 @@
 // IP source guard: bindings of address, port and VLAN.
 #include "driver/isg.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(IsgBinding) == 32, "the driver's record");
 static_assert(sizeof(IsgDatabase) == 260, "the driver's record");

@@ -1,7 +1,7 @@
 // Link aggregation control protocol.
 #include "driver/lacp.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(LacpState) == 44, "the driver's record");
 static_assert(sizeof(LacpCounters) == 20, "the driver's record");

@@ -1,7 +1,7 @@
 // Link layer discovery.
 #include "driver/lldp.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(LldpLocalEntry) == 1304, "the driver's record");
 static_assert(sizeof(LldpRemoteEntry) == 1312, "the driver's record");

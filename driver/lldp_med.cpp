@@ -1,7 +1,7 @@
 // Link layer discovery for media endpoints.
 #include "driver/lldp_med.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(LldpMedPolicy) == 24, "the driver's record");
 static_assert(sizeof(LldpMedLocation) == 208, "the driver's record");

@@ -1,7 +1,7 @@
 // Multicast snooping: IGMP, its groups, routers and filters.
 #include "driver/mcast.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(McastSnooping) == 32, "the driver's record");
 static_assert(sizeof(McastQuerier) == 16, "the driver's record");

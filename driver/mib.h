@@ -10,9 +10,6 @@
 extern "C" {
 #endif
 
-// What clearing the debug counters answers.
-enum { MIB_NOT_CLEARABLE = 28 };
-
 // The driver's record of a counter, 16 bytes.
 typedef struct MibRecord {
     uint32_t port; // or the number of a debug counter
@@ -25,8 +22,7 @@ typedef struct MibRecord {
 int rsd_mib_cntr_clr(uint32_t port);
 int rsd_mib_cntrGlobal_clr(void);
 
-// The debug counters are the chip's and free-running: no request clears them, although command 2947
-// is set aside for it. Always 28.
+// Makes no request, although it has a command, 2947. Always 28.
 int rsd_mib_cntrDebug_clr(void);
 
 // Traffic of a port by its remote-monitoring group: events, octets and packets received and, for

@@ -1,7 +1,7 @@
 // Multicast snooping for IPv6: MLD.
 #include "driver/mld.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 // clang-format off
 int mcast_mld_enable_set(uint32_t enable)          { return request_set(3201, enable); }

@@ -1,7 +1,7 @@
 // Spanning tree: the common tree, the ports, and the instances of multiple spanning tree.
 #include "driver/stp.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(StpBridgeId) == 8, "the driver's record");
 static_assert(sizeof(StpTreeInfo) == 44, "the driver's record");

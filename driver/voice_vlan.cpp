@@ -1,7 +1,7 @@
 // Voice VLAN: telephones recognised by their address prefix.
 #include "driver/voice_vlan.h"
 
-#include "driver/request.h"
+#include "driver/shapes.h"
 
 static_assert(sizeof(VoiceVlanPrefix) == 48, "the driver's record");
 

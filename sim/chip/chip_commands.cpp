@@ -22,7 +22,7 @@
 #include "driver/port.h"
 #include "driver/port_security.h"
 #include "driver/proto_vlan.h"
-#include "driver/request.h"
+#include "driver/shapes.h"
 #include "driver/stp.h"
 #include "driver/sys.h"
 #include "driver/vlan.h"
@@ -63,7 +63,7 @@ found(std::uint32_t number, std::size_t begin, std::size_t end, std::uint32_t wr
 
 template <std::size_t size>
 constexpr StoredCommand text(std::uint32_t number, std::uint32_t written_by = 0) {
-    return {number, 16 + size, 0, 16, false, written_by};
+    return {number, 16 + sizeof(TextEntry<size>), 0, 16, false, written_by};
 }
 
 // The record of the access lists; what is bound and entered there is the platform library's matter.
