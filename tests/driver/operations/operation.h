@@ -1,5 +1,5 @@
-// What is expected of a driver operation: its number, where its arguments stand in the record, and
-// ways to call it.
+// What is expected of a driver operation: its number, the size of its record, where its arguments
+// stand in it, and ways to call it.
 #pragma once
 
 #include <array>
@@ -16,20 +16,30 @@
 
 using Bytes = std::vector<unsigned char>;
 
-// Where the arguments stand in the record, in bytes, in the order of the arguments.
+// A place in a record, in bytes.
+struct Field {
+    std::size_t at;
+    std::size_t size;
+};
+
 struct Layout {
-    std::vector<std::size_t> at;
+    // Of the arguments, in their order. None: words one after the other, and behind the four words
+    // what is no word.
+    std::vector<Field> fields = {};
+    std::size_t size = 16;     // of the record
     int port_argument = -1;    // the one that must be a logical port
     bool looks_up = false;     // the entry goes to the driver as well as back
-    std::size_t text_size = 0; // of a text argument, with its terminator
-    std::size_t size = 0;      // of the record; 0: four words and what stands behind them
-    // Words that the operation repeats elsewhere in the record.
+    std::size_t text_size = 0; // longest text with its terminator
+    bool on_off = false;       // the words that are no port are 0 or 1
+    // Words that the operation repeats elsewhere in the record: from, to.
     std::vector<std::pair<std::size_t, std::size_t>> repeated = {};
 };
 
+// An argument that is written on success.
 struct Output {
     unsigned char* place;
-    std::size_t size;
+    Bytes before;     // all that is there, more than is written for a text
+    std::size_t size; // what is written
     std::size_t at;
     bool is_text;
 };
@@ -39,6 +49,7 @@ struct Change {
     int null_argument = -1; // the pointer passed as null
     int port_argument = -1; // the word passed as `port`
     std::uint32_t port = 0;
+    const char* text = nullptr; // in place of the sample text
 };
 
 struct Operation {
@@ -48,15 +59,20 @@ struct Operation {
     Bytes sent;                     // the record as it reaches the driver
     std::vector<Output> outputs;
     std::vector<int> pointers; // arguments that are pointers
+    bool fits = true;          // each argument is as long as its field
     int port_argument = -1;    // the argument that must be a logical port
+    std::size_t text_at = 0;   // of a text that goes to the driver
+    std::size_t text_size = 0; // the longest one with its terminator; 0: there is none
     std::function<int(const Change&)> invoke;
 
     int call() const { return invoke({}); }
-    int call_with_null(int argument) const { return invoke({argument, -1, 0}); }
-    int call_at_port(std::uint32_t port) const { return invoke({-1, port_argument, port}); }
+    int call_with_null(int argument) const { return invoke({.null_argument = argument}); }
+    int call_with_text(const std::string& text) const { return invoke({.text = text.c_str()}); }
+    int call_at_port(std::uint32_t port) const {
+        return invoke({.port_argument = port_argument, .port = port});
+    }
 };
 
-constexpr unsigned char untouched = 0xA5;
 inline const std::string sample_text = "text for a switch";
 
 namespace detail {
@@ -77,52 +93,67 @@ template <> struct Place<char*> {
     char* argument() { return value; }
 };
 template <> struct Place<const char*> {
-    char value[512]{};
+    const char* value = sample_text.c_str();
     const char* argument() { return value; }
 };
 
-inline unsigned char input_byte(std::size_t i) { return static_cast<unsigned char>(i * 5 + 3); }
-inline std::uint32_t input_number(std::size_t argument) {
-    constexpr std::uint32_t numbers[] = {5, 1, 7, 3};
-    return numbers[argument];
+// Arguments of which no byte may be lost, and no two be taken for each other.
+inline unsigned char input_byte(std::size_t i) {
+    return static_cast<unsigned char>((i * 5 + i / 256 * 3 + 3) | 1);
+}
+inline std::uint32_t input_word(std::size_t argument) {
+    constexpr std::uint32_t words[] = {0x1A2B3C4D, 0x5E6F7081, 0x92A3B4C5, 0xD6E7F809};
+    return words[argument];
 }
 
 inline void put(Bytes& record, std::size_t at, const void* bytes, std::size_t size) {
-    if (record.size() < at + size)
-        record.resize(at + size);
-    std::memcpy(record.data() + at, bytes, size);
+    if (at + size <= record.size())
+        std::memcpy(record.data() + at, bytes, size);
+}
+
+inline void fill(unsigned char* bytes, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[i] = input_byte(i);
 }
 
 template <class T>
 void prepare(Operation& operation, const Layout& layout, std::size_t i, Place<T>& place) {
     using Target = std::remove_pointer_t<T>;
+    const Field field = layout.fields[i];
     auto* bytes = reinterpret_cast<unsigned char*>(&place.value);
-    const std::size_t size = is_text<Target> ? layout.text_size : sizeof place.value;
-    if constexpr (!std::is_pointer_v<T>) {
-        place.value = static_cast<T>(input_number(i));
-        put(operation.sent, layout.at[i], bytes, size);
-    } else if constexpr (std::is_const_v<Target>) {
-        if constexpr (is_text<Target>)
-            std::memcpy(place.value, sample_text.c_str(), sample_text.size() + 1);
-        else
-            for (std::size_t b = 0; b < size; ++b)
-                bytes[b] = input_byte(b);
-        put(operation.sent, layout.at[i], bytes, size);
+    if constexpr (is_text<Target> && std::is_const_v<Target>) {
+        put(operation.sent, field.at, sample_text.data(), sample_text.size());
+        operation.text_at = field.at;
+        operation.text_size = layout.text_size;
+        return;
+    } else if constexpr (!std::is_pointer_v<T>) {
+        const bool is_port = static_cast<int>(i) == layout.port_argument;
+        place.value = static_cast<T>(layout.on_off && !is_port ? 1 : input_word(i));
     } else {
-        std::memset(bytes, untouched, size);
+        fill(bytes, sizeof place.value);
+    }
+    const std::size_t size = is_text<Target> ? layout.text_size : sizeof place.value;
+    operation.fits &= size == field.size && field.at + size <= layout.size;
+    if constexpr (!std::is_pointer_v<T> || std::is_const_v<Target>) {
+        put(operation.sent, field.at, bytes, size);
+    } else {
         if (layout.looks_up)
-            put(operation.sent, layout.at[i], bytes, size);
-        else if (operation.sent.size() < layout.at[i] + size)
-            operation.sent.resize(layout.at[i] + size);
-        operation.outputs.push_back({bytes, size, layout.at[i], is_text<Target>});
+            put(operation.sent, field.at, bytes, size);
+        operation.outputs.push_back(
+            {bytes, Bytes(bytes, bytes + sizeof place.value), size, field.at, is_text<Target>});
     }
 }
 
 template <class T> T changed(T argument, int i, const Change& change) {
-    if constexpr (std::is_pointer_v<T>)
-        return change.null_argument == i ? nullptr : argument;
-    else
+    if constexpr (std::is_pointer_v<T>) {
+        if (change.null_argument == i)
+            return nullptr;
+        if constexpr (std::is_same_v<T, const char*>)
+            return change.text ? change.text : argument;
+        return argument;
+    } else {
         return change.port_argument == i ? static_cast<T>(change.port) : argument;
+    }
 }
 
 template <class... A, std::size_t... I>
@@ -130,7 +161,7 @@ Operation build(int (*function)(A...), const Layout& layout, std::index_sequence
     Operation operation;
     operation.function = reinterpret_cast<const void*>(function);
     operation.port_argument = layout.port_argument;
-    operation.sent.resize(layout.size ? layout.size : 16);
+    operation.sent.resize(layout.size);
     auto places = std::make_shared<std::tuple<Place<A>...>>();
     (prepare<A>(operation, layout, I, std::get<I>(*places)), ...);
     for (auto [from, to] : layout.repeated)
@@ -146,12 +177,14 @@ Operation build(int (*function)(A...), const Layout& layout, std::index_sequence
     return operation;
 }
 
-// Arguments in order: words one after the other, everything else behind the four words.
-template <class... A> std::vector<std::size_t> places_in_order() {
-    std::vector<std::size_t> at;
-    [[maybe_unused]] auto place = [&](bool is_word) { at.push_back(is_word ? 4 * at.size() : 16); };
+template <class... A> std::vector<Field> fields_in_order(const Layout& layout) {
+    const Field behind = {16, layout.text_size ? layout.text_size : layout.size - 16};
+    std::vector<Field> fields;
+    [[maybe_unused]] auto place = [&](bool is_word) {
+        fields.push_back(is_word ? Field{4 * fields.size(), 4} : behind);
+    };
     (place(std::is_same_v<A, std::uint32_t> || std::is_same_v<A, std::uint32_t*>), ...);
-    return at;
+    return fields;
 }
 
 } // namespace detail
@@ -160,8 +193,8 @@ class OperationList {
   public:
     template <class... A>
     void add(const char* name, std::uint32_t number, int (*function)(A...), Layout layout) {
-        if (layout.at.empty())
-            layout.at = detail::places_in_order<A...>();
+        if (layout.fields.empty())
+            layout.fields = detail::fields_in_order<A...>(layout);
         Operation operation = detail::build(function, layout, std::index_sequence_for<A...>());
         operation.name = name;
         operation.number = number;
