@@ -7,16 +7,16 @@
 // when the driver answered 0.
 #pragma once
 
-#ifdef __cplusplus
-
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>
 
-#include <type_traits>
-
 #include "driver/request.h"
 #include "platform/system.h"
+
+#ifdef __cplusplus
+
+#include <type_traits>
 
 inline bool is_logical_port(uint32_t port) {
     return port < static_cast<uint32_t>(sys_logic_port_num_ret());
@@ -29,7 +29,7 @@ inline int refuse(bool has_pointers, uint32_t port) {
     return is_logical_port(port) ? 0 : REQUEST_BAD_PORT;
 }
 
-// ---- Protocol families: words by meaning ----
+// --- Protocol families: words by meaning.
 
 // One word written: switch-wide, for a port, for a VLAN, for a table index, for a port within a
 // table index, for an item of a port.
@@ -54,7 +54,7 @@ int request_port_clear(uint32_t command, uint32_t port);
 int request_vlan_clear(uint32_t command, uint32_t vlan);
 int request_index_clear(uint32_t command, uint32_t index);
 
-// ---- Records that end in an entry ----
+// --- Records that end in an entry.
 
 template <class Words, class Entry> struct EntryRecord {
     Words words;
@@ -152,7 +152,7 @@ template <class Entry> int request_port_entry_get(uint32_t command, uint32_t por
     return request_index_port_entry_get(command, 0, port, entry);
 }
 
-// ---- Texts ----
+// --- Texts.
 
 // Room for a text of at most `size` bytes with its terminator, in whole words.
 template <size_t size> struct TextEntry { char text[(size + 3) / 4 * 4]; };
@@ -198,7 +198,7 @@ template <size_t size> int request_text_get(uint32_t command, char* text) {
     return read_text<size>(command, RequestWords{}, text);
 }
 
-// ---- Chip families: arguments in order ----
+// --- Chip families: arguments in order.
 
 // An argument is a word to send, or a pointer to take the word that comes back in its place.
 inline bool is_given(uint32_t) { return true; }

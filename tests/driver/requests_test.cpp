@@ -256,7 +256,7 @@ TEST_F(Requests, a_clear_takes_any_port_that_the_driver_takes) {
     EXPECT_EQ(rsd_mib_cntr_clr(28), 30);
 }
 
-// ---- The frame ----
+// --- The frame.
 
 TEST_F(Requests, the_frame_carries_the_record_itself_and_passes_a_negative_result_on) {
     int record = 0;
@@ -269,7 +269,7 @@ TEST_F(Requests, the_frame_carries_the_record_itself_and_passes_a_negative_resul
     EXPECT_EQ(device().events, one_request);
 }
 
-// ---- Names and numbers ----
+// --- Names and numbers.
 
 TEST_F(Requests, the_list_holds_every_name_once_and_only_the_known_pairs_share_a_number) {
     std::set<std::string> names;
@@ -295,7 +295,7 @@ TEST_F(Requests, every_name_is_exported_from_the_executable) {
         EXPECT_NE(dlsym(RTLD_DEFAULT, name), nullptr) << name;
 }
 
-// ---- The members with rules of their own ----
+// --- The members with rules of their own.
 
 TEST_F(Requests, port_enable_takes_a_port_below_the_count_and_zero_or_one) {
     logical_ports = switch_ports;
@@ -408,7 +408,7 @@ TEST_F(Requests, both_names_of_a_number_make_the_same_request) {
     EXPECT_EQ(commands, (std::vector<std::uint32_t>{1681, 1681, 2243, 2243}));
 }
 
-// ---- Threads and descriptors ----
+// --- Threads and descriptors.
 
 TEST_F(Requests, eight_threads_may_mix_requests) {
     auto work = [](unsigned seed) {

@@ -37,7 +37,7 @@
 
 namespace {
 
-// ---- Records of four words by meaning: index, port, VLAN or item, value ----
+// --- Records of four words by meaning: index, port, VLAN or item, value.
 constexpr Field index{0, 4}, port{4, 4}, vlan{8, 4}, item{8, 4}, value{12, 4};
 
 const Layout switch_wide{{value}};
@@ -51,7 +51,7 @@ const Layout clear_port{{port}}; // any number: the driver judges it
 const Layout clear_vlan{{vlan}};
 const Layout clear_index{{index}};
 
-// ---- The same with an entry of `size` bytes behind them ----
+// --- The same with an entry of `size` bytes behind them.
 Layout with_entry(std::vector<Field> words, std::size_t size, int port_argument = -1) {
     words.push_back({16, size});
     return {.fields = std::move(words), .size = 16 + size, .port_argument = port_argument};
@@ -64,7 +64,7 @@ Layout index_entry(std::size_t size) { return with_entry({index}, size); }
 Layout port_index_entry(std::size_t size) { return with_entry({port, index}, size, 0); }
 Layout index_port_entry(std::size_t size) { return with_entry({index, port}, size, 1); }
 
-// ---- Records in the order of the arguments, an entry of `size` bytes behind the four words ----
+// --- Records in the order of the arguments, an entry of `size` bytes behind the four words.
 const Layout in_order{};
 const Layout port_in_order{.port_argument = 0};
 const Layout port_on_off{.port_argument = 0, .on_off = true};
@@ -76,22 +76,22 @@ Layout lookup(Layout layout) {
     return layout;
 }
 
-// ---- Texts: the longest with its terminator, and the room for it in the record, whole words ----
+// --- Texts: the longest with its terminator, and the room for it in the record, whole words.
 Layout text(Layout layout, std::size_t size, std::size_t room) {
     layout.size = 16 + room;
     layout.text_size = size;
     return layout;
 }
 
-// ---- Counters: port or counter, a word unused, 64 bits ----
+// --- Counters: port or counter, a word unused, 64 bits.
 const Layout port_counter{.fields = {{0, 4}, {8, 8}}, .port_argument = 0};
 const Layout switch_counter{{{8, 8}}};
 const Layout debug_counter{{{0, 4}, {8, 8}}};
 
-// ---- The result of a cable test, asked for by its first word ----
+// --- The result of a cable test, asked for by its first word.
 const Layout cable_result{.fields = {{0, 4}, {0, 12}}, .port_argument = 0};
 
-// ---- The access lists' record of 336 bytes ----
+// --- The access lists' record of 336 bytes.
 constexpr Field acl_name{0, 33}, acl_kind{36, 4}, acl_port{40, 4}, acl_index{44, 4},
     acl_sequence{48, 4}, acl_count{52, 4}, acl_ports{56, 12}, acl_entry{68, 72},
     acl_binding{140, 104}, acl_usage{244, 8}, acl_range{276, 16}, acl_range_index{296, 1};
