@@ -9,6 +9,7 @@
 #include <openssl/ssl.h>
 #include <openssl/x509v3.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
@@ -22,9 +23,9 @@ namespace fs = std::filesystem;
 using Key = std::shared_ptr<EVP_PKEY>;
 using Cert = std::shared_ptr<X509>;
 
-constexpr long day = 24 * 60 * 60;
-constexpr long authority_life = 20 * 365 * day;
-constexpr long server_life = 397 * day;
+constexpr std::int64_t day = 24 * 60 * 60;
+constexpr std::int64_t authority_life = 20 * 365 * day;
+constexpr std::int64_t server_life = 397 * day;
 constexpr const char* server_names = "DNS:localhost,IP:127.0.0.1,IP:::1";
 
 struct Pair {
@@ -35,12 +36,12 @@ struct Pair {
 struct Order {
     std::string common_name;
     std::string alternative_names; // empty: an authority's certificate
-    long starts;                   // seconds from now
-    long ends;
+    std::int64_t starts;           // seconds from now
+    std::int64_t ends;
 };
 
 [[noreturn]] void fail(const std::string& what) {
-    const unsigned long code = ERR_get_error();
+    const auto code = ERR_get_error();
     const char* reason = ERR_reason_error_string(code);
     throw std::runtime_error(what + (reason ? std::string(": ") + reason : std::string()));
 }
@@ -52,8 +53,8 @@ Key make_key() {
     return {key, EVP_PKEY_free};
 }
 
-uint64_t random_serial() {
-    uint64_t serial = 0;
+std::uint64_t make_serial() {
+    std::uint64_t serial = 0;
     if (RAND_bytes(reinterpret_cast<unsigned char*>(&serial), sizeof serial) != 1)
         fail("no random bytes");
     return serial >> 1; // a serial number is positive
@@ -93,7 +94,7 @@ Pair issue(const Order& order, const Pair* issuer) {
         fail("cannot make a certificate");
     X509* signer = issuer ? issuer->certificate.get() : certificate;
     X509_set_version(certificate, X509_VERSION_3);
-    ASN1_INTEGER_set_uint64(X509_get_serialNumber(certificate), random_serial());
+    ASN1_INTEGER_set_uint64(X509_get_serialNumber(certificate), make_serial());
     X509_gmtime_adj(X509_getm_notBefore(certificate), order.starts);
     X509_gmtime_adj(X509_getm_notAfter(certificate), order.ends);
     X509_set_pubkey(certificate, made.key.get());
@@ -110,7 +111,7 @@ Pair issue(const Order& order, const Pair* issuer) {
 
 Pair make_authority(const std::string& name) {
     char tag[17];
-    std::snprintf(tag, sizeof tag, "%08x", static_cast<unsigned>(random_serial() & 0xffffffff));
+    std::snprintf(tag, sizeof tag, "%08x", static_cast<unsigned>(make_serial() & 0xffffffff));
     return issue({name + " " + tag, "", -day, authority_life}, nullptr);
 }
 
@@ -160,7 +161,7 @@ Pair load_authority(const fs::path& folder) {
     return pair;
 }
 
-Pair authority_of(const fs::path& folder) {
+Pair open_authority(const fs::path& folder) {
     fs::create_directories(folder / "trust");
     if (fs::exists(folder / "authority.key"))
         return load_authority(folder);
@@ -185,7 +186,7 @@ std::shared_ptr<SSL_CTX> make_context(const Pair& server) {
 } // namespace
 
 CertificateAuthority::CertificateAuthority(const fs::path& folder) : folder_(folder) {
-    const Pair authority = authority_of(folder_);
+    const Pair authority = open_authority(folder_);
     write_certificate(
         trust_name(trust_folder(), authority.certificate.get()), authority.certificate.get());
     const Pair stranger = make_authority("Unknown authority");

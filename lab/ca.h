@@ -21,7 +21,7 @@ class CertificateAuthority {
 
     // A server context that shows the given certificate. Lives as long as the authority.
     SSL_CTX* context(Certificate which) const {
-        return contexts_[static_cast<size_t>(which)].get();
+        return contexts_[static_cast<std::size_t>(which)].get();
     }
 
   private:

@@ -1,26 +1,26 @@
 // One check-in from the request to the reply.
 #include "lab/checkin_service.h"
 
-#include "lab/mac.h"
-#include "lab/request_head.h"
-#include "lab/settings_document.h"
-
 #include <nlohmann/json.hpp>
 
 #include <limits>
+
+#include "lab/mac.h"
+#include "lab/request_head.h"
+#include "lab/settings_document.h"
 
 namespace lab {
 
 namespace {
 
-std::string joined_keys(const nlohmann::json& object) {
+std::string join_keys(const nlohmann::json& object) {
     std::string text;
     for (const auto& [key, value] : object.items())
         text += (text.empty() ? "" : ", ") + key;
     return text.empty() ? "none" : text;
 }
 
-nlohmann::json keys(const nlohmann::json& object) {
+nlohmann::json list_keys(const nlohmann::json& object) {
     auto list = nlohmann::json::array();
     for (const auto& [key, value] : object.items())
         list.push_back(key);
@@ -28,15 +28,15 @@ nlohmann::json keys(const nlohmann::json& object) {
 }
 
 // The switch that a refused request speaks for; empty when its path names none.
-std::string mac_of(const std::string& target) {
+std::string find_mac(const std::string& target) {
     constexpr std::string_view before = "/cloud-switch/";
-    constexpr size_t mac_length = 17;
+    constexpr std::size_t mac_length = 17;
     if (!target.starts_with(before))
         return {};
     return canonical_mac(target.substr(before.size(), mac_length)).value_or("");
 }
 
-std::string target_of(const Call& call) {
+std::string find_target(const Call& call) {
     const auto head = parse_request_head(call.head);
     return head ? head->target : std::string();
 }
@@ -58,18 +58,18 @@ std::variant<Verified, Rejection> CheckinService::examine_call(const Call& call)
     examiner.window = policy_.get().window;
     examiner.now = policy_.now();
     // What lies outside the window is refused by its timestamp and need not be remembered.
-    const int64_t oldest =
-        examiner.window > 0 ? examiner.now - examiner.window : std::numeric_limits<int64_t>::min();
-    examiner.find_account = [this](const std::string& mac) { return store_.account(mac); };
-    examiner.first_use = [this, oldest](const Authorization& authorization) {
-        return store_.first_use(authorization, oldest);
+    const std::int64_t oldest = examiner.window > 0 ? examiner.now - examiner.window
+                                                    : std::numeric_limits<std::int64_t>::min();
+    examiner.find_account = [this](const std::string& mac) { return store_.find_account(mac); };
+    examiner.record_nonce = [this, oldest](const Authorization& authorization) {
+        return store_.record_nonce(authorization, oldest);
     };
     return examine(call, examiner);
 }
 
 Reply CheckinService::reject(const Call& call, const Rejection& rejection) {
-    const std::string target = target_of(call);
-    const std::string mac = mac_of(target);
+    const std::string target = find_target(call);
+    const std::string mac = find_mac(target);
     store_.count("rejected." + rejection.code);
     events_.note(
         "rejected", mac, "rejected " + target + ": " + rejection.reason,
@@ -81,7 +81,7 @@ Reply CheckinService::reject(const Call& call, const Rejection& rejection) {
 Reply CheckinService::accept(
     const Call& call, const Verified& verified, const nlohmann::json& report) {
     const std::string& mac = verified.mac;
-    const int64_t seqno = reported_seqno(report).value_or(0);
+    const std::int64_t seqno = find_reported_seqno(report).value_or(0);
     store_.add_report(mac, wall_seconds(), call.body, seqno);
     note_report(call, mac, report, seqno);
     if (store_.acknowledge(mac, seqno))
@@ -92,21 +92,21 @@ Reply CheckinService::accept(
 }
 
 void CheckinService::note_report(
-    const Call& call, const std::string& mac, const nlohmann::json& report, int64_t seqno) {
+    const Call& call, const std::string& mac, const nlohmann::json& report, std::int64_t seqno) {
     events_.note(
         "checkin", mac,
         mac + " checked in: signature verified, " + std::to_string(call.body.size()) +
-            " bytes, sections " + joined_keys(report) + "; config_seqno " + std::to_string(seqno),
-        {{"bytes", call.body.size()}, {"sections", keys(report)}, {"config_seqno", seqno}});
+            " bytes, sections " + join_keys(report) + "; config_seqno " + std::to_string(seqno),
+        {{"bytes", call.body.size()}, {"sections", list_keys(report)}, {"config_seqno", seqno}});
 }
 
-Reply CheckinService::deliver(const std::string& mac, int64_t seqno) {
+Reply CheckinService::deliver(const std::string& mac, std::int64_t seqno) {
     const Policy policy = policy_.get();
     const auto delivery = store_.deliver(
         mac, seqno,
-        {wall_milliseconds(), static_cast<int64_t>(policy.redeliver_seconds * 1000),
+        {wall_milliseconds(), static_cast<std::int64_t>(policy.redeliver_seconds * 1000),
          policy.redeliver_tries});
-    for (const int64_t refused : delivery.refused)
+    for (const std::int64_t refused : delivery.refused)
         events_.note(
             "settings-refused", mac,
             mac + " did not acknowledge settings " + std::to_string(refused) + ", given up",
@@ -119,7 +119,7 @@ Reply CheckinService::deliver(const std::string& mac, int64_t seqno) {
         mac + " is sent settings " + std::to_string(settings.seqno) + ", try " +
             std::to_string(settings.tries),
         {{"config_seqno", settings.seqno}, {"try", settings.tries}});
-    return {200, numbered(settings.document, settings.seqno)};
+    return {200, number_settings(settings.document, settings.seqno)};
 }
 
 } // namespace lab

@@ -1,11 +1,11 @@
 // The check-in service: examines, keeps the report, acknowledges and delivers settings.
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "lab/events.h"
 #include "lab/http.h"
 #include "lab/policy.h"
-
-#include <nlohmann/json_fwd.hpp>
 
 namespace lab {
 
@@ -21,8 +21,8 @@ class CheckinService {
     Reply reject(const Call& call, const Rejection& rejection);
     Reply accept(const Call& call, const Verified& verified, const nlohmann::json& report);
     void note_report(
-        const Call& call, const std::string& mac, const nlohmann::json& report, int64_t seqno);
-    Reply deliver(const std::string& mac, int64_t seqno);
+        const Call& call, const std::string& mac, const nlohmann::json& report, std::int64_t seqno);
+    Reply deliver(const std::string& mac, std::int64_t seqno);
 
     Store& store_;
     EventLog& events_;

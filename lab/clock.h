@@ -6,9 +6,9 @@
 
 namespace lab {
 
-int64_t wall_seconds();      // since 1970
-int64_t wall_milliseconds(); // since 1970
+std::int64_t wall_seconds();      // since 1970
+std::int64_t wall_milliseconds(); // since 1970
 
-std::string utc_text(int64_t seconds); // YYYY-MM-DDThh:mm:ssZ
+std::string utc_text(std::int64_t seconds); // YYYY-MM-DDThh:mm:ssZ
 
 } // namespace lab

@@ -1,4 +1,4 @@
-// Doors, parts and the ways between them.
+// Connects the parts of the lab with their listeners, and opens and closes these.
 #include "lab/cloud.h"
 
 #include <nlohmann/json.hpp>
@@ -31,39 +31,39 @@ Cloud::Cloud(const Options& options)
       }()),
       store_((options_.data / "lab.db").string()), events_(store_, options_.quiet),
       policy_(options_.policy), authority_(options_.data / "ca"),
-      shelf_(options_.data / "firmware"), checkin_(store_, events_, policy_),
-      keeper_(store_, events_, policy_), time_(events_, policy_), firmware_(events_, shelf_),
+      images_(options_.data / "firmware"), checkin_(store_, events_, policy_),
+      keeper_(store_, events_, policy_), time_(events_, policy_), firmware_(events_, images_),
       admin_(
-          {store_, events_, policy_, keeper_, misbehaviours_, shelf_,
+          {store_, events_, policy_, keeper_, misbehaviours_, images_,
            [this] { return ports_json(); },
-           [this](const std::string& door, int port) { return has_port(door, port); },
-           [this] { fit_doors(); }}) {
+           [this](const std::string& listener, int port) { return has_port(listener, port); },
+           [this] { fit_listeners(); }}) {
     for (const auto& [mac, account] : options_.accounts)
         store_.put_switch(mac, account);
-    add_doors();
+    add_listeners();
 }
 
 Cloud::~Cloud() { stop(); }
 
-DoorPlan Cloud::plain_plan(int port, const std::string& name, Handler handler) {
-    DoorPlan plan;
+ListenerPlan Cloud::plan_plain(int port, const std::string& name, Handler handler) {
+    ListenerPlan plan;
     plan.port = port;
     plan.plain_name = name;
     plan.plain = std::move(handler);
     if (name != "admin")
         plan.misbehaviours = &misbehaviours_;
-    plan.on_misbehaviour = [this](const std::string& door, int at, Fault fault) {
+    plan.on_misbehaviour = [this](const std::string& listener, int at, Fault fault) {
         events_.note(
             "misbehaviour", "",
-            "misbehaving on " + door + " port " + std::to_string(at) + ": " +
-                std::string(name_of(fault)),
-            {{"mode", name_of(fault)}, {"door", door}, {"port", at}});
+            "misbehaving on " + listener + " port " + std::to_string(at) + ": " +
+                std::string(fault_name(fault)),
+            {{"mode", fault_name(fault)}, {"listener", listener}, {"port", at}});
     };
     return plan;
 }
 
-DoorPlan Cloud::checkin_plan(int port) {
-    DoorPlan plan = plain_plan(port, "plain", [this](const Call& call) {
+ListenerPlan Cloud::plan_checkin(int port) {
+    ListenerPlan plan = plan_plain(port, "plain", [this](const Call& call) {
         const bool fetch = TimeService::serves(call) || FirmwareService::serves(call);
         return fetch ? answer_plain(call) : checkin_.answer(call);
     });
@@ -84,37 +84,37 @@ Reply Cloud::answer_plain(const Call& call) {
     return {404, "there is nothing at " + call.path + "\n", "text/plain"};
 }
 
-void Cloud::add_doors() {
-    const auto add = [this](const std::string& name, DoorPlan plan) {
-        doors_.push_back({name, std::make_unique<Door>(std::move(plan))});
+void Cloud::add_listeners() {
+    const auto add = [this](const std::string& name, ListenerPlan plan) {
+        listeners_.push_back({name, std::make_unique<Listener>(std::move(plan))});
     };
     for (const int port : options_.https_ports)
-        add("checkin", checkin_plan(port));
-    add("plain", plain_plan(options_.http_port, "plain", [this](const Call& call) {
+        add("checkin", plan_checkin(port));
+    add("plain", plan_plain(options_.http_port, "plain", [this](const Call& call) {
             return answer_plain(call);
         }));
     for (const int port : options_.keeper_ports)
         add("keeper",
-            plain_plan(port, "keeper", [this](const Call& call) { return keeper_.listen(call); }));
-    add("admin", plain_plan(options_.admin_port, "admin", [this](const Call& call) {
+            plan_plain(port, "keeper", [this](const Call& call) { return keeper_.listen(call); }));
+    add("admin", plan_plain(options_.admin_port, "admin", [this](const Call& call) {
             return admin_.answer(call);
         }));
 }
 
-// Doors that are to refuse are closed, all others are open.
-void Cloud::fit_doors() {
-    const std::lock_guard lock(doors_mutex_);
-    for (const auto& [name, door] : doors_) {
-        if (misbehaviours_.refuses(name, door->port()))
-            door->close(true);
+// Listeners that are to refuse are closed, all others are open.
+void Cloud::fit_listeners() {
+    const std::lock_guard lock(listeners_mutex_);
+    for (const auto& [name, listener] : listeners_) {
+        if (misbehaviours_.refuses(name, listener->port()))
+            listener->close(true);
         else
-            door->open();
+            listener->open();
     }
 }
 
 void Cloud::start() {
     std::signal(SIGPIPE, SIG_IGN);
-    fit_doors();
+    fit_listeners();
     const fs::path draft = options_.data / "ports.json.new";
     std::ofstream file(draft);
     file << ports_json();
@@ -129,24 +129,25 @@ void Cloud::stop() {
     keeper_.stop();
     std::error_code ignored;
     fs::remove(ports_file(), ignored);
-    // The admin door is the last to open and the first to close: it opens and closes the others.
-    for (auto named = doors_.rbegin(); named != doors_.rend(); ++named)
-        named->door->close();
+    // The admin listener opens last and closes first, for it opens and closes the others.
+    for (auto named = listeners_.rbegin(); named != listeners_.rend(); ++named)
+        named->listener->close();
 }
 
 // A check-in port has a plain side as well.
-bool Cloud::has_port(const std::string& door, int port) const {
-    return std::ranges::any_of(doors_, [&](const NamedDoor& named) {
-        const bool has_side = named.name == door || (named.name == "checkin" && door == "plain");
-        return door != "admin" && has_side && (port == 0 || named.door->port() == port);
+bool Cloud::has_port(const std::string& listener, int port) const {
+    return std::ranges::any_of(listeners_, [&](const NamedListener& named) {
+        const bool has_side =
+            named.name == listener || (named.name == "checkin" && listener == "plain");
+        return listener != "admin" && has_side && (port == 0 || named.listener->port() == port);
     });
 }
 
 std::vector<int> Cloud::ports(const std::string& name) const {
     std::vector<int> list;
-    for (const auto& named : doors_)
+    for (const auto& named : listeners_)
         if (named.name == name)
-            list.push_back(named.door->port());
+            list.push_back(named.listener->port());
     return list;
 }
 

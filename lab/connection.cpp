@@ -39,7 +39,7 @@ bool Connection::hung_up() const {
     return poll(&entry, 1, 0) > 0 && (entry.revents & (POLLRDHUP | POLLHUP | POLLERR));
 }
 
-void Connection::expect_reply_body(size_t length) {
+void Connection::expect_reply_body(std::size_t length) {
     reply_expected_ = true;
     body_length_ = length;
 }
@@ -51,25 +51,25 @@ bool Connection::is_readable() const {
 
 bool Connection::is_writable() const { return !hung_up(); }
 
-ssize_t Connection::read(char* bytes, size_t size) {
+ssize_t Connection::read(char* bytes, std::size_t size) {
     ssize_t count;
     if (ssl_)
-        count = SSL_read(ssl_, bytes, static_cast<int>(std::min(size, size_t{1} << 20)));
+        count = SSL_read(ssl_, bytes, static_cast<int>(std::min(size, std::size_t{1} << 20)));
     else
         do
             count = recv(socket_, bytes, size, 0);
         while (count < 0 && errno == EINTR);
     // The HTTP library takes a head byte by byte, so it never runs past the end into the body.
     if (count > 0 && !head_received_) {
-        received_.append(bytes, static_cast<size_t>(count));
+        received_.append(bytes, static_cast<std::size_t>(count));
         head_received_ = received_.ends_with(head_end);
     }
     return count;
 }
 
-ssize_t Connection::write(const char* bytes, size_t size) {
+ssize_t Connection::write(const char* bytes, std::size_t size) {
     std::string_view rest(bytes, size);
-    const size_t head = head_left(rest);
+    const std::size_t head = head_left(rest);
     const bool sent = write_all(bytes, head) && write_body(rest.substr(head));
     if (!sent)
         write_failed_ = true;
@@ -77,14 +77,14 @@ ssize_t Connection::write(const char* bytes, size_t size) {
 }
 
 // How many of the bytes still belong to the reply's head.
-size_t Connection::head_left(std::string_view bytes) {
+std::size_t Connection::head_left(std::string_view bytes) {
     if (!reply_expected_)
         return bytes.size();
     if (reply_head_.ends_with(head_end))
         return 0;
-    const size_t before = reply_head_.size();
+    const std::size_t before = reply_head_.size();
     reply_head_.append(bytes);
-    const size_t end = reply_head_.find(head_end);
+    const std::size_t end = reply_head_.find(head_end);
     if (end == std::string::npos)
         return bytes.size();
     reply_head_.resize(end + head_end.size());
@@ -113,7 +113,7 @@ bool Connection::write_body(std::string_view bytes) {
 }
 
 bool Connection::write_slowly(std::string_view bytes) {
-    const auto piece = static_cast<size_t>(misbehaviour_.piece);
+    const auto piece = static_cast<std::size_t>(misbehaviour_.piece);
     for (; !bytes.empty(); bytes.remove_prefix(std::min(piece, bytes.size()))) {
         pollfd entry{socket_, 0, 0}; // a pause that a closed connection ends
         if (poll(&entry, 1, static_cast<int>(misbehaviour_.delay_ms)) > 0)
@@ -125,24 +125,24 @@ bool Connection::write_slowly(std::string_view bytes) {
 }
 
 bool Connection::write_corrupted(std::string bytes) {
-    const size_t middle = body_length_ / 2;
+    const std::size_t middle = body_length_ / 2;
     if (middle >= body_written_ && middle < body_written_ + bytes.size())
         bytes[middle - body_written_] = static_cast<char>(bytes[middle - body_written_] ^ 1);
     return write_all(bytes.data(), bytes.size());
 }
 
 bool Connection::write_half(std::string_view bytes) {
-    const size_t half = body_length_ / 2;
+    const std::size_t half = body_length_ / 2;
     if (body_written_ < half)
         write_all(bytes.data(), std::min(bytes.size(), half - body_written_));
     return body_written_ + bytes.size() <= half;
 }
 
-bool Connection::write_all(const char* bytes, size_t size) {
+bool Connection::write_all(const char* bytes, std::size_t size) {
     while (size > 0) {
         ssize_t count;
         if (ssl_)
-            count = SSL_write(ssl_, bytes, static_cast<int>(std::min(size, size_t{1} << 20)));
+            count = SSL_write(ssl_, bytes, static_cast<int>(std::min(size, std::size_t{1} << 20)));
         else
             count = send(socket_, bytes, size, MSG_NOSIGNAL);
         if (count < 0 && !ssl_ && errno == EINTR)
@@ -150,7 +150,7 @@ bool Connection::write_all(const char* bytes, size_t size) {
         if (count <= 0)
             return false;
         bytes += count;
-        size -= static_cast<size_t>(count);
+        size -= static_cast<std::size_t>(count);
     }
     return true;
 }

@@ -2,12 +2,12 @@
 // of the request as it came in and spoils the body of the reply when told to.
 #pragma once
 
-#include "lab/misbehaviour.h"
-
 #include <httplib.h>
 
 #include <functional>
 #include <string>
+
+#include "lab/misbehaviour.h"
 
 namespace lab {
 
@@ -24,13 +24,13 @@ class Connection : public httplib::Stream {
     const Misbehaviour& misbehaviour() const { return misbehaviour_; }
 
     // Announces the reply's body: what is written from here on is a head and `length` bytes.
-    void expect_reply_body(size_t length);
+    void expect_reply_body(std::size_t length);
     bool write_failed() const { return write_failed_; }
 
     bool is_readable() const override;
     bool is_writable() const override;
-    ssize_t read(char* bytes, size_t size) override;
-    ssize_t write(const char* bytes, size_t size) override;
+    ssize_t read(char* bytes, std::size_t size) override;
+    ssize_t write(const char* bytes, std::size_t size) override;
     void get_remote_ip_and_port(std::string& ip, int& port) const override;
     void get_local_ip_and_port(std::string& ip, int& port) const override;
     int socket() const override { return socket_; }
@@ -38,12 +38,12 @@ class Connection : public httplib::Stream {
     std::function<void()> unsent; // what to do should the reply not get through
 
   private:
-    bool write_all(const char* bytes, size_t size);
+    bool write_all(const char* bytes, std::size_t size);
     bool write_body(std::string_view bytes);
     bool write_slowly(std::string_view bytes);
     bool write_corrupted(std::string bytes);
     bool write_half(std::string_view bytes);
-    size_t head_left(std::string_view bytes);
+    std::size_t head_left(std::string_view bytes);
 
     const int socket_;
     SSL* const ssl_;
@@ -52,8 +52,8 @@ class Connection : public httplib::Stream {
     bool head_received_ = false;
     bool reply_expected_ = false;
     std::string reply_head_;
-    size_t body_length_ = 0;
-    size_t body_written_ = 0;
+    std::size_t body_length_ = 0;
+    std::size_t body_written_ = 0;
     bool write_failed_ = false;
 };
 

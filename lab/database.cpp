@@ -23,9 +23,9 @@ void Database::run(const char* sql) {
         throw std::runtime_error(std::string("database: ") + sqlite3_errmsg(handle_));
 }
 
-int64_t Database::last_id() const { return sqlite3_last_insert_rowid(handle_); }
+std::int64_t Database::last_id() const { return sqlite3_last_insert_rowid(handle_); }
 
-int64_t Database::changes() const { return sqlite3_changes(handle_); }
+std::int64_t Database::changes() const { return sqlite3_changes(handle_); }
 
 Statement::Statement(Database& database, const char* sql) : database_(database.handle_) {
     check(sqlite3_prepare_v2(database_, sql, -1, &handle_, nullptr));
@@ -38,7 +38,9 @@ void Statement::check(int code) const {
         throw std::runtime_error(std::string("database: ") + sqlite3_errmsg(database_));
 }
 
-void Statement::bind(int index, int64_t value) { check(sqlite3_bind_int64(handle_, index, value)); }
+void Statement::bind(int index, std::int64_t value) {
+    check(sqlite3_bind_int64(handle_, index, value));
+}
 
 void Statement::bind(int index, std::string_view value) {
     check(sqlite3_bind_text64(
@@ -54,12 +56,13 @@ bool Statement::step() {
     return false;
 }
 
-int64_t Statement::number(int column) const { return sqlite3_column_int64(handle_, column); }
+std::int64_t Statement::number(int column) const { return sqlite3_column_int64(handle_, column); }
 
 std::string Statement::text(int column) const {
     const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(handle_, column));
-    return bytes ? std::string(bytes, static_cast<size_t>(sqlite3_column_bytes(handle_, column)))
-                 : std::string();
+    return bytes
+               ? std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(handle_, column)))
+               : std::string();
 }
 
 Transaction::Transaction(Database& database) : database_(database) { database_.run("BEGIN"); }

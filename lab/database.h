@@ -18,8 +18,8 @@ class Database {
     Database& operator=(const Database&) = delete;
 
     void run(const char* sql);
-    int64_t last_id() const;
-    int64_t changes() const; // rows touched by the last statement
+    std::int64_t last_id() const;
+    std::int64_t changes() const; // rows touched by the last statement
 
   private:
     friend class Statement;
@@ -40,11 +40,11 @@ class Statement {
     Statement& operator=(const Statement&) = delete;
 
     bool step(); // true: a row is there to be read
-    int64_t number(int column) const;
+    std::int64_t number(int column) const;
     std::string text(int column) const;
 
   private:
-    void bind(int index, int64_t value);
+    void bind(int index, std::int64_t value);
     void bind(int index, std::string_view value);
     void check(int code) const;
 

@@ -1,11 +1,11 @@
 // Event log: printed, stored, counted, and awaited by whoever asks for what comes next.
 #include "lab/events.h"
 
-#include "lab/clock.h"
-
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
+
+#include "lab/clock.h"
 
 namespace lab {
 
@@ -29,7 +29,7 @@ void EventLog::note(
     const std::string& kind, const std::string& mac, const std::string& text,
     const nlohmann::json& details) {
     const std::lock_guard lock(mutex_);
-    const int64_t now = wall_seconds();
+    const std::int64_t now = wall_seconds();
     const std::string line = one_line(text);
     const auto replace = nlohmann::json::error_handler_t::replace;
     store_.add_event({0, now, kind, mac, line, details.dump(-1, ' ', false, replace)});
@@ -46,7 +46,7 @@ EventLog::wait(const EventFilter& filter, std::chrono::milliseconds timeout) {
     std::unique_lock lock(mutex_);
     std::vector<EventRecord> found;
     changed_.wait_for(lock, timeout, [&] {
-        found = store_.events(filter.after, filter.kind, filter.mac);
+        found = store_.list_events(filter.after, filter.kind, filter.mac);
         return stopping_ || !found.empty();
     });
     return found;

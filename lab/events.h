@@ -1,8 +1,6 @@
 // The events of the lab: a plain line on standard output for a person, a record for a script.
 #pragma once
 
-#include "lab/store.h"
-
 #include <nlohmann/json_fwd.hpp>
 
 #include <chrono>
@@ -10,10 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "lab/store.h"
+
 namespace lab {
 
 struct EventFilter {
-    int64_t after = 0;
+    std::int64_t after = 0;
     std::string kind; // empty: every kind
     std::string mac;  // empty: every switch and none
 };
@@ -30,7 +30,7 @@ class EventLog {
 
     // Returns at once when an event is there, else after the first one or the time-out.
     std::vector<EventRecord> wait(const EventFilter& filter, std::chrono::milliseconds timeout);
-    int64_t last() { return store_.last_event(); }
+    std::int64_t last() { return store_.find_last_event(); }
     void stop(); // ends every wait, now and later
 
   private:

@@ -2,11 +2,11 @@
 // whose switch has most likely gone without a word.
 #include "lab/keeper_service.h"
 
-#include "lab/mac.h"
-
 #include <nlohmann/json.hpp>
 
 #include <chrono>
+
+#include "lab/mac.h"
 
 namespace lab {
 
@@ -16,7 +16,7 @@ constexpr std::string_view listen_path = "/router/listen/";
 // How often a waiting poll looks whether its peer is still there.
 constexpr auto glance = std::chrono::milliseconds(200);
 
-Reply nothing() { return {200, "{}"}; }
+Reply make_empty_reply() { return {200, "{}"}; }
 
 } // namespace
 
@@ -36,12 +36,12 @@ Reply KeeperService::listen(const Call& call) {
 // A switch that nobody registered waits like any other: an answer would make it ask again at once.
 Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
     std::unique_lock lock(mutex_);
-    const uint64_t number = ++latest_[mac];
+    const std::uint64_t number = ++latest_[mac];
     changed_.notify_all();
     waiting_[mac]++;
     events_.note("poll", mac, mac + " waits on the keeper channel", {{"port", call.port}});
     const auto end = std::chrono::steady_clock::now() +
-                     std::chrono::milliseconds(int64_t(policy_.get().poll_seconds * 1000));
+                     std::chrono::milliseconds(std::int64_t(policy_.get().poll_seconds * 1000));
     std::optional<ActionRecord> action;
     while (!stopping_ && latest_[mac] == number && !call.hung_up()) {
         if ((action = store_.take_action(mac)) || std::chrono::steady_clock::now() >= end)
@@ -49,7 +49,7 @@ Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
         changed_.wait_for(lock, glance);
     }
     waiting_[mac]--;
-    return action ? answer(*action, mac, call.port) : nothing();
+    return action ? answer(*action, mac, call.port) : make_empty_reply();
 }
 
 Reply KeeperService::answer(const ActionRecord& action, const std::string& mac, int port) {
@@ -61,8 +61,8 @@ Reply KeeperService::answer(const ActionRecord& action, const std::string& mac, 
     return reply;
 }
 
-int64_t KeeperService::push(const std::string& mac, const std::string& document) {
-    const int64_t id = store_.queue_action(mac, document, wall_seconds());
+std::int64_t KeeperService::push(const std::string& mac, const std::string& document) {
+    const std::int64_t id = store_.queue_action(mac, document, wall_seconds());
     events_.note(
         "action-queued", mac, "action for " + mac + " queued: " + document, {{"action_id", id}});
     const std::lock_guard lock(mutex_);
@@ -70,9 +70,9 @@ int64_t KeeperService::push(const std::string& mac, const std::string& document)
     return id;
 }
 
-int64_t KeeperService::waiting(const std::string& mac) const {
+std::int64_t KeeperService::count_waiting(const std::string& mac) const {
     const std::lock_guard lock(mutex_);
-    int64_t count = 0;
+    std::int64_t count = 0;
     for (const auto& [owner, polls] : waiting_)
         if (mac.empty() || mac == owner)
             count += polls;

@@ -1,13 +1,13 @@
 // The connection keeper: long-polls that an action ends.
 #pragma once
 
-#include "lab/events.h"
-#include "lab/http.h"
-#include "lab/policy.h"
-
 #include <condition_variable>
 #include <map>
 #include <mutex>
+
+#include "lab/events.h"
+#include "lab/http.h"
+#include "lab/policy.h"
 
 namespace lab {
 
@@ -17,8 +17,8 @@ class KeeperService {
         : store_(store), events_(events), policy_(policy) {}
 
     Reply listen(const Call& call);
-    int64_t push(const std::string& mac, const std::string& document); // the action's number
-    int64_t waiting(const std::string& mac) const;                     // empty: of all switches
+    std::int64_t push(const std::string& mac, const std::string& document); // the action's number
+    std::int64_t count_waiting(const std::string& mac) const; // empty: of all switches
     void stop(); // answers every long-poll, now and later
 
   private:
@@ -30,8 +30,8 @@ class KeeperService {
     const PolicyBox& policy_;
     mutable std::mutex mutex_;
     std::condition_variable changed_;
-    std::map<std::string, uint64_t> latest_; // the number of a switch's latest poll
-    std::map<std::string, int64_t> waiting_;
+    std::map<std::string, std::uint64_t> latest_; // the number of a switch's latest poll
+    std::map<std::string, std::int64_t> waiting_;
     bool stopping_ = false;
 };
 

@@ -8,7 +8,7 @@ namespace lab {
 namespace {
 
 bool colons_in_place(std::string_view text) {
-    for (size_t at = 2; at < text.size(); at += 3)
+    for (std::size_t at = 2; at < text.size(); at += 3)
         if (text[at] != ':')
             return false;
     return true;
@@ -20,9 +20,9 @@ std::optional<std::string> canonical_mac(std::string_view text) {
     const bool with_colons = text.size() == 17 && colons_in_place(text);
     if (!with_colons && text.size() != 12)
         return std::nullopt;
-    const size_t step = with_colons ? 3 : 2;
+    const std::size_t step = with_colons ? 3 : 2;
     std::string mac;
-    for (size_t at = 0; at < text.size(); at += step) {
+    for (std::size_t at = 0; at < text.size(); at += step) {
         if (!mac.empty())
             mac += ':';
         for (const char digit : text.substr(at, 2)) {

@@ -1,10 +1,10 @@
 // lab_cloud: a cloud to which a switch can check in on a workstation.
-#include "lab/cloud.h"
-
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
+
+#include "lab/cloud.h"
 
 namespace {
 

@@ -20,20 +20,21 @@ constexpr std::pair<std::string_view, Fault> fault_names[] = {
     {"wrong-name", Fault::wrong_name},
 };
 
-bool concerns(const Misbehaviour& misbehaviour, std::string_view door, int port) {
-    return misbehaviour.door == door && (misbehaviour.port == 0 || misbehaviour.port == port);
+bool concerns(const Misbehaviour& misbehaviour, std::string_view listener, int port) {
+    return misbehaviour.listener == listener &&
+           (misbehaviour.port == 0 || misbehaviour.port == port);
 }
 
 } // namespace
 
-std::optional<Fault> fault_named(std::string_view name) {
+std::optional<Fault> find_fault(std::string_view name) {
     for (const auto& [text, fault] : fault_names)
         if (text == name)
             return fault;
     return std::nullopt;
 }
 
-std::string_view name_of(Fault fault) {
+std::string_view fault_name(Fault fault) {
     for (const auto& [text, known] : fault_names)
         if (known == fault)
             return text;
@@ -59,10 +60,10 @@ std::vector<Misbehaviour> Misbehaviours::all() const {
     return list_;
 }
 
-Misbehaviour Misbehaviours::take(std::string_view door, int port) {
+Misbehaviour Misbehaviours::take(std::string_view listener, int port) {
     const std::lock_guard lock(mutex_);
     const auto found = std::ranges::find_if(list_, [&](const Misbehaviour& m) {
-        return m.fault != Fault::refuse && concerns(m, door, port);
+        return m.fault != Fault::refuse && concerns(m, listener, port);
     });
     if (found == list_.end())
         return {};
@@ -72,10 +73,10 @@ Misbehaviour Misbehaviours::take(std::string_view door, int port) {
     return taken;
 }
 
-bool Misbehaviours::refuses(std::string_view door, int port) const {
+bool Misbehaviours::refuses(std::string_view listener, int port) const {
     const std::lock_guard lock(mutex_);
     return std::ranges::any_of(list_, [&](const Misbehaviour& m) {
-        return m.fault == Fault::refuse && concerns(m, door, port);
+        return m.fault == Fault::refuse && concerns(m, listener, port);
     });
 }
 

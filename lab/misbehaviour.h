@@ -25,16 +25,16 @@ enum class Fault {
 
 struct Misbehaviour {
     Fault fault = Fault::none;
-    std::string door = "checkin"; // checkin, plain, keeper
-    int port = 0;                 // 0: every port of the door
-    int64_t left = 0;             // connections still to be spoiled; 0: until told to behave
-    int status = 500;             // for Fault::status
-    int64_t delay_ms = 50;        // for Fault::slow: before each piece
-    int64_t piece = 1;            // for Fault::slow: bytes
+    std::string listener = "checkin"; // checkin, plain, keeper
+    int port = 0;                     // 0: every port of the listener
+    std::int64_t left = 0;            // connections still to be spoiled; 0: until told to behave
+    int status = 500;                 // for Fault::status
+    std::int64_t delay_ms = 50;       // for Fault::slow: before each piece
+    std::int64_t piece = 1;           // for Fault::slow: bytes
 };
 
-std::optional<Fault> fault_named(std::string_view name);
-std::string_view name_of(Fault fault);
+std::optional<Fault> find_fault(std::string_view name);
+std::string_view fault_name(Fault fault);
 bool is_certificate_fault(Fault fault);
 
 // Thread-safe list of misbehaviours in force, oldest first.
@@ -45,8 +45,8 @@ class Misbehaviours {
     std::vector<Misbehaviour> all() const;
 
     // What befalls a connection that has just sent its first byte; counted down.
-    Misbehaviour take(std::string_view door, int port);
-    bool refuses(std::string_view door, int port) const;
+    Misbehaviour take(std::string_view listener, int port);
+    bool refuses(std::string_view listener, int port) const;
 
   private:
     mutable std::mutex mutex_;

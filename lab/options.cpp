@@ -1,10 +1,10 @@
 // Command-line parsing: a table of options and what each does with its value.
 #include "lab/options.h"
 
-#include "lab/mac.h"
-
 #include <charconv>
 #include <stdexcept>
+
+#include "lab/mac.h"
 
 namespace lab {
 
@@ -26,7 +26,7 @@ const char usage[] =
 namespace {
 
 template <typename Number>
-Number number_of(const std::string& option, const std::string& text, Number least, Number most) {
+Number parse_number(const std::string& option, const std::string& text, Number least, Number most) {
     Number number{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size() || !(number >= least) ||
@@ -35,16 +35,16 @@ Number number_of(const std::string& option, const std::string& text, Number leas
     return number;
 }
 
-constexpr int64_t hundred_years = int64_t{100} * 366 * 24 * 60 * 60;
+constexpr std::int64_t hundred_years = std::int64_t{100} * 366 * 24 * 60 * 60;
 constexpr double one_year = 366.0 * 24 * 60 * 60;
 
-int port_of(const std::string& option, const std::string& text) {
-    return number_of<int>(option, text, 0, 65535);
+int parse_port(const std::string& option, const std::string& text) {
+    return parse_number<int>(option, text, 0, 65535);
 }
 
 void add_account(Options& options, const std::string& option, const std::string& text) {
-    const size_t first = text.find(',');
-    const size_t second = first == std::string::npos ? first : text.find(',', first + 1);
+    const std::size_t first = text.find(',');
+    const std::size_t second = first == std::string::npos ? first : text.find(',', first + 1);
     const auto mac = canonical_mac(text.substr(0, first));
     if (!mac || second == std::string::npos || second == first + 1 || second + 1 == text.size())
         throw std::invalid_argument(option + " takes MAC,KEY,SECRET");
@@ -61,28 +61,31 @@ using Text = const std::string&;
 
 constexpr ValueOption value_options[] = {
     {"--data", [](Options& o, Text, Text v) { o.data = v; }},
-    {"--https-port", [](Options& o, Text n, Text v) { o.https_ports.push_back(port_of(n, v)); }},
-    {"--http-port", [](Options& o, Text n, Text v) { o.http_port = port_of(n, v); }},
-    {"--keeper-port", [](Options& o, Text n, Text v) { o.keeper_ports.push_back(port_of(n, v)); }},
-    {"--admin-port", [](Options& o, Text n, Text v) { o.admin_port = port_of(n, v); }},
+    {"--https-port", [](Options& o, Text n, Text v) { o.https_ports.push_back(parse_port(n, v)); }},
+    {"--http-port", [](Options& o, Text n, Text v) { o.http_port = parse_port(n, v); }},
+    {"--keeper-port",
+     [](Options& o, Text n, Text v) { o.keeper_ports.push_back(parse_port(n, v)); }},
+    {"--admin-port", [](Options& o, Text n, Text v) { o.admin_port = parse_port(n, v); }},
     {"--account", add_account},
-    {"--window", [](Options& o, Text n,
-                    Text v) { o.policy.window = number_of<int64_t>(n, v, 0, hundred_years); }},
+    {"--window",
+     [](Options& o, Text n, Text v) {
+         o.policy.window = parse_number<std::int64_t>(n, v, 0, hundred_years);
+     }},
     {"--clock-offset",
      [](Options& o, Text n, Text v) {
-         o.policy.clock_offset = number_of<int64_t>(n, v, -hundred_years, hundred_years);
+         o.policy.clock_offset = parse_number<std::int64_t>(n, v, -hundred_years, hundred_years);
      }},
     {"--redeliver-seconds",
      [](Options& o, Text n, Text v) {
-         o.policy.redeliver_seconds = number_of<double>(n, v, 0, one_year);
+         o.policy.redeliver_seconds = parse_number<double>(n, v, 0, one_year);
      }},
     {"--redeliver-tries",
      [](Options& o, Text n, Text v) {
-         o.policy.redeliver_tries = number_of<int64_t>(n, v, 0, 1000000);
+         o.policy.redeliver_tries = parse_number<std::int64_t>(n, v, 0, 1000000);
      }},
     {"--poll-seconds",
      [](Options& o, Text n, Text v) {
-         o.policy.poll_seconds = number_of<double>(n, v, 0, one_year);
+         o.policy.poll_seconds = parse_number<double>(n, v, 0, one_year);
      }},
 };
 
@@ -106,7 +109,7 @@ void fill_defaults(Options& options) {
 
 Options parse_options(const std::vector<std::string>& arguments) {
     Options options;
-    for (size_t i = 0; i < arguments.size(); i++) {
+    for (std::size_t i = 0; i < arguments.size(); i++) {
         const std::string& name = arguments[i];
         if (name == "--help" || name == "-h") {
             options.help = true;

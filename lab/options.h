@@ -1,13 +1,13 @@
 // The command line of the lab cloud.
 #pragma once
 
-#include "lab/policy.h"
-#include "lab/verify.h"
-
 #include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "lab/policy.h"
+#include "lab/verify.h"
 
 namespace lab {
 

@@ -1,19 +1,20 @@
 // What can be set while the lab runs.
 #pragma once
 
-#include "lab/clock.h"
-
 #include <cstdint>
 #include <mutex>
+
+#include "lab/clock.h"
 
 namespace lab {
 
 struct Policy {
-    int64_t window = 300;          // seconds a timestamp may lie off either way; 0: any
-    int64_t clock_offset = 0;      // seconds by which the lab's idea of time differs
+    std::int64_t window = 300;     // seconds a timestamp may lie off either way; 0: any
+    std::int64_t clock_offset = 0; // seconds by which the lab's idea of time differs
     double redeliver_seconds = 10; // least time between two deliveries of one document
-    int64_t redeliver_tries = 10;  // deliveries before a document counts as refused; 0: no limit
-    double poll_seconds = 1500;    // a long-poll without an action is answered after this
+    std::int64_t redeliver_tries =
+        10;                     // deliveries before a document counts as refused; 0: no limit
+    double poll_seconds = 1500; // a long-poll without an action is answered after this
 };
 
 class PolicyBox {
@@ -28,7 +29,7 @@ class PolicyBox {
         const std::lock_guard lock(mutex_);
         policy_ = policy;
     }
-    int64_t now() const { return wall_seconds() + get().clock_offset; }
+    std::int64_t now() const { return wall_seconds() + get().clock_offset; }
 
   private:
     mutable std::mutex mutex_;

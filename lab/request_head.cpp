@@ -10,7 +10,7 @@ namespace {
 
 // Takes one line off the front of `rest`; nullopt when no CR LF is left.
 std::optional<std::string_view> take_line(std::string_view& rest) {
-    const size_t end = rest.find("\r\n");
+    const std::size_t end = rest.find("\r\n");
     if (end == std::string_view::npos)
         return std::nullopt;
     const std::string_view line = rest.substr(0, end);
@@ -19,8 +19,8 @@ std::optional<std::string_view> take_line(std::string_view& rest) {
 }
 
 bool parse_request_line(std::string_view line, RequestHead& head) {
-    const size_t first = line.find(' ');
-    const size_t last = line.rfind(' ');
+    const std::size_t first = line.find(' ');
+    const std::size_t last = line.rfind(' ');
     if (first == std::string_view::npos || first == last)
         return false;
     head.method = line.substr(0, first);
@@ -30,14 +30,14 @@ bool parse_request_line(std::string_view line, RequestHead& head) {
 }
 
 std::string_view trimmed(std::string_view text) {
-    const size_t first = text.find_first_not_of(" \t");
+    const std::size_t first = text.find_first_not_of(" \t");
     if (first == std::string_view::npos)
         return {};
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
 bool parse_header_line(std::string_view line, RequestHead& head) {
-    const size_t colon = line.find(':');
+    const std::size_t colon = line.find(':');
     if (colon == std::string_view::npos || colon == 0 ||
         line.substr(0, colon).find_first_of(" \t") != std::string_view::npos)
         return false;

@@ -15,12 +15,12 @@ struct BadDocument {
 };
 
 // The document as compact text with its members in the given order, or why it cannot be delivered.
-std::variant<std::string, BadDocument> settings_document(const std::string& text);
+std::variant<std::string, BadDocument> parse_settings(const std::string& text);
 
-// A document that settings_document() gave, with "system" / "cloud" / "config_seqno" put in.
-std::string numbered(const std::string& document, int64_t seqno);
+// A document that parse_settings() gave, with "system" / "cloud" / "config_seqno" put in.
+std::string number_settings(const std::string& document, std::int64_t seqno);
 
 // "system" / "cloud" / "config_seqno" of a report; nullopt when it is not there.
-std::optional<int64_t> reported_seqno(const nlohmann::json& report);
+std::optional<std::int64_t> find_reported_seqno(const nlohmann::json& report);
 
 } // namespace lab

@@ -11,10 +11,10 @@ namespace lab {
 
 namespace {
 
-std::string hex(const unsigned char* bytes, size_t count) {
+std::string to_hex(const unsigned char* bytes, std::size_t count) {
     static constexpr char digits[] = "0123456789abcdef";
     std::string text;
-    for (size_t i = 0; i < count; i++) {
+    for (std::size_t i = 0; i < count; i++) {
         text += digits[bytes[i] >> 4];
         text += digits[bytes[i] & 15];
     }
@@ -23,7 +23,7 @@ std::string hex(const unsigned char* bytes, size_t count) {
 
 } // namespace
 
-std::string request_signature(
+std::string sign_request(
     std::string_view secret, std::string_view authorization, std::string_view path,
     std::string_view body) {
     std::string message;
@@ -35,7 +35,7 @@ std::string request_signature(
             EVP_sha256(), secret.data(), static_cast<int>(secret.size()),
             reinterpret_cast<const unsigned char*>(message.data()), message.size(), mac, &length))
         throw std::runtime_error("HMAC-SHA256 is not available");
-    return hex(mac, length);
+    return to_hex(mac, length);
 }
 
 bool same_signature(std::string_view left, std::string_view right) {

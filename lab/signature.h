@@ -8,7 +8,7 @@ namespace lab {
 
 // HMAC-SHA256 keyed with the secret over authorization value, path and body with nothing between
 // them, as 64 lower-case hexadecimal digits.
-std::string request_signature(
+std::string sign_request(
     std::string_view secret, std::string_view authorization, std::string_view path,
     std::string_view body);
 

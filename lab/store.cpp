@@ -34,32 +34,34 @@ CREATE TABLE IF NOT EXISTS counters (name TEXT PRIMARY KEY, value INTEGER NOT NU
 )sql";
 
 // A lab left running for weeks keeps this much of the past.
-constexpr int64_t reports_kept = 50;
-constexpr int64_t events_kept = 10000;
+constexpr std::int64_t reports_kept = 50;
+constexpr std::int64_t events_kept = 10000;
 constexpr const char* switch_columns =
     "SELECT mac, key, last_seen, reported_seqno, reports, (SELECT COUNT(*) FROM settings WHERE "
     "settings.mac = switches.mac AND state IN ('pending', 'delivered')) FROM switches ";
 
-SwitchRecord switch_of(const Statement& row) {
+SwitchRecord read_switch(const Statement& row) {
     return {row.text(0), row.text(1), row.number(2), row.number(3), row.number(4), row.number(5)};
 }
 
-SettingsRecord settings_of(const Statement& row) {
+SettingsRecord read_settings(const Statement& row) {
     return {row.number(0), row.text(1), row.number(2), row.number(3), row.text(4)};
 }
 
-ActionRecord action_of(const Statement& row) {
+ActionRecord read_action(const Statement& row) {
     return {row.number(0), row.text(1), row.text(2), row.number(3)};
 }
 
-ReportRecord report_of(const Statement& row) { return {row.number(0), row.number(1), row.text(2)}; }
+ReportRecord read_report(const Statement& row) {
+    return {row.number(0), row.number(1), row.text(2)};
+}
 
-EventRecord event_of(const Statement& row) {
+EventRecord read_event(const Statement& row) {
     return {row.number(0), row.number(1), row.text(2), row.text(3), row.text(4), row.text(5)};
 }
 
 template <typename Record>
-std::vector<Record> all(Statement& statement, Record (*read)(const Statement&)) {
+std::vector<Record> read_all(Statement& statement, Record (*read)(const Statement&)) {
     std::vector<Record> rows;
     while (statement.step())
         rows.push_back(read(statement));
@@ -67,7 +69,7 @@ std::vector<Record> all(Statement& statement, Record (*read)(const Statement&)) 
 }
 
 template <typename Record>
-std::optional<Record> first(Statement& statement, Record (*read)(const Statement&)) {
+std::optional<Record> read_first(Statement& statement, Record (*read)(const Statement&)) {
     return statement.step() ? std::optional(read(statement)) : std::nullopt;
 }
 
@@ -99,7 +101,7 @@ bool Store::drop_switch(const std::string& mac) {
     return known;
 }
 
-std::optional<Account> Store::account(const std::string& mac) {
+std::optional<Account> Store::find_account(const std::string& mac) {
     const std::lock_guard lock(mutex_);
     Statement row(database_, "SELECT key, secret FROM switches WHERE mac = ?", mac);
     if (!row.step())
@@ -107,21 +109,21 @@ std::optional<Account> Store::account(const std::string& mac) {
     return Account{row.text(0), row.text(1)};
 }
 
-std::optional<SwitchRecord> Store::switch_record(const std::string& mac) {
+std::optional<SwitchRecord> Store::find_switch(const std::string& mac) {
     const std::lock_guard lock(mutex_);
     static const std::string sql = std::string(switch_columns) + "WHERE mac = ?";
     Statement row(database_, sql.c_str(), mac);
-    return first(row, switch_of);
+    return read_first(row, read_switch);
 }
 
-std::vector<SwitchRecord> Store::switches() {
+std::vector<SwitchRecord> Store::list_switches() {
     const std::lock_guard lock(mutex_);
     static const std::string sql = std::string(switch_columns) + "ORDER BY mac";
     Statement rows(database_, sql.c_str());
-    return all(rows, switch_of);
+    return read_all(rows, read_switch);
 }
 
-bool Store::first_use(const Authorization& authorization, int64_t oldest) {
+bool Store::record_nonce(const Authorization& authorization, std::int64_t oldest) {
     const std::lock_guard lock(mutex_);
     Statement(database_, "DELETE FROM nonces WHERE timestamp < ?", oldest).step();
     Statement(
@@ -132,7 +134,8 @@ bool Store::first_use(const Authorization& authorization, int64_t oldest) {
 }
 
 void Store::add_report(
-    const std::string& mac, int64_t time, const std::string& body, int64_t reported_seqno) {
+    const std::string& mac, std::int64_t time, const std::string& body,
+    std::int64_t reported_seqno) {
     const std::lock_guard lock(mutex_);
     Transaction transaction(database_);
     Statement(database_, "INSERT INTO reports (mac, time, body) VALUES (?, ?, ?)", mac, time, body)
@@ -152,24 +155,25 @@ void Store::add_report(
     transaction.keep();
 }
 
-std::optional<ReportRecord> Store::report(const std::string& mac, int64_t id) {
+std::optional<ReportRecord> Store::find_report(const std::string& mac, std::int64_t id) {
     const std::lock_guard lock(mutex_);
     Statement row(
         database_,
         "SELECT id, time, body FROM reports WHERE mac = ?1 AND (?2 = 0 OR id = ?2) "
         "ORDER BY id DESC LIMIT 1",
         mac, id);
-    return first(row, report_of);
+    return read_first(row, read_report);
 }
 
-std::vector<ReportRecord> Store::reports(const std::string& mac) {
+std::vector<ReportRecord> Store::list_reports(const std::string& mac) {
     const std::lock_guard lock(mutex_);
     Statement rows(
         database_, "SELECT id, time, body FROM reports WHERE mac = ? ORDER BY id DESC", mac);
-    return all(rows, report_of);
+    return read_all(rows, read_report);
 }
 
-int64_t Store::queue_settings(const std::string& mac, const std::string& document, int64_t now) {
+std::int64_t
+Store::queue_settings(const std::string& mac, const std::string& document, std::int64_t now) {
     const std::lock_guard lock(mutex_);
     Transaction transaction(database_);
     Statement(
@@ -180,7 +184,7 @@ int64_t Store::queue_settings(const std::string& mac, const std::string& documen
         .step();
     Statement row(database_, "SELECT assigned_seqno FROM switches WHERE mac = ?", mac);
     row.step();
-    const int64_t seqno = row.number(0);
+    const std::int64_t seqno = row.number(0);
     Statement(
         database_, "INSERT INTO settings (mac, seqno, document, queued) VALUES (?, ?, ?, ?)", mac,
         seqno, document, now)
@@ -189,22 +193,22 @@ int64_t Store::queue_settings(const std::string& mac, const std::string& documen
     return seqno;
 }
 
-std::vector<SettingsRecord> Store::settings(const std::string& mac) {
+std::vector<SettingsRecord> Store::list_settings(const std::string& mac) {
     const std::lock_guard lock(mutex_);
     Statement rows(
         database_,
         "SELECT seqno, state, tries, queued, document FROM settings WHERE mac = ? ORDER BY seqno",
         mac);
-    return all(rows, settings_of);
+    return read_all(rows, read_settings);
 }
 
-bool Store::drop_settings(const std::string& mac, int64_t seqno) {
+bool Store::drop_settings(const std::string& mac, std::int64_t seqno) {
     const std::lock_guard lock(mutex_);
     Statement(database_, "DELETE FROM settings WHERE mac = ? AND seqno = ?", mac, seqno).step();
     return database_.changes() > 0;
 }
 
-bool Store::acknowledge(const std::string& mac, int64_t seqno) {
+bool Store::acknowledge(const std::string& mac, std::int64_t seqno) {
     const std::lock_guard lock(mutex_);
     Statement(
         database_,
@@ -217,8 +221,8 @@ bool Store::acknowledge(const std::string& mac, int64_t seqno) {
 
 // A switch may report a number beyond those assigned here (it was with another cloud, or the data
 // folder is new): documents still to be delivered get numbers above it, so that numbers only rise.
-void Store::renumber_open(const std::string& mac, int64_t reported_seqno) {
-    std::vector<int64_t> open;
+void Store::renumber_open(const std::string& mac, std::int64_t reported_seqno) {
+    std::vector<std::int64_t> open;
     Statement rows(
         database_,
         "SELECT seqno FROM settings WHERE mac = ? AND state IN ('pending', 'delivered') ORDER BY "
@@ -232,8 +236,8 @@ void Store::renumber_open(const std::string& mac, int64_t reported_seqno) {
         database_, "SELECT MAX(assigned_seqno, ?) FROM switches WHERE mac = ?", reported_seqno,
         mac);
     row.step();
-    int64_t assigned = row.number(0);
-    for (const int64_t seqno : open)
+    std::int64_t assigned = row.number(0);
+    for (const std::int64_t seqno : open)
         Statement(
             database_, "UPDATE settings SET seqno = ? WHERE mac = ? AND seqno = ?", ++assigned, mac,
             seqno)
@@ -242,7 +246,8 @@ void Store::renumber_open(const std::string& mac, int64_t reported_seqno) {
         .step();
 }
 
-std::optional<SettingsRecord> Store::oldest_open(const std::string& mac, int64_t& delivered_ms) {
+std::optional<SettingsRecord>
+Store::find_oldest_open(const std::string& mac, std::int64_t& delivered_ms) {
     Statement row(
         database_,
         "SELECT seqno, state, tries, queued, document, delivered_ms FROM settings WHERE mac = ? "
@@ -251,17 +256,17 @@ std::optional<SettingsRecord> Store::oldest_open(const std::string& mac, int64_t
     if (!row.step())
         return std::nullopt;
     delivered_ms = row.number(5);
-    return settings_of(row);
+    return read_settings(row);
 }
 
 Delivery
-Store::deliver(const std::string& mac, int64_t reported_seqno, const DeliveryRules& rules) {
+Store::deliver(const std::string& mac, std::int64_t reported_seqno, const DeliveryRules& rules) {
     const std::lock_guard lock(mutex_);
     Transaction transaction(database_);
     renumber_open(mac, reported_seqno);
     Delivery delivery;
-    int64_t delivered_ms = 0;
-    while (auto oldest = oldest_open(mac, delivered_ms)) {
+    std::int64_t delivered_ms = 0;
+    while (auto oldest = find_oldest_open(mac, delivered_ms)) {
         if (oldest->state == "delivered" && rules.now_ms - delivered_ms < rules.pause_ms)
             break;
         if (rules.most_tries > 0 && oldest->tries >= rules.most_tries) {
@@ -287,7 +292,8 @@ Store::deliver(const std::string& mac, int64_t reported_seqno, const DeliveryRul
     return delivery;
 }
 
-int64_t Store::queue_action(const std::string& mac, const std::string& document, int64_t now) {
+std::int64_t
+Store::queue_action(const std::string& mac, const std::string& document, std::int64_t now) {
     const std::lock_guard lock(mutex_);
     Statement(
         database_, "INSERT INTO actions (mac, document, time) VALUES (?, ?, ?)", mac, document, now)
@@ -295,11 +301,11 @@ int64_t Store::queue_action(const std::string& mac, const std::string& document,
     return database_.last_id();
 }
 
-std::vector<ActionRecord> Store::actions(const std::string& mac) {
+std::vector<ActionRecord> Store::list_actions(const std::string& mac) {
     const std::lock_guard lock(mutex_);
     Statement rows(
         database_, "SELECT id, state, document, time FROM actions WHERE mac = ? ORDER BY id", mac);
-    return all(rows, action_of);
+    return read_all(rows, read_action);
 }
 
 std::optional<ActionRecord> Store::take_action(const std::string& mac) {
@@ -309,40 +315,40 @@ std::optional<ActionRecord> Store::take_action(const std::string& mac) {
         "UPDATE actions SET state = 'answered' WHERE id = (SELECT MIN(id) FROM actions WHERE "
         "mac = ? AND state = 'queued') RETURNING id, state, document, time",
         mac);
-    auto action = first(row, action_of);
+    auto action = read_first(row, read_action);
     if (action)
         row.step(); // the update is only complete once the statement has run to its end
     return action;
 }
 
-void Store::put_back_action(int64_t id) {
+void Store::put_back_action(std::int64_t id) {
     const std::lock_guard lock(mutex_);
     Statement(database_, "UPDATE actions SET state = 'queued' WHERE id = ?", id).step();
 }
 
-int64_t Store::add_event(const EventRecord& event) {
+std::int64_t Store::add_event(const EventRecord& event) {
     const std::lock_guard lock(mutex_);
     Statement(
         database_, "INSERT INTO events (time, kind, mac, text, details) VALUES (?, ?, ?, ?, ?)",
         event.time, event.kind, event.mac, event.text, event.details)
         .step();
-    const int64_t id = database_.last_id();
+    const std::int64_t id = database_.last_id();
     Statement(database_, "DELETE FROM events WHERE id <= ?", id - events_kept).step();
     return id;
 }
 
 std::vector<EventRecord>
-Store::events(int64_t after, const std::string& kind, const std::string& mac) {
+Store::list_events(std::int64_t after, const std::string& kind, const std::string& mac) {
     const std::lock_guard lock(mutex_);
     Statement rows(
         database_,
         "SELECT id, time, kind, mac, text, details FROM events WHERE id > ?1 AND (?2 = '' OR kind "
         "= ?2) AND (?3 = '' OR mac = ?3) ORDER BY id",
         after, kind, mac);
-    return all(rows, event_of);
+    return read_all(rows, read_event);
 }
 
-int64_t Store::last_event() {
+std::int64_t Store::find_last_event() {
     const std::lock_guard lock(mutex_);
     Statement row(database_, "SELECT COALESCE(MAX(id), 0) FROM events");
     row.step();
@@ -358,10 +364,10 @@ void Store::count(const std::string& name) {
         .step();
 }
 
-std::map<std::string, int64_t> Store::counters() {
+std::map<std::string, std::int64_t> Store::list_counters() {
     const std::lock_guard lock(mutex_);
     Statement rows(database_, "SELECT name, value FROM counters");
-    std::map<std::string, int64_t> counters;
+    std::map<std::string, std::int64_t> counters;
     while (rows.step())
         counters[rows.text(0)] = rows.number(1);
     return counters;

@@ -1,4 +1,4 @@
-// GET /time.
+// Tells the time of the lab, which may be set apart from the workstation's, to a GET only.
 #include "lab/time_service.h"
 
 namespace lab {

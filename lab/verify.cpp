@@ -2,14 +2,14 @@
 // a request that is otherwise good can use one up.
 #include "lab/verify.h"
 
-#include "lab/mac.h"
-#include "lab/request_head.h"
-#include "lab/signature.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <string_view>
+
+#include "lab/mac.h"
+#include "lab/request_head.h"
+#include "lab/signature.h"
 
 namespace lab {
 
@@ -34,7 +34,7 @@ Finding reject(std::string code, std::string reason) {
     return Rejection{std::move(code), std::move(reason)};
 }
 
-std::ptrdiff_t times_sent(const Examination& e, std::string_view name) {
+std::ptrdiff_t count_header(const Examination& e, std::string_view name) {
     return std::ranges::count_if(
         e.head.lines, [&](const HeaderLine& line) { return same_name(line.name, name); });
 }
@@ -44,12 +44,12 @@ std::vector<HeaderLine>::const_iterator find_header(const Examination& e, std::s
         e.head.lines, [&](const HeaderLine& line) { return same_name(line.name, name); });
 }
 
-bool all_digits(std::string_view text, size_t most) {
+bool is_number(std::string_view text, std::size_t most) {
     return !text.empty() && text.size() <= most &&
            text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-bool lower_hex(std::string_view text, size_t length) {
+bool is_lower_hex(std::string_view text, std::size_t length) {
     return text.size() == length &&
            text.find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
@@ -79,7 +79,7 @@ Finding check_path(Examination& e) {
     constexpr std::string_view before = "/cloud-switch/";
     constexpr std::string_view after = "/checkin";
     const std::string_view target = e.head.target;
-    constexpr size_t mac_length = 17;
+    constexpr std::size_t mac_length = 17;
     if (target.size() != before.size() + mac_length + after.size() || !target.starts_with(before) ||
         !target.ends_with(after))
         return reject("path", "the path is " + e.head.target + ", not /cloud-switch/MAC/checkin");
@@ -93,7 +93,7 @@ Finding check_path(Examination& e) {
 
 Finding check_encoding(Examination& e) {
     for (const std::string_view name : {"Transfer-Encoding", "Content-Encoding"})
-        if (times_sent(e, name) != 0)
+        if (count_header(e, name) != 0)
             return reject(
                 "encoding", std::string(name) + " is not allowed: the body goes as it is");
     return std::nullopt;
@@ -101,7 +101,7 @@ Finding check_encoding(Examination& e) {
 
 Finding check_headers_present(Examination& e) {
     for (const std::string_view name : required_headers) {
-        const auto count = times_sent(e, name);
+        const auto count = count_header(e, name);
         if (count == 0)
             return reject("header-missing", "there is no " + std::string(name) + " header");
         if (count > 1)
@@ -113,7 +113,7 @@ Finding check_headers_present(Examination& e) {
 }
 
 Finding check_header_order(Examination& e) {
-    for (size_t i = 1; i < required_headers.size(); i++)
+    for (std::size_t i = 1; i < required_headers.size(); i++)
         if (find_header(e, required_headers[i]) < find_header(e, required_headers[i - 1]))
             return reject(
                 "header-order", "the " + std::string(required_headers[i]) + " header came before " +
@@ -124,7 +124,7 @@ Finding check_header_order(Examination& e) {
 Finding check_content_length(Examination& e) {
     const std::string announced = find_header(e, "Content-Length")->value;
     const std::string received = std::to_string(e.call.body.size());
-    if (!all_digits(announced, 9))
+    if (!is_number(announced, 9))
         return reject("content-length", "Content-Length is \"" + announced + "\"");
     if (!e.call.body_whole || announced != received)
         return reject(
@@ -143,8 +143,8 @@ Finding check_content_type(Examination& e) {
 // key=K,timestamp=T,nonce=N; read from the end, for a key may hold a comma.
 bool parse_authorization(std::string_view text, Authorization& out) {
     constexpr std::string_view key_mark = "key=", time_mark = ",timestamp=", nonce_mark = ",nonce=";
-    const size_t nonce_at = text.rfind(nonce_mark);
-    const size_t time_at = text.substr(0, nonce_at).rfind(time_mark);
+    const std::size_t nonce_at = text.rfind(nonce_mark);
+    const std::size_t time_at = text.substr(0, nonce_at).rfind(time_mark);
     if (!text.starts_with(key_mark) || nonce_at == std::string_view::npos ||
         time_at == std::string_view::npos)
         return false;
@@ -152,7 +152,7 @@ bool parse_authorization(std::string_view text, Authorization& out) {
     out.nonce = text.substr(nonce_at + nonce_mark.size());
     const std::string_view time =
         text.substr(time_at + time_mark.size(), nonce_at - time_at - time_mark.size());
-    if (!all_digits(time, 18) || !lower_hex(out.nonce, 32))
+    if (!is_number(time, 18) || !is_lower_hex(out.nonce, 32))
         return false;
     std::from_chars(time.data(), time.data() + time.size(), out.timestamp);
     return true;
@@ -182,7 +182,7 @@ Finding check_key(Examination& e) {
 }
 
 Finding check_timestamp(Examination& e) {
-    const int64_t off = e.authorization.timestamp - e.examiner.now;
+    const std::int64_t off = e.authorization.timestamp - e.examiner.now;
     if (e.examiner.window > 0 && (off > e.examiner.window || off < -e.examiner.window))
         return reject(
             "timestamp", "the timestamp " + std::to_string(e.authorization.timestamp) + " is " +
@@ -194,10 +194,10 @@ Finding check_timestamp(Examination& e) {
 
 Finding check_signature(Examination& e) {
     const std::string& sent = find_header(e, "Signature")->value;
-    if (!lower_hex(sent, 64))
+    if (!is_lower_hex(sent, 64))
         return reject("signature", "Signature is \"" + sent + "\", not 64 lower-case hex digits");
     const std::string right =
-        request_signature(e.account.secret, e.authorization_text, e.head.target, e.call.body);
+        sign_request(e.account.secret, e.authorization_text, e.head.target, e.call.body);
     if (!same_signature(sent, right))
         return reject(
             "signature", "the signature does not match HMAC-SHA256 of the secret over the "
@@ -207,7 +207,7 @@ Finding check_signature(Examination& e) {
 }
 
 Finding check_nonce(Examination& e) {
-    if (!e.examiner.first_use(e.authorization))
+    if (!e.examiner.record_nonce(e.authorization))
         return reject(
             "nonce", "the nonce " + e.authorization.nonce + " was already used with timestamp " +
                          std::to_string(e.authorization.timestamp));

@@ -1,13 +1,13 @@
 // The examination of a check-in: everything that makes the lab refuse one.
 #pragma once
 
-#include "lab/http.h"
-
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <variant>
+
+#include "lab/http.h"
 
 namespace lab {
 
@@ -18,17 +18,17 @@ struct Account {
 
 struct Authorization {
     std::string key;
-    int64_t timestamp = 0; // seconds since 1970
-    std::string nonce;     // 32 lower-case hexadecimal digits
+    std::int64_t timestamp = 0; // seconds since 1970
+    std::string nonce;          // 32 lower-case hexadecimal digits
 };
 
 // What a request is held against.
 struct Examiner {
     std::function<std::optional<Account>(const std::string& mac)> find_account;
     // Remembers the triple; false when it was known.
-    std::function<bool(const Authorization&)> first_use;
-    int64_t now = 0;
-    int64_t window = 0; // seconds a timestamp may lie off either way; 0: any timestamp
+    std::function<bool(const Authorization&)> record_nonce;
+    std::int64_t now = 0;
+    std::int64_t window = 0; // seconds a timestamp may lie off either way; 0: any timestamp
 };
 
 struct Verified {

@@ -13,7 +13,7 @@ Reply push_action(const Request& request) {
 
 Reply list_actions(const Request& request) {
     Json list = Json::array();
-    for (const auto& action : request.parts.store.actions(require_switch(request)))
+    for (const auto& action : request.parts.store.list_actions(require_switch(request)))
         list.push_back(
             {{"id", action.id},
              {"state", action.state},

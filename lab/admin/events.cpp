@@ -1,8 +1,8 @@
 // What has happened: the event log, which can be waited on, and the counters.
-#include "lab/admin/handlers.h"
-
 #include <algorithm>
 #include <chrono>
+
+#include "lab/admin/handlers.h"
 
 namespace lab {
 
@@ -25,7 +25,7 @@ EventFilter read_filter(const Request& request) {
     EventFilter filter;
     filter.kind = find_query(request, "kind");
     if (const std::string after = find_query(request, "after"); !after.empty())
-        filter.after = parse_number<int64_t>(after, "after");
+        filter.after = parse_number<std::int64_t>(after, "after");
     if (const std::string mac = find_query(request, "mac"); !mac.empty())
         filter.mac = read_mac(mac);
     return filter;
@@ -37,7 +37,7 @@ std::chrono::milliseconds read_timeout(const Request& request) {
         return {};
     const double seconds = parse_number<double>(timeout, "timeout");
     return std::chrono::milliseconds(
-        static_cast<int64_t>(std::min(seconds, longest_wait_seconds) * 1000));
+        static_cast<std::int64_t>(std::min(seconds, longest_wait_seconds) * 1000));
 }
 
 } // namespace
@@ -46,7 +46,7 @@ Reply wait_for_events(const Request& request) {
     const auto timeout = read_timeout(request);
     const EventFilter filter = read_filter(request);
     Json list = Json::array();
-    int64_t last = 0;
+    std::int64_t last = 0;
     for (const auto& event : request.parts.events.wait(filter, timeout)) {
         list.push_back(describe_event(event));
         last = event.id;
@@ -58,8 +58,8 @@ Reply wait_for_events(const Request& request) {
 
 Reply show_stats(const Request& request) {
     return reply_json(
-        {{"counters", request.parts.store.counters()},
-         {"waiting_polls", request.parts.keeper.waiting("")}});
+        {{"counters", request.parts.store.list_counters()},
+         {"waiting_polls", request.parts.keeper.count_waiting("")}});
 }
 
 } // namespace lab

@@ -6,7 +6,7 @@ namespace lab {
 namespace {
 
 std::string read_image_name(const Request& request) {
-    if (!FirmwareShelf::good_name(request.words[0]))
+    if (!ImageFolder::good_name(request.words[0]))
         throw Refusal{400, "an image is named with letters, digits, \".\", \"_\" and \"-\""};
     return request.words[0];
 }
@@ -15,7 +15,7 @@ std::string read_image_name(const Request& request) {
 
 Reply list_images(const Request& request) {
     Json list = Json::array();
-    for (const auto& [name, bytes] : request.parts.shelf.list())
+    for (const auto& [name, bytes] : request.parts.images.list())
         list.push_back({{"name", name}, {"bytes", bytes}});
     return reply_json(list);
 }
@@ -24,12 +24,12 @@ Reply put_image(const Request& request) {
     const std::string name = read_image_name(request);
     if (!request.call.body_whole)
         throw Refusal{400, "the image did not arrive whole"};
-    request.parts.shelf.put(name, request.call.body);
+    request.parts.images.put(name, request.call.body);
     return reply_json({{"name", name}, {"bytes", request.call.body.size()}}, 201);
 }
 
 Reply drop_image(const Request& request) {
-    if (!request.parts.shelf.drop(read_image_name(request)))
+    if (!request.parts.images.drop(read_image_name(request)))
         throw Refusal{404, "there is no such image"};
     return reply_json(Json::object());
 }

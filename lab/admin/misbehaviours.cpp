@@ -7,8 +7,8 @@ namespace {
 
 Json describe_misbehaviour(const Misbehaviour& misbehaviour) {
     Json entry = {
-        {"mode", name_of(misbehaviour.fault)},
-        {"door", misbehaviour.door},
+        {"mode", fault_name(misbehaviour.fault)},
+        {"listener", misbehaviour.listener},
         {"port", misbehaviour.port},
         {"count", misbehaviour.left}};
     if (misbehaviour.fault == Fault::status)
@@ -18,34 +18,37 @@ Json describe_misbehaviour(const Misbehaviour& misbehaviour) {
     return entry;
 }
 
+// "door" is what scripts of earlier versions say for "listener".
 Misbehaviour read_misbehaviour(const Json& body) {
-    refuse_other_members(body, {"mode", "door", "port", "count", "status", "delay_ms", "piece"});
+    refuse_other_members(
+        body, {"mode", "listener", "door", "port", "count", "status", "delay_ms", "piece"});
     const std::string mode = read_text(body, "mode", "");
-    const auto fault = fault_named(mode);
+    const auto fault = find_fault(mode);
     if (!fault)
         throw Refusal{400, "there is no mode \"" + mode + "\""};
     Misbehaviour misbehaviour;
     misbehaviour.fault = *fault;
-    misbehaviour.door = read_text(body, "door", "checkin");
+    misbehaviour.listener = read_text(body, "listener", read_text(body, "door", "checkin"));
     take_number<int>(body, "port", 0, 65535, misbehaviour.port);
-    take_number<int64_t>(body, "count", 0, 1000000, misbehaviour.left);
+    take_number<std::int64_t>(body, "count", 0, 1000000, misbehaviour.left);
     take_number<int>(body, "status", 201, 599, misbehaviour.status);
-    take_number<int64_t>(body, "delay_ms", 0, 10000, misbehaviour.delay_ms);
-    take_number<int64_t>(body, "piece", 1, 1000000, misbehaviour.piece);
+    take_number<std::int64_t>(body, "delay_ms", 0, 10000, misbehaviour.delay_ms);
+    take_number<std::int64_t>(body, "piece", 1, 1000000, misbehaviour.piece);
     return misbehaviour;
 }
 
 void refuse_impossible(const Misbehaviour& misbehaviour, const AdminParts& parts) {
-    const std::string& door = misbehaviour.door;
-    if (!parts.has_port(door, 0))
-        throw Refusal{400, "there is no door \"" + door + "\""};
-    if (is_certificate_fault(misbehaviour.fault) && door != "checkin")
-        throw Refusal{400, "only the door \"checkin\" shows a certificate"};
+    const std::string& listener = misbehaviour.listener;
+    if (!parts.has_port(listener, 0))
+        throw Refusal{400, "there is no listener \"" + listener + "\""};
+    if (is_certificate_fault(misbehaviour.fault) && listener != "checkin")
+        throw Refusal{400, "only the listener \"checkin\" shows a certificate"};
     if (misbehaviour.fault == Fault::refuse && misbehaviour.left != 0)
         throw Refusal{400, "a refused connection cannot be counted, leave \"count\" out"};
-    if (!parts.has_port(door, misbehaviour.port))
+    if (!parts.has_port(listener, misbehaviour.port))
         throw Refusal{
-            400, "the door \"" + door + "\" has no port " + std::to_string(misbehaviour.port)};
+            400,
+            "the listener \"" + listener + "\" has no port " + std::to_string(misbehaviour.port)};
 }
 
 } // namespace

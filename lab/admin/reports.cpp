@@ -1,7 +1,7 @@
 // The reports that a switch has sent, byte for byte.
-#include "lab/admin/handlers.h"
-
 #include <optional>
+
+#include "lab/admin/handlers.h"
 
 namespace lab {
 
@@ -16,19 +16,19 @@ Reply reply_report(const std::optional<ReportRecord>& report) {
 } // namespace
 
 Reply show_latest_report(const Request& request) {
-    return reply_report(request.parts.store.report(require_switch(request), 0));
+    return reply_report(request.parts.store.find_report(require_switch(request), 0));
 }
 
 Reply show_report(const Request& request) {
-    const auto id = parse_number<int64_t>(request.words[1], "the report");
+    const auto id = parse_number<std::int64_t>(request.words[1], "the report");
     if (id == 0) // the store's word for "latest"
         throw Refusal{404, "there is no such report"};
-    return reply_report(request.parts.store.report(require_switch(request), id));
+    return reply_report(request.parts.store.find_report(require_switch(request), id));
 }
 
 Reply list_reports(const Request& request) {
     Json list = Json::array();
-    for (const auto& report : request.parts.store.reports(require_switch(request)))
+    for (const auto& report : request.parts.store.list_reports(require_switch(request)))
         list.push_back(
             {{"id", report.id}, {"time", utc_text(report.time)}, {"bytes", report.body.size()}});
     return reply_json(list);

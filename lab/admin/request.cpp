@@ -1,9 +1,9 @@
 // Texts, members and the switch of a request to the admin interface.
 #include "lab/admin/request.h"
 
-#include "lab/mac.h"
-
 #include <algorithm>
+
+#include "lab/mac.h"
 
 namespace lab {
 
@@ -20,7 +20,7 @@ std::string read_mac(const std::string& text) {
 
 std::string require_switch(const Request& request) {
     const std::string mac = read_mac(request.words[0]);
-    if (!request.parts.store.account(mac))
+    if (!request.parts.store.find_account(mac))
         throw Refusal{404, "no switch " + mac + " is registered"};
     return mac;
 }

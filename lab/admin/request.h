@@ -2,8 +2,6 @@
 // refusing it with a reason, replying with a document.
 #pragma once
 
-#include "lab/admin/service.h"
-
 #include <nlohmann/json.hpp>
 
 #include <charconv>
@@ -12,6 +10,8 @@
 #include <string_view>
 #include <type_traits>
 #include <vector>
+
+#include "lab/admin/service.h"
 
 namespace lab {
 

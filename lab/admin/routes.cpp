@@ -1,11 +1,11 @@
 // The admin interface as a table: a line a request.
 #include "lab/admin/routes.h"
 
-#include "lab/admin/handlers.h"
-
 #include <algorithm>
 #include <optional>
 #include <string_view>
+
+#include "lab/admin/handlers.h"
 
 namespace lab {
 
@@ -47,7 +47,7 @@ std::vector<std::string> split_path(std::string_view path) {
     std::vector<std::string> words;
     while (!path.empty()) {
         path.remove_prefix(1);
-        const size_t end = std::min(path.find('/'), path.size());
+        const std::size_t end = std::min(path.find('/'), path.size());
         words.emplace_back(path.substr(0, end));
         path.remove_prefix(end);
     }
@@ -61,7 +61,7 @@ std::optional<std::vector<std::string>> match_path(const char* pattern, const st
     if (expected.size() != words.size())
         return std::nullopt;
     std::vector<std::string> free;
-    for (size_t i = 0; i < words.size(); i++) {
+    for (std::size_t i = 0; i < words.size(); i++) {
         if (expected[i] == "*" && !words[i].empty())
             free.push_back(words[i]);
         else if (expected[i] != words[i])

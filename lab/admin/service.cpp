@@ -1,10 +1,10 @@
 // Who may use the admin interface, and how a refusal is told.
 #include "lab/admin/service.h"
 
+#include <algorithm>
+
 #include "lab/admin/routes.h"
 #include "lab/request_head.h"
-
-#include <algorithm>
 
 namespace lab {
 

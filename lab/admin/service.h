@@ -1,16 +1,16 @@
 // The admin interface: JSON over plain HTTP for people, scripts and tests on the same machine.
 #pragma once
 
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "lab/events.h"
-#include "lab/firmware_service.h"
+#include "lab/firmware.h"
 #include "lab/http.h"
 #include "lab/keeper_service.h"
 #include "lab/misbehaviour.h"
 #include "lab/policy.h"
-
-#include <functional>
-#include <string>
-#include <vector>
 
 namespace lab {
 
@@ -20,10 +20,10 @@ struct AdminParts {
     PolicyBox& policy;
     KeeperService& keeper;
     Misbehaviours& misbehaviours;
-    FirmwareShelf& shelf;
-    std::function<std::string()> ports;                              // the text of ports.json
-    std::function<bool(const std::string& door, int port)> has_port; // port 0: any
-    std::function<void()> misbehaviour_changed;                      // opens or closes doors to fit
+    ImageFolder& images;
+    std::function<std::string()> ports;                                  // the text of ports.json
+    std::function<bool(const std::string& listener, int port)> has_port; // port 0: any
+    std::function<void()> misbehaviour_changed; // opens or closes listeners to fit
 };
 
 class AdminService {

@@ -1,17 +1,16 @@
 // Settings documents for a switch: queued until it checks in, listed, withdrawn.
 #include "lab/admin/handlers.h"
-
 #include "lab/settings_document.h"
 
 namespace lab {
 
 Reply queue_settings(const Request& request) {
     const std::string mac = require_switch(request);
-    const auto document = settings_document(request.call.body);
+    const auto document = parse_settings(request.call.body);
     if (const auto* bad = std::get_if<BadDocument>(&document))
         throw Refusal{400, bad->reason};
     const auto& text = std::get<std::string>(document);
-    const int64_t seqno = request.parts.store.queue_settings(mac, text, wall_seconds());
+    const std::int64_t seqno = request.parts.store.queue_settings(mac, text, wall_seconds());
     request.parts.events.note(
         "settings-queued", mac, "settings " + std::to_string(seqno) + " for " + mac + " queued",
         {{"config_seqno", seqno}});
@@ -20,7 +19,7 @@ Reply queue_settings(const Request& request) {
 
 Reply list_settings(const Request& request) {
     Json list = Json::array();
-    for (const auto& settings : request.parts.store.settings(require_switch(request)))
+    for (const auto& settings : request.parts.store.list_settings(require_switch(request)))
         list.push_back(
             {{"config_seqno", settings.seqno},
              {"state", settings.state},
@@ -32,7 +31,7 @@ Reply list_settings(const Request& request) {
 
 Reply withdraw_settings(const Request& request) {
     const std::string mac = require_switch(request);
-    const auto seqno = parse_number<int64_t>(request.words[1], "config_seqno");
+    const auto seqno = parse_number<std::int64_t>(request.words[1], "config_seqno");
     if (!request.parts.store.drop_settings(mac, seqno))
         throw Refusal{404, "there are no such settings"};
     return reply_json(Json::object());

@@ -5,8 +5,8 @@ namespace lab {
 
 namespace {
 
-constexpr int64_t widest_offset = int64_t{100} * 366 * 24 * 60 * 60; // a hundred years
-constexpr int64_t longest_pause = 366 * 24 * 60 * 60;                // a year
+constexpr std::int64_t widest_offset = std::int64_t{100} * 366 * 24 * 60 * 60; // a hundred years
+constexpr std::int64_t longest_pause = 366 * 24 * 60 * 60;                     // a year
 
 Json describe_policy(const Policy& policy) {
     return {
@@ -30,10 +30,11 @@ Reply set_policy(const Request& request) {
     Policy policy = request.parts.policy.get();
     refuse_other_members(
         body, {"window", "clock_offset", "redeliver_seconds", "redeliver_tries", "poll_seconds"});
-    take_number<int64_t>(body, "window", 0, widest_offset, policy.window);
-    take_number<int64_t>(body, "clock_offset", -widest_offset, widest_offset, policy.clock_offset);
+    take_number<std::int64_t>(body, "window", 0, widest_offset, policy.window);
+    take_number<std::int64_t>(
+        body, "clock_offset", -widest_offset, widest_offset, policy.clock_offset);
     take_number<double>(body, "redeliver_seconds", 0, longest_pause, policy.redeliver_seconds);
-    take_number<int64_t>(body, "redeliver_tries", 0, longest_pause, policy.redeliver_tries);
+    take_number<std::int64_t>(body, "redeliver_tries", 0, longest_pause, policy.redeliver_tries);
     take_number<double>(body, "poll_seconds", 0, longest_pause, policy.poll_seconds);
     request.parts.policy.set(policy);
     return reply_json(describe_policy(policy));

@@ -1,13 +1,14 @@
 // Accounts of switches: listed, registered, forgotten.
-#include "lab/admin/handlers.h"
-
 #include <algorithm>
+
+#include "lab/admin/handlers.h"
 
 namespace lab {
 
 namespace {
 
-constexpr size_t longest_credential = 115; // a switch stores 127 characters, 12 of them its MAC
+constexpr std::size_t longest_credential =
+    115; // a switch stores 127 characters, 12 of them its MAC
 
 std::string read_credential(const Json& body, const char* name) {
     const auto found = body.find(name);
@@ -30,20 +31,20 @@ Json describe_switch(const Request& request, const SwitchRecord& record) {
         {"reported_seqno", record.reported_seqno},
         {"reports", record.reports},
         {"pending", record.pending},
-        {"waiting_polls", request.parts.keeper.waiting(record.mac)}};
+        {"waiting_polls", request.parts.keeper.count_waiting(record.mac)}};
 }
 
 } // namespace
 
 Reply list_switches(const Request& request) {
     Json list = Json::array();
-    for (const auto& record : request.parts.store.switches())
+    for (const auto& record : request.parts.store.list_switches())
         list.push_back(describe_switch(request, record));
     return reply_json(list);
 }
 
 Reply show_switch(const Request& request) {
-    const auto record = request.parts.store.switch_record(require_switch(request));
+    const auto record = request.parts.store.find_switch(require_switch(request));
     return reply_json(describe_switch(request, record.value()));
 }
 

@@ -43,7 +43,7 @@ class CheckIn(EndToEnd):
 
     def test_a_refusing_host_leads_to_the_fallback_host(self):
         first, second = self.lab.ports["https"]
-        self.lab.misbehave("refuse", door="checkin", port=first)
+        self.lab.misbehave("refuse", listener="checkin", port=first)
         self.switch.start()
         self.event("checkin", seconds=60)
         transfers = self.wait("the transfer to be traced", self.seven_transfers)
@@ -57,7 +57,7 @@ class CheckIn(EndToEnd):
         return transfers if len(transfers) >= 7 else None
 
     def test_an_expired_certificate_has_the_clock_corrected(self):
-        self.lab.misbehave("expired", door="checkin", port=self.lab.ports["https"][0])
+        self.lab.misbehave("expired", listener="checkin", port=self.lab.ports["https"][0])
         self.switch.start()
         self.event("time")
         self.wait("the clock is set", lambda: any(
@@ -84,7 +84,7 @@ class BadReplies(EndToEnd):
         self.start()
         before = name_of(self.lab.report())
         self.lab.queue_settings({"system": {"summary_info": {"device_name": "Never"}}})
-        self.lab.misbehave(mode, door="checkin", **how)
+        self.lab.misbehave(mode, listener="checkin", **how)
         self.switch_transfers = len(self.transfers())
         self.wait("the agent met it", lambda: len(self.transfers()) > self.switch_transfers + 1)
         self.lab.withdraw_settings(2)

@@ -1,4 +1,4 @@
-"""Firmware: an upgrade from the cloud's shelf into the other partition, and what can go wrong."""
+"""Firmware: an upgrade from the cloud into the other partition, and what can go wrong."""
 from make_image import make_image
 from end_to_end import EndToEnd
 

@@ -1,9 +1,9 @@
-// The admin interface, the time and the firmware shelf.
-#include "lab_fixture.h"
-
+// The admin interface, the time and the firmware images.
 #include <ctime>
 #include <future>
 #include <regex>
+
+#include "lab_fixture.h"
 
 namespace lab_test {
 
@@ -55,7 +55,8 @@ TEST_F(Admin, tells_unknown_paths_from_wrong_methods) {
 
 TEST_F(Admin, does_not_serve_web_pages) {
     const Answer answer = talk(
-        admin_door(), "GET /switches HTTP/1.1\r\nHost: localhost\r\nOrigin: http://page\r\n\r\n");
+        admin_listener(),
+        "GET /switches HTTP/1.1\r\nHost: localhost\r\nOrigin: http://page\r\n\r\n");
     EXPECT_EQ(answer.status, 403);
     EXPECT_EQ(answer.body.find(mac), std::string::npos);
 }
@@ -77,7 +78,8 @@ TEST_F(Admin, keeps_the_latest_reports) {
     const Json list = admin_get(of_switch("/reports"));
     ASSERT_EQ(list.size(), 50u);
     EXPECT_EQ(list[0]["bytes"], 8);
-    EXPECT_EQ(admin_get(of_switch("/reports/" + std::to_string(int64_t(list[49]["id"]))))["n"], 6);
+    EXPECT_EQ(
+        admin_get(of_switch("/reports/" + std::to_string(std::int64_t(list[49]["id"]))))["n"], 6);
     admin("GET", of_switch("/reports/0"), "", 404);
     admin("GET", of_switch("/reports/x"), "", 400);
     EXPECT_EQ(admin_get(of_switch(""))["reports"], 55);
@@ -89,7 +91,7 @@ TEST_F(Admin, wakes_who_waits_for_an_event) {
     auto waiting = std::async(std::launch::async, [&] {
         return admin_get(
             std::string("/events?timeout=30&kind=checkin&mac=aabbccddeeff&after=") +
-            std::to_string(int64_t(before["last"])));
+            std::to_string(std::int64_t(before["last"])));
     });
     report_seqno(1);
     const Json found = waiting.get();
@@ -114,7 +116,7 @@ TEST_F(Admin, shows_and_sets_the_policy) {
 
 TEST_F(Admin, tells_its_ports) { EXPECT_EQ(admin_get("/ports"), ports_); }
 
-int64_t told_time(const Answer& answer) {
+std::int64_t told_time(const Answer& answer) {
     const std::string text = Json::parse(answer.body)["time"];
     EXPECT_TRUE(std::regex_match(text, std::regex("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ")));
     std::tm parts{};
@@ -124,13 +126,14 @@ int64_t told_time(const Answer& answer) {
 
 TEST_F(Admin, the_time_is_told_on_the_plain_port_and_on_every_checkin_port) {
     for (const Peer& peer :
-         {plain_door(), Peer{checkin_door(0).port, ""}, Peer{checkin_door(1).port, ""}})
+         {plain_listener(), Peer{checkin_listener(0).port, ""}, Peer{checkin_listener(1).port, ""}})
         EXPECT_NEAR(static_cast<double>(told_time(get(peer, "/time")) - std::time(nullptr)), 0, 5);
     admin("PUT", "/config", R"({"clock_offset":86400})");
     EXPECT_NEAR(
-        static_cast<double>(told_time(get(plain_door(), "/time")) - std::time(nullptr)), 86400, 5);
-    EXPECT_EQ(request(plain_door(), "POST", "/time", "{}").status, 405);
-    EXPECT_EQ(get(plain_door(), "/clock").status, 404);
+        static_cast<double>(told_time(get(plain_listener(), "/time")) - std::time(nullptr)), 86400,
+        5);
+    EXPECT_EQ(request(plain_listener(), "POST", "/time", "{}").status, 405);
+    EXPECT_EQ(get(plain_listener(), "/clock").status, 404);
 }
 
 TEST_F(Admin, firmware_images_are_served_sound_and_damaged) {
@@ -139,25 +142,25 @@ TEST_F(Admin, firmware_images_are_served_sound_and_damaged) {
     image[6] = '\xff';
     admin("PUT", "/firmware/v2.bix", image, 201);
     EXPECT_EQ(admin_get("/firmware")[0]["bytes"], 100000);
-    EXPECT_EQ(get(plain_door(), "/firmware/v2.bix").body, image);
-    const std::string damaged = get(plain_door(), "/firmware/corrupt/v2.bix").body;
+    EXPECT_EQ(get(plain_listener(), "/firmware/v2.bix").body, image);
+    const std::string damaged = get(plain_listener(), "/firmware/corrupt/v2.bix").body;
     ASSERT_EQ(damaged.size(), image.size());
     EXPECT_EQ(std::ranges::mismatch(damaged, image).in1 - damaged.begin(), 50000);
     EXPECT_EQ(damaged.substr(50001), image.substr(50001));
     admin("DELETE", "/firmware/v2.bix");
-    EXPECT_EQ(get(plain_door(), "/firmware/v2.bix").status, 404);
+    EXPECT_EQ(get(plain_listener(), "/firmware/v2.bix").status, 404);
 }
 
 TEST_F(Admin, no_file_outside_the_firmware_folder_is_reached) {
     for (const char* name : {"..%2flab.db", "../lab.db", ".hidden", "a%20b", ""}) {
-        const Answer put = request(admin_door(), "PUT", std::string("/firmware/") + name, "x");
+        const Answer put = request(admin_listener(), "PUT", std::string("/firmware/") + name, "x");
         EXPECT_TRUE(put.status == 400 || put.status == 404) << name;
-        EXPECT_EQ(get(plain_door(), std::string("/firmware/") + name).status, 404) << name;
+        EXPECT_EQ(get(plain_listener(), std::string("/firmware/") + name).status, 404) << name;
     }
 }
 
 TEST_F(Admin, events_stay_on_a_line_whatever_is_sent) {
-    talk(keeper_door(), "GET /%0a%00%7fline HTTP/1.1\r\n\r\n");
+    talk(keeper_listener(), "GET /%0a%00%7fline HTTP/1.1\r\n\r\n");
     const std::string text = events("rejected")[0]["text"];
     EXPECT_EQ(text.find_first_of(std::string("\n\0\x7f", 3)), std::string::npos);
 }

@@ -1,9 +1,9 @@
 // The connection keeper: long-polls that wait, are answered, are replaced, and never get in the
 // way.
-#include "lab_fixture.h"
-
 #include <future>
 #include <list>
+
+#include "lab_fixture.h"
 
 namespace lab_test {
 
@@ -13,8 +13,8 @@ const std::string listen_path = std::string("/router/listen/") + mac;
 
 class Keeper : public Lab {
   protected:
-    std::future<Answer> poll(size_t door = 0) {
-        return std::async(std::launch::async, get, keeper_door(door), listen_path);
+    std::future<Answer> poll(std::size_t listener = 0) {
+        return std::async(std::launch::async, get, keeper_listener(listener), listen_path);
     }
     void push(const std::string& action) { admin("POST", of_switch("/actions"), action, 201); }
 };
@@ -57,7 +57,7 @@ TEST_F(Keeper, a_new_poll_takes_the_place_of_the_old_one) {
 TEST_F(Keeper, an_action_is_not_lost_to_a_poll_whose_switch_is_gone) {
     {
         const IdleConnection gone(
-            keeper_door().port, "GET " + listen_path + " HTTP/1.1\r\nHost: lab\r\n\r\n");
+            keeper_listener().port, "GET " + listen_path + " HTTP/1.1\r\nHost: lab\r\n\r\n");
         events("poll");
     }
     push(R"({"action":"checkin"})");
@@ -74,7 +74,7 @@ TEST_F(Keeper, a_poll_without_an_action_is_answered_empty_at_last) {
 
 TEST_F(Keeper, an_unregistered_switch_waits_like_any_other) {
     auto stranger =
-        std::async(std::launch::async, get, keeper_door(), "/router/listen/00:00:00:00:00:09");
+        std::async(std::launch::async, get, keeper_listener(), "/router/listen/00:00:00:00:00:09");
     EXPECT_EQ(events("poll")[0]["mac"], "00:00:00:00:00:09");
     EXPECT_EQ(admin_get("/stats")["waiting_polls"], 1);
     stop();
@@ -82,10 +82,10 @@ TEST_F(Keeper, an_unregistered_switch_waits_like_any_other) {
 }
 
 TEST_F(Keeper, other_requests_are_refused) {
-    EXPECT_EQ(get(keeper_door(), "/router/listen/nobody").status, 403);
-    EXPECT_EQ(get(keeper_door(), "/router/listen/aa:bb:cc:dd:ee:ff").status, 403);
-    EXPECT_EQ(get(keeper_door(), "/").status, 403);
-    EXPECT_EQ(request(keeper_door(), "POST", listen_path, "{}").status, 403);
+    EXPECT_EQ(get(keeper_listener(), "/router/listen/nobody").status, 403);
+    EXPECT_EQ(get(keeper_listener(), "/router/listen/aa:bb:cc:dd:ee:ff").status, 403);
+    EXPECT_EQ(get(keeper_listener(), "/").status, 403);
+    EXPECT_EQ(request(keeper_listener(), "POST", listen_path, "{}").status, 403);
     EXPECT_EQ(counter("rejected.path"), 4);
 }
 
@@ -93,10 +93,10 @@ TEST_F(Keeper, many_waiting_polls_and_idle_connections_delay_no_check_in) {
     std::list<IdleConnection> crowd;
     for (int i = 10; i < 70; i++)
         crowd.emplace_back(
-            keeper_door().port, "GET /router/listen/00:00:00:00:00:" + std::to_string(i) +
-                                    " HTTP/1.1\r\nHost: lab\r\n\r\n");
+            keeper_listener().port, "GET /router/listen/00:00:00:00:00:" + std::to_string(i) +
+                                        " HTTP/1.1\r\nHost: lab\r\n\r\n");
     for (int i = 0; i < 30; i++)
-        crowd.emplace_back(checkin_door().port);
+        crowd.emplace_back(checkin_listener().port);
     nth_event("poll", 60);
     EXPECT_EQ(admin_get("/stats")["waiting_polls"], 60);
     const auto begin = std::chrono::steady_clock::now();
@@ -107,7 +107,7 @@ TEST_F(Keeper, many_waiting_polls_and_idle_connections_delay_no_check_in) {
 TEST_F(Keeper, stopping_does_not_wait_for_polls) {
     auto waiting = poll();
     auto watching =
-        std::async(std::launch::async, get, admin_door(), "/events?kind=never&timeout=60");
+        std::async(std::launch::async, get, admin_listener(), "/events?kind=never&timeout=60");
     events("poll");
     const auto begin = std::chrono::steady_clock::now();
     stop();

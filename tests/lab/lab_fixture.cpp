@@ -32,9 +32,11 @@ void Lab::start() {
 
 void Lab::stop() { cloud_.reset(); }
 
-Peer Lab::checkin_door(size_t index) const { return {ports_["https"][index], ports_["ca_dir"]}; }
+Peer Lab::checkin_listener(std::size_t index) const {
+    return {ports_["https"][index], ports_["ca_dir"]};
+}
 
-Json Lab::report_seqno(int64_t seqno) {
+Json Lab::report_seqno(std::int64_t seqno) {
     Checkin checkin;
     checkin.body = Json{{"system", {{"cloud", {{"config_seqno", seqno}}}}}}.dump();
     const Answer answer = check_in(checkin);
@@ -45,7 +47,7 @@ Json Lab::report_seqno(int64_t seqno) {
 Json Lab::admin(
     const std::string& method, const std::string& path, const std::string& body,
     int expected_status) {
-    const Answer answer = request(admin_door(), method, path, body);
+    const Answer answer = request(admin_listener(), method, path, body);
     EXPECT_EQ(answer.status, expected_status) << method << " " << path << ": " << answer.body;
     return Json::parse(answer.body, nullptr, false);
 }
@@ -54,10 +56,10 @@ Json Lab::events(const std::string& kind) {
     return admin_get("/events?timeout=10&kind=" + kind)["events"];
 }
 
-Json Lab::nth_event(const std::string& kind, size_t n) {
-    int64_t after = 0;
+Json Lab::nth_event(const std::string& kind, std::size_t n) {
+    std::int64_t after = 0;
     Json event;
-    for (size_t i = 0; i < n; i++) {
+    for (std::size_t i = 0; i < n; i++) {
         const Json found =
             admin_get("/events?timeout=10&kind=" + kind + "&after=" + std::to_string(after));
         if (found["events"].empty()) {
@@ -70,8 +72,8 @@ Json Lab::nth_event(const std::string& kind, size_t n) {
     return event;
 }
 
-int64_t Lab::counter(const std::string& name) {
-    return admin_get("/stats")["counters"].value(name, int64_t{0});
+std::int64_t Lab::counter(const std::string& name) {
+    return admin_get("/stats")["counters"].value(name, std::int64_t{0});
 }
 
 } // namespace lab_test

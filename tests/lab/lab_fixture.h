@@ -1,14 +1,14 @@
 // A lab cloud of a test's own: in a folder of its own, on ports of its own.
 #pragma once
 
-#include "lab/cloud.h"
-#include "wire_client.h"
-
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <memory>
 #include <string>
+
+#include "lab/cloud.h"
+#include "wire_client.h"
 
 namespace lab_test {
 
@@ -36,14 +36,14 @@ class Lab : public testing::Test {
     void start(); // done by the constructor; again after stop()
     void stop();
 
-    Peer checkin_door(size_t index = 0) const;
-    Peer plain_door() const { return {ports_["http"], ""}; }
-    Peer keeper_door(size_t index = 0) const { return {ports_["keeper"][index], ""}; }
-    Peer admin_door() const { return {ports_["admin"], ""}; }
+    Peer checkin_listener(std::size_t index = 0) const;
+    Peer plain_listener() const { return {ports_["http"], ""}; }
+    Peer keeper_listener(std::size_t index = 0) const { return {ports_["keeper"][index], ""}; }
+    Peer admin_listener() const { return {ports_["admin"], ""}; }
 
-    Answer check_in(const Checkin& checkin) { return talk(checkin_door(), checkin.text()); }
+    Answer check_in(const Checkin& checkin) { return talk(checkin_listener(), checkin.text()); }
     // A check-in that reports this sequence number; its reply's document.
-    Json report_seqno(int64_t seqno);
+    Json report_seqno(std::int64_t seqno);
 
     Json admin(
         const std::string& method, const std::string& path, const std::string& body = "",
@@ -55,8 +55,8 @@ class Lab : public testing::Test {
     // The events of a kind; waits for the first one.
     Json events(const std::string& kind);
     // Waits for the n-th event of a kind.
-    Json nth_event(const std::string& kind, size_t n);
-    int64_t counter(const std::string& name);
+    Json nth_event(const std::string& kind, std::size_t n);
+    std::int64_t counter(const std::string& name);
     void misbehave(const Json& how) { admin("POST", "/misbehave", how.dump(), 201); }
 
     TempFolder folder_;

@@ -1,9 +1,9 @@
 // What the lab does wrong when it is told to, and that it stops when told so.
-#include "lab_fixture.h"
-
 #include <openssl/x509_vfy.h>
 
 #include <chrono>
+
+#include "lab_fixture.h"
 
 namespace lab_test {
 
@@ -13,7 +13,9 @@ using namespace std::chrono_literals;
 
 class Misbehaving : public Lab {
   protected:
-    Answer check_in_at(size_t door = 0) { return talk(checkin_door(door), Checkin().text()); }
+    Answer check_in_at(std::size_t listener = 0) {
+        return talk(checkin_listener(listener), Checkin().text());
+    }
 };
 
 TEST_F(Misbehaving, refuses_connections_until_told_to_behave) {
@@ -26,7 +28,7 @@ TEST_F(Misbehaving, refuses_connections_until_told_to_behave) {
 }
 
 TEST_F(Misbehaving, refuses_on_one_port_only) {
-    misbehave({{"mode", "refuse"}, {"port", checkin_door().port}});
+    misbehave({{"mode", "refuse"}, {"port", checkin_listener().port}});
     EXPECT_TRUE(check_in_at(0).refused);
     EXPECT_EQ(check_in_at(1).status, 200);
 }
@@ -34,10 +36,10 @@ TEST_F(Misbehaving, refuses_on_one_port_only) {
 TEST_F(Misbehaving, refusing_the_keeper_ends_its_polls) {
     const std::string listen = std::string("/router/listen/") + mac;
     const IdleConnection waiting(
-        keeper_door().port, "GET " + listen + " HTTP/1.1\r\nHost: lab\r\n\r\n");
+        keeper_listener().port, "GET " + listen + " HTTP/1.1\r\nHost: lab\r\n\r\n");
     events("poll");
-    misbehave({{"mode", "refuse"}, {"door", "keeper"}});
-    EXPECT_TRUE(get(keeper_door(), listen).refused);
+    misbehave({{"mode", "refuse"}, {"listener", "keeper"}});
+    EXPECT_TRUE(get(keeper_listener(), listen).refused);
     EXPECT_EQ(admin_get("/stats")["waiting_polls"], 0);
 }
 
@@ -99,7 +101,7 @@ TEST_F(Misbehaving, shows_bad_certificates) {
         {"unknown-ca", X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY},
         {"wrong-name", X509_V_ERR_IP_ADDRESS_MISMATCH},
     };
-    size_t failures = 0;
+    std::size_t failures = 0;
     for (const BadCertificate& bad : cases) {
         misbehave({{"mode", bad.mode}, {"count", 1}});
         const Answer answer = check_in_at();
@@ -114,20 +116,25 @@ TEST_F(Misbehaving, shows_bad_certificates) {
 
 TEST_F(Misbehaving, a_bad_certificate_leaves_the_time_on_the_same_port_alone) {
     misbehave({{"mode", "expired"}, {"count", 1}});
-    EXPECT_EQ(get({checkin_door().port, ""}, "/time").status, 200);
+    EXPECT_EQ(get({checkin_listener().port, ""}, "/time").status, 200);
     EXPECT_FALSE(check_in_at().handshake);
 }
 
-TEST_F(Misbehaving, on_the_plain_door_spoils_the_time) {
-    misbehave({{"mode", "status"}, {"status", 503}, {"door", "plain"}, {"count", 1}});
+TEST_F(Misbehaving, on_the_plain_listener_spoils_the_time) {
+    misbehave({{"mode", "status"}, {"status", 503}, {"listener", "plain"}, {"count", 1}});
     EXPECT_EQ(check_in_at().status, 200);
-    EXPECT_EQ(get(plain_door(), "/time").status, 503);
-    EXPECT_EQ(get(plain_door(), "/time").status, 200);
+    EXPECT_EQ(get(plain_listener(), "/time").status, 503);
+    EXPECT_EQ(get(plain_listener(), "/time").status, 200);
+}
+
+TEST_F(Misbehaving, earlier_scripts_call_a_listener_a_door) {
+    misbehave({{"mode", "status"}, {"door", "keeper"}});
+    EXPECT_EQ(admin_get("/misbehave")[0]["listener"], "keeper");
 }
 
 TEST_F(Misbehaving, lists_what_is_in_force) {
     misbehave({{"mode", "slow"}, {"count", 3}, {"delay_ms", 5}});
-    misbehave({{"mode", "refuse"}, {"door", "keeper"}});
+    misbehave({{"mode", "refuse"}, {"listener", "keeper"}});
     check_in_at();
     const Json list = admin_get("/misbehave");
     ASSERT_EQ(list.size(), 2u);
@@ -135,20 +142,21 @@ TEST_F(Misbehaving, lists_what_is_in_force) {
     EXPECT_EQ(list[0]["count"], 2);
     EXPECT_EQ(list[0]["delay_ms"], 5);
     EXPECT_EQ(list[1]["mode"], "refuse");
-    EXPECT_EQ(list[1]["door"], "keeper");
+    EXPECT_EQ(list[1]["listener"], "keeper");
 }
 
 TEST_F(Misbehaving, impossible_orders_are_refused) {
     for (const char* order :
-         {R"({})", R"([])", R"({"mode":"polite"})", R"({"mode":"status","door":"admin"})",
-          R"({"mode":"expired","door":"keeper"})", R"({"mode":"refuse","count":1})",
+         {R"({})", R"([])", R"({"mode":"polite"})", R"({"mode":"status","listener":"admin"})",
+          R"({"mode":"expired","listener":"keeper"})", R"({"mode":"refuse","count":1})",
           R"({"mode":"status","status":"500"})", R"({"mode":"status","status":99})",
           R"({"mode":"slow","piece":0})", R"({"mode":"slow","pace":1})",
           R"({"mode":"reset","port":1})", R"({"mode":"reset","count":-1})",
           R"({"mode":"reset","count":18446744073709551615})", R"({"mode":7})"})
         EXPECT_TRUE(admin("POST", "/misbehave", order, 400).contains("error")) << order;
-    const Json other_door = {{"mode", "reset"}, {"door", "keeper"}, {"port", checkin_door().port}};
-    admin("POST", "/misbehave", other_door.dump(), 400);
+    const Json other_listener = {
+        {"mode", "reset"}, {"listener", "keeper"}, {"port", checkin_listener().port}};
+    admin("POST", "/misbehave", other_listener.dump(), 400);
     EXPECT_TRUE(admin_get("/misbehave").empty());
 }
 

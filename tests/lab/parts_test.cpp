@@ -1,9 +1,9 @@
 // The pure pieces: request heads, MAC texts, the signature.
+#include <gtest/gtest.h>
+
 #include "lab/mac.h"
 #include "lab/request_head.h"
 #include "lab/signature.h"
-
-#include <gtest/gtest.h>
 
 namespace lab_test {
 
@@ -44,14 +44,14 @@ TEST(Mac, is_taken_in_both_forms) {
 // RFC 4231, test case 2, cut into three parts.
 TEST(Signature, is_hmac_sha256_over_the_parts_joined) {
     EXPECT_EQ(
-        lab::request_signature("Jefe", "what do ya", " want for", " nothing?"),
+        lab::sign_request("Jefe", "what do ya", " want for", " nothing?"),
         "5bdcc146bf60754e6a042426089575c75a003f089d2739839dec58b964ec3843");
 }
 
 // RFC 4231, test case 6: a secret longer than the hash's block.
 TEST(Signature, hashes_a_long_secret_first) {
     EXPECT_EQ(
-        lab::request_signature(
+        lab::sign_request(
             std::string(131, '\xaa'), "Test Using Larger Than Block-Size Key", " - ",
             "Hash Key First"),
         "60e431591ee0b67f0d8a26aacbf5b77f8e0bc6213728c5140546040f0ee37f54");
@@ -60,7 +60,7 @@ TEST(Signature, hashes_a_long_secret_first) {
 // The worked example of docs/wire.md.
 TEST(Signature, fits_the_worked_example) {
     EXPECT_EQ(
-        lab::request_signature(
+        lab::sign_request(
             "example-secret",
             "key=example-key,timestamp=1795230000,nonce=0123456789abcdef0123456789abcdef",
             "/cloud-switch/02:00:00:00:00:01/checkin",

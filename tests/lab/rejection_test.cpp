@@ -1,7 +1,7 @@
 // What the lab takes for a check-in, and each reason for which it does not.
-#include "lab_fixture.h"
-
 #include <algorithm>
+
+#include "lab_fixture.h"
 
 namespace lab_test {
 
@@ -22,13 +22,13 @@ void drop_line(Checkin& checkin, const std::string& name) {
 }
 
 // Lines 2 to 5 are those of the contract.
-void swap_lines(Checkin& checkin, size_t first, size_t second) {
+void swap_lines(Checkin& checkin, std::size_t first, std::size_t second) {
     checkin.rearrange = [=](std::vector<std::string>& lines) {
         std::swap(lines[first], lines[second]);
     };
 }
 
-void repeat_line(Checkin& checkin, size_t index) {
+void repeat_line(Checkin& checkin, std::size_t index) {
     checkin.rearrange = [=](std::vector<std::string>& lines) {
         const std::string line = lines[index];
         lines.push_back(line);
@@ -133,7 +133,7 @@ TEST_F(Checkins, a_good_one_is_accepted_and_its_report_kept) {
     const Answer answer = check_in(checkin);
     EXPECT_EQ(answer.status, 200);
     EXPECT_EQ(answer.body, "{}");
-    EXPECT_EQ(get(admin_door(), of_switch("/report")).body, checkin.body);
+    EXPECT_EQ(get(admin_listener(), of_switch("/report")).body, checkin.body);
     EXPECT_EQ(admin_get(of_switch(""))["reported_seqno"], 7);
     const Json event = events("checkin")[0];
     EXPECT_EQ(event["mac"], mac);
@@ -163,12 +163,12 @@ TEST_F(Checkins, a_key_may_hold_a_comma_and_a_secret_may_be_long) {
 TEST_F(Checkins, a_body_shorter_than_its_length_is_refused) {
     Checkin checkin;
     checkin.content_length = "20";
-    const Answer answer = talk(checkin_door(), checkin.text(), true);
+    const Answer answer = talk(checkin_listener(), checkin.text(), true);
     EXPECT_EQ(counter("rejected.content-length"), 1) << answer.body;
 }
 
 TEST_F(Checkins, garbage_instead_of_a_request_is_refused) {
-    EXPECT_EQ(talk(checkin_door(), "what is this\r\n\r\n").status, 403);
+    EXPECT_EQ(talk(checkin_listener(), "what is this\r\n\r\n").status, 403);
     EXPECT_EQ(counter("rejected.malformed"), 1);
 }
 
@@ -217,8 +217,8 @@ TEST_F(Checkins, the_window_can_be_moved_widened_and_dropped) {
     EXPECT_EQ(check_in(checkin).status, 403);
 }
 
-TEST_F(Checkins, the_second_door_is_the_same_cloud) {
-    EXPECT_EQ(talk(checkin_door(1), Checkin().text()).status, 200);
+TEST_F(Checkins, the_second_listener_is_the_same_cloud) {
+    EXPECT_EQ(talk(checkin_listener(1), Checkin().text()).status, 200);
     EXPECT_EQ(admin_get(of_switch(""))["reports"], 1);
 }
 

@@ -1,8 +1,4 @@
 // What outlives the program, and the program itself.
-#include "lab_fixture.h"
-
-#include "lab/options.h"
-
 #include <csignal>
 #include <fstream>
 #include <stdexcept>
@@ -10,6 +6,9 @@
 
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "lab/options.h"
+#include "lab_fixture.h"
 
 namespace lab_test {
 
@@ -36,7 +35,8 @@ TEST_F(Restart, keeps_accounts_reports_settings_actions_nonces_and_the_authority
     EXPECT_EQ(check_in(checkin).status, 403);
     EXPECT_TRUE(report_seqno(1).contains("lldp"));
     EXPECT_EQ(
-        get(keeper_door(), std::string("/router/listen/") + mac).body, R"({"action":"reboot"})");
+        get(keeper_listener(), std::string("/router/listen/") + mac).body,
+        R"({"action":"reboot"})");
     EXPECT_EQ(counter("checkin"), 2);
 }
 
@@ -49,7 +49,7 @@ TEST_F(Restart, two_labs_do_not_share_a_port) {
 }
 
 TEST_F(Restart, the_authority_folder_holds_the_hashed_certificate_alone) {
-    size_t files = 0;
+    std::size_t files = 0;
     for (const auto& entry : fs::directory_iterator(folder_.path() / "ca/trust")) {
         files++;
         EXPECT_EQ(entry.path().extension(), ".0");
@@ -113,8 +113,8 @@ TEST_F(Program, starts_checks_in_and_stops_cleanly_with_a_poll_waiting) {
         ASSERT_TRUE(ports.is_object());
         EXPECT_EQ(ports["pid"], pid);
         EXPECT_EQ(ports["keeper"].size(), 2u);
-        const Peer door{ports["https"][0], ports["ca_dir"]};
-        EXPECT_EQ(talk(door, Checkin().text()).status, 200);
+        const Peer listener{ports["https"][0], ports["ca_dir"]};
+        EXPECT_EQ(talk(listener, Checkin().text()).status, 200);
         const IdleConnection poll(
             ports["keeper"][0],
             std::string("GET /router/listen/") + mac + " HTTP/1.1\r\nHost: lab\r\n\r\n");

@@ -7,17 +7,19 @@ namespace {
 
 class Settings : public Lab {
   protected:
-    int64_t queue(const std::string& document) {
+    std::int64_t queue(const std::string& document) {
         return admin("POST", of_switch("/settings"), document, 201)["config_seqno"];
     }
-    std::string state(size_t index) { return admin_get(of_switch("/settings"))[index]["state"]; }
+    std::string state(std::size_t index) {
+        return admin_get(of_switch("/settings"))[index]["state"];
+    }
     void configure(const Json& policy) { admin("PUT", "/config", policy.dump()); }
 };
 
-int64_t seqno_in(const Json& reply) { return reply["system"]["cloud"]["config_seqno"]; }
+std::int64_t seqno_in(const Json& reply) { return reply["system"]["cloud"]["config_seqno"]; }
 
 TEST_F(Settings, are_delivered_with_a_number_and_acknowledged_by_it) {
-    const int64_t seqno = queue(R"({"qos":{"x":1},"system":{"jumbo_frames":{"size":9000}}})");
+    const std::int64_t seqno = queue(R"({"qos":{"x":1},"system":{"jumbo_frames":{"size":9000}}})");
     EXPECT_GT(seqno, 1);
     EXPECT_EQ(state(0), "pending");
     const Json expected = {
@@ -39,7 +41,7 @@ TEST_F(Settings, keep_their_members_in_order_and_their_other_cloud_settings) {
 }
 
 TEST_F(Settings, come_again_until_the_number_is_reported) {
-    const int64_t seqno = queue(R"({"lldp":{}})");
+    const std::int64_t seqno = queue(R"({"lldp":{}})");
     for (int try_number = 1; try_number <= 3; try_number++)
         EXPECT_EQ(seqno_in(report_seqno(1)), seqno);
     EXPECT_EQ(admin_get(of_switch("/settings"))[0]["tries"], 3);

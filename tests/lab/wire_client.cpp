@@ -31,7 +31,7 @@ int open_socket(int port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
     if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
         return fd;
     const int error = errno;
@@ -41,22 +41,22 @@ int open_socket(int port) {
 }
 
 void send_all(int fd, const std::string& bytes) {
-    for (size_t at = 0; at < bytes.size();) {
+    for (std::size_t at = 0; at < bytes.size();) {
         const ssize_t count = send(fd, bytes.data() + at, bytes.size() - at, MSG_NOSIGNAL);
         if (count <= 0)
             return;
-        at += static_cast<size_t>(count);
+        at += static_cast<std::size_t>(count);
     }
 }
 
 void take_apart(const std::string& bytes, Answer& answer) {
-    const size_t end = bytes.find("\r\n\r\n");
+    const std::size_t end = bytes.find("\r\n\r\n");
     if (end == std::string::npos)
         return;
     answer.head = bytes.substr(0, end + 2);
     answer.body = bytes.substr(end + 4);
     answer.status = std::atoi(answer.head.c_str() + answer.head.find(' '));
-    const size_t length = answer.head.find("Content-Length: ");
+    const std::size_t length = answer.head.find("Content-Length: ");
     answer.whole =
         length != std::string::npos &&
         std::strtoul(answer.head.c_str() + length + 16, nullptr, 10) == answer.body.size();
@@ -69,7 +69,7 @@ void talk_plain(int fd, const std::string& bytes, bool cut, Answer& answer) {
     std::string received;
     char buffer[4096];
     for (ssize_t count; (count = recv(fd, buffer, sizeof buffer, 0)) > 0;)
-        received.append(buffer, static_cast<size_t>(count));
+        received.append(buffer, static_cast<std::size_t>(count));
     take_apart(received, answer);
 }
 
@@ -94,14 +94,14 @@ void talk_tls(
     std::string received;
     char buffer[4096];
     for (int count; (count = SSL_read(ssl.get(), buffer, sizeof buffer)) > 0;)
-        received.append(buffer, static_cast<size_t>(count));
+        received.append(buffer, static_cast<std::size_t>(count));
     ERR_clear_error();
     take_apart(received, answer);
 }
 
-std::string hex(const unsigned char* bytes, size_t count) {
+std::string to_hex(const unsigned char* bytes, std::size_t count) {
     std::string text;
-    for (size_t i = 0; i < count; i++) {
+    for (std::size_t i = 0; i < count; i++) {
         char digits[3];
         std::snprintf(digits, sizeof digits, "%02x", bytes[i]);
         text += digits;
@@ -122,7 +122,7 @@ std::string hmac(const std::string& secret, const std::string& message) {
     HMAC(
         EVP_sha256(), secret.data(), static_cast<int>(secret.size()),
         reinterpret_cast<const unsigned char*>(message.data()), message.size(), mac, &length);
-    return hex(mac, length);
+    return to_hex(mac, length);
 }
 
 std::string or_else(const std::string& text, const std::string& otherwise) {

@@ -52,7 +52,7 @@ struct Checkin {
     std::string path; // empty: made from the MAC
     std::string key = "lab-key";
     std::string secret = "lab-secret";
-    int64_t timestamp;         // now
+    std::int64_t timestamp;    // now
     std::string nonce;         // one that no other request of the process has
     std::string authorization; // empty: made from key, timestamp and nonce
     std::string body = "{}";

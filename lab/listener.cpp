@@ -1,7 +1,5 @@
 // The only place that knows the HTTP server library.
-#include "lab/door.h"
-
-#include "lab/connection.h"
+#include "lab/listener.h"
 
 #include <openssl/err.h>
 #include <openssl/ssl.h>
@@ -21,18 +19,20 @@
 #include <thread>
 #include <utility>
 
+#include "lab/connection.h"
+
 namespace lab {
 
 namespace {
 
 constexpr int first_byte_wait_ms = 5000;
 constexpr time_t io_timeout_seconds = 10;
-constexpr size_t most_threads = 256; // of one port; beyond that a new connection waits
+constexpr std::size_t most_threads = 256; // of one port; beyond that a new connection waits
 constexpr int backlog = 128;
-constexpr size_t longest_body = 64u << 20;
+constexpr std::size_t longest_body = 64u << 20;
 constexpr unsigned char tls_handshake_record = 0x16;
 
-std::string text_of(const std::exception_ptr& failure) {
+std::string describe_failure(const std::exception_ptr& failure) {
     try {
         std::rethrow_exception(failure);
     } catch (const std::exception& known) {
@@ -53,7 +53,8 @@ class ThreadEach : public httplib::TaskQueue {
             try {
                 task();
             } catch (...) {
-                std::fprintf(stderr, "lab_cloud: %s", text_of(std::current_exception()).c_str());
+                std::fprintf(
+                    stderr, "lab_cloud: %s", describe_failure(std::current_exception()).c_str());
             }
             // Notified under the lock: the queue may be gone as soon as the lock is.
             const std::lock_guard done(mutex_);
@@ -70,10 +71,10 @@ class ThreadEach : public httplib::TaskQueue {
   private:
     std::mutex mutex_;
     std::condition_variable changed_;
-    size_t running_ = 0;
+    std::size_t running_ = 0;
 };
 
-// The sockets in use, so that closing the door can end them.
+// The sockets in use, so that closing the listener can end them.
 class OpenSockets {
   public:
     bool add(int socket) {
@@ -106,7 +107,7 @@ class OpenSockets {
 // The library's handlers see its request only; the connection of the thread gives them the rest.
 thread_local Connection* current_connection = nullptr;
 
-Certificate certificate_for(Fault fault) {
+Certificate choose_certificate(Fault fault) {
     switch (fault) {
     case Fault::expired:
         return Certificate::expired;
@@ -120,7 +121,7 @@ Certificate certificate_for(Fault fault) {
 }
 
 // -1: nothing came.
-int first_byte(int socket) {
+int peek_first_byte(int socket) {
     pollfd entry{socket, POLLIN, 0};
     unsigned char byte = 0;
     if (poll(&entry, 1, first_byte_wait_ms) <= 0 || recv(socket, &byte, 1, MSG_PEEK) != 1)
@@ -133,18 +134,18 @@ void reset(int socket) {
     setsockopt(socket, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
 }
 
-std::string tls_error() {
-    const unsigned long code = ERR_get_error();
+std::string take_tls_error() {
+    const auto code = ERR_get_error();
     ERR_clear_error();
     const char* reason = code ? ERR_reason_error_string(code) : nullptr;
     return reason ? reason : "connection closed";
 }
 
-sockaddr_in loopback(int port) {
+sockaddr_in loopback_address(int port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
     return address;
 }
 
@@ -157,7 +158,7 @@ void reuse_address(int socket) {
 int hold_port(int port) {
     const int held = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     reuse_address(held);
-    const sockaddr_in address = loopback(port);
+    const sockaddr_in address = loopback_address(port);
     if (bind(held, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
         return held;
     ::close(held);
@@ -165,16 +166,16 @@ int hold_port(int port) {
 }
 
 // What the library would read without an end, or take apart, is left unread.
-bool readable_body(const httplib::Request& request) {
+bool is_body_readable(const httplib::Request& request) {
     return !request.is_multipart_form_data() &&
            (request.has_header("Content-Length") || request.has_header("Transfer-Encoding"));
 }
 
 } // namespace
 
-class Door::Server : public httplib::Server {
+class Listener::Server : public httplib::Server {
   public:
-    explicit Server(DoorPlan plan) : plan_(std::move(plan)), port_(plan_.port) {
+    explicit Server(ListenerPlan plan) : plan_(std::move(plan)), port_(plan_.port) {
         new_task_queue = [] { return new ThreadEach; };
         set_socket_options(reuse_address);
         set_tcp_nodelay(true);
@@ -185,22 +186,22 @@ class Door::Server : public httplib::Server {
     }
 
     void open() {
-        if (listener_.joinable())
+        if (accepting_.joinable())
             return;
         bind_loopback();
         if (held_ >= 0)
             ::close(std::exchange(held_, -1));
         sockets_.reopen();
-        listener_ = std::thread([this] { listen_after_bind(); });
+        accepting_ = std::thread([this] { listen_after_bind(); });
         while (!is_running()) // stop() would pass unheard before that
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 
     void close(bool keep_port) {
-        if (listener_.joinable()) {
+        if (accepting_.joinable()) {
             sockets_.end_all();
             stop();
-            listener_.join();
+            accepting_.join();
         }
         if (keep_port && held_ < 0)
             held_ = hold_port(port_);
@@ -223,7 +224,7 @@ class Door::Server : public httplib::Server {
                                    const httplib::ContentReader& reader) {
             std::string body;
             const bool whole =
-                readable_body(request) && reader([&](const char* bytes, size_t size) {
+                is_body_readable(request) && reader([&](const char* bytes, std::size_t size) {
                     body.append(bytes, size);
                     return true;
                 });
@@ -242,7 +243,8 @@ class Door::Server : public httplib::Server {
         });
         set_exception_handler([](const Request&, Response& response, std::exception_ptr failure) {
             response.status = 500;
-            response.set_content("the lab cloud failed: " + text_of(failure), "text/plain");
+            response.set_content(
+                "the lab cloud failed: " + describe_failure(failure), "text/plain");
         });
     }
 
@@ -262,7 +264,7 @@ class Door::Server : public httplib::Server {
         if (connection.misbehaviour().fault == Fault::status) {
             reply = {connection.misbehaviour().status, "told to fail\n", "text/plain"};
         } else {
-            const Call call = call_of(request, connection, std::move(body), whole);
+            const Call call = make_call(request, connection, std::move(body), whole);
             reply = connection.tls() ? plan_.tls(call) : plan_.plain(call);
         }
         connection.unsent = reply.unsent;
@@ -272,7 +274,7 @@ class Door::Server : public httplib::Server {
     }
 
     static Call
-    call_of(const Request& request, Connection& connection, std::string body, bool whole) {
+    make_call(const Request& request, Connection& connection, std::string body, bool whole) {
         Call call;
         call.method = request.method;
         call.path = request.path;
@@ -300,7 +302,7 @@ class Door::Server : public httplib::Server {
     }
 
     void serve(int socket) {
-        const int byte = first_byte(socket);
+        const int byte = peek_first_byte(socket);
         if (byte < 0)
             return;
         const bool tls = byte == tls_handshake_record;
@@ -326,13 +328,13 @@ class Door::Server : public httplib::Server {
     }
 
     void serve_tls(int socket, const Misbehaviour& misbehaviour) {
-        SSL_CTX* context = plan_.authority->context(certificate_for(misbehaviour.fault));
+        SSL_CTX* context = plan_.authority->context(choose_certificate(misbehaviour.fault));
         const std::unique_ptr<SSL, void (*)(SSL*)> ssl(SSL_new(context), SSL_free);
         if (!ssl || SSL_set_fd(ssl.get(), socket) != 1)
             return;
         if (SSL_accept(ssl.get()) != 1) {
             if (plan_.on_tls_failure)
-                plan_.on_tls_failure(tls_error());
+                plan_.on_tls_failure(take_tls_error());
             return;
         }
         // After a body cut short, no farewell either: the peer must see a broken connection.
@@ -356,21 +358,21 @@ class Door::Server : public httplib::Server {
         return !connection.write_failed();
     }
 
-    const DoorPlan plan_;
+    const ListenerPlan plan_;
     int port_;
     int held_ = -1;
     OpenSockets sockets_;
-    std::thread listener_;
+    std::thread accepting_;
 };
 
-Door::Door(DoorPlan plan) : server_(std::make_unique<Server>(std::move(plan))) {}
+Listener::Listener(ListenerPlan plan) : server_(std::make_unique<Server>(std::move(plan))) {}
 
-Door::~Door() { close(); }
+Listener::~Listener() { close(); }
 
-void Door::open() { server_->open(); }
+void Listener::open() { server_->open(); }
 
-void Door::close(bool keep_port) { server_->close(keep_port); }
+void Listener::close(bool keep_port) { server_->close(keep_port); }
 
-int Door::port() const { return server_->port(); }
+int Listener::port() const { return server_->port(); }
 
 } // namespace lab

@@ -1,5 +1,5 @@
-// The shelf of firmware images and the service that hands them out.
-#include "lab/firmware_service.h"
+// Images are written as drafts under names that are never served, and read whole.
+#include "lab/firmware.h"
 
 #include <algorithm>
 #include <fstream>
@@ -17,19 +17,19 @@ constexpr std::string_view damaged = "/firmware/corrupt/";
 
 } // namespace
 
-FirmwareShelf::FirmwareShelf(fs::path folder) : folder_(std::move(folder)) {
+ImageFolder::ImageFolder(fs::path folder) : folder_(std::move(folder)) {
     fs::create_directories(folder_);
 }
 
-bool FirmwareShelf::good_name(std::string_view name) {
+bool ImageFolder::good_name(std::string_view name) {
     return !name.empty() && name.size() <= 100 && name.front() != '.' &&
            name.find_first_not_of(
                "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-") ==
                std::string_view::npos;
 }
 
-// A draft under a name that is never served, so that no half-written image is.
-void FirmwareShelf::put(const std::string& name, const std::string& image) {
+// Renamed when complete, so that no half-written image is served.
+void ImageFolder::put(const std::string& name, const std::string& image) {
     const fs::path draft = folder_ / ("." + name);
     std::ofstream file(draft, std::ios::binary);
     file.write(image.data(), static_cast<std::streamsize>(image.size()));
@@ -39,7 +39,7 @@ void FirmwareShelf::put(const std::string& name, const std::string& image) {
     fs::rename(draft, folder_ / name);
 }
 
-std::optional<std::string> FirmwareShelf::get(const std::string& name) const {
+std::optional<std::string> ImageFolder::get(const std::string& name) const {
     if (!good_name(name))
         return std::nullopt;
     std::ifstream file(folder_ / name, std::ios::binary);
@@ -48,12 +48,12 @@ std::optional<std::string> FirmwareShelf::get(const std::string& name) const {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-bool FirmwareShelf::drop(const std::string& name) {
+bool ImageFolder::drop(const std::string& name) {
     return good_name(name) && fs::remove(folder_ / name);
 }
 
-std::vector<std::pair<std::string, uintmax_t>> FirmwareShelf::list() const {
-    std::vector<std::pair<std::string, uintmax_t>> images;
+std::vector<std::pair<std::string, std::uintmax_t>> ImageFolder::list() const {
+    std::vector<std::pair<std::string, std::uintmax_t>> images;
     for (const auto& entry : fs::directory_iterator(folder_))
         if (entry.is_regular_file() && good_name(entry.path().filename().string()))
             images.emplace_back(entry.path().filename().string(), entry.file_size());
@@ -64,7 +64,7 @@ std::vector<std::pair<std::string, uintmax_t>> FirmwareShelf::list() const {
 Reply FirmwareService::answer(const Call& call) {
     const bool corrupt = call.path.starts_with(damaged);
     const std::string name = call.path.substr(corrupt ? damaged.size() : sound.size());
-    auto image = call.method == "GET" ? shelf_.get(name) : std::nullopt;
+    auto image = call.method == "GET" ? images_.get(name) : std::nullopt;
     if (!image) {
         events_.note("firmware", "", "firmware image " + name + " asked, there is none");
         return {404, "there is no image " + name + "\n", "text/plain"};

@@ -3,17 +3,17 @@
 // to everyone else, for a switch uses one "host:port" text for both.
 #pragma once
 
-#include "lab/ca.h"
-#include "lab/http.h"
-#include "lab/misbehaviour.h"
-
 #include <functional>
 #include <memory>
 #include <string>
 
+#include "lab/ca.h"
+#include "lab/http.h"
+#include "lab/misbehaviour.h"
+
 namespace lab {
 
-struct DoorPlan {
+struct ListenerPlan {
     int port = 0;           // 0: any free one
     std::string plain_name; // the misbehaviours' word for its plain side
     Handler plain;
@@ -22,15 +22,15 @@ struct DoorPlan {
     const CertificateAuthority* authority = nullptr; // none: plain only
     Misbehaviours* misbehaviours = nullptr;          // none: always behaves
     std::function<void(const std::string& text)> on_tls_failure = {};
-    std::function<void(const std::string& door, int port, Fault fault)> on_misbehaviour = {};
+    std::function<void(const std::string& listener, int port, Fault fault)> on_misbehaviour = {};
 };
 
-class Door {
+class Listener {
   public:
-    explicit Door(DoorPlan plan);
-    ~Door();
-    Door(const Door&) = delete;
-    Door& operator=(const Door&) = delete;
+    explicit Listener(ListenerPlan plan);
+    ~Listener();
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
 
     // Throws when the port is taken. The port stays the same over close and open.
     void open();
