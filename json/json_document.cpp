@@ -32,6 +32,11 @@ int getJsonArraySize(const cJSON* array) { return cJSON_GetArraySize(array); }
 
 cJSON* getJsonArrayItem(const cJSON* array, int index) { return cJSON_GetArrayItem(array, index); }
 
+cJSON* getJsonArrayForKey(const cJSON* object, const char* name) {
+    cJSON* member = getJsonObjectForKey(object, name);
+    return cJSON_IsArray(member) ? member : nullptr;
+}
+
 cJSON* getJsonChild(const cJSON* node) { return node ? node->child : nullptr; }
 
 cJSON* getJsonNext(const cJSON* node) { return node ? node->next : nullptr; }

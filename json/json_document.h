@@ -31,6 +31,9 @@ cJSON* parseJsonString(const char* text); // null if the text is not JSON; the c
 cJSON* getJsonObjectForKey(const cJSON* object, const char* name);
 int getJsonArraySize(const cJSON* array);
 cJSON* getJsonArrayItem(const cJSON* array, int index);
+// The member if it is an array, else null: what is given for a list and is none has no items, and
+// an object's members are none either.
+cJSON* getJsonArrayForKey(const cJSON* object, const char* name);
 cJSON* getJsonChild(const cJSON* node);
 cJSON* getJsonNext(const cJSON* node);
 

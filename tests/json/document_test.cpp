@@ -138,6 +138,17 @@ TEST(Read, array_items_are_counted_from_zero) {
     EXPECT_EQ(getJsonArrayItem(root.get(), -1), nullptr);
 }
 
+TEST(Read, only_an_array_is_a_list) {
+    Document root = parse(R"({"list": [1], "empty": [], "object": {"a": 1}, "null": null,
+                              "number": 1, "string": "[1]", "true": true})");
+    EXPECT_EQ(getJsonArrayForKey(root.get(), "List"), getJsonObjectForKey(root.get(), "list"));
+    EXPECT_EQ(getJsonArraySize(getJsonArrayForKey(root.get(), "list")), 1);
+    EXPECT_NE(getJsonArrayForKey(root.get(), "empty"), nullptr);
+    for (const char* name : {"object", "null", "number", "string", "true", "missing"})
+        EXPECT_EQ(getJsonArrayForKey(root.get(), name), nullptr) << name;
+    EXPECT_EQ(getJsonArrayForKey(nullptr, "list"), nullptr);
+}
+
 TEST(Counter, unsigned_32_bits_are_kept_in_the_integer_value) {
     Document node(cJSON_CreateLongUintNumber(4294967295));
     EXPECT_EQ(getJsonIntValue(node.get()), -1);
