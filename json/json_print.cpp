@@ -144,31 +144,13 @@ template <typename Integer> void put_integer(Printer* out, Integer value) {
         static_cast<size_t>(std::to_chars(start, start + number_size, value).ptr - start);
 }
 
-// `text` as the C library formatted it, with the decimal sign of the process's locale, which may be
-// several bytes long.
-void put_with_point(Printer* out, const char* text) {
-    bool in_sign = false;
-    for (; *text; ++text) {
-        bool plain = strchr("+-e0123456789", *text) != nullptr;
-        if (plain || !in_sign)
-            put(out, plain ? *text : '.');
-        in_sign = !plain;
-    }
-}
-
-void put_fraction(Printer* out, double value) {
-    char text[number_size];
+// The C library's decimal sign is a point, for the agent sets no locale.
+int format_double(char* text, double value, bool whole) {
+    if (whole)
+        return snprintf(text, number_size, "%.0f", value);
     if (fabs(value) < 1e-6 || fabs(value) > 1e9)
-        snprintf(text, sizeof text, "%e", value);
-    else
-        snprintf(text, sizeof text, "%.1f", value);
-    put_with_point(out, text);
-}
-
-void put_large_whole(Printer* out, double value) {
-    char text[number_size];
-    snprintf(text, sizeof text, "%.0f", value);
-    put_with_point(out, text);
+        return snprintf(text, number_size, "%e", value);
+    return snprintf(text, number_size, "%.1f", value);
 }
 
 void put_double(Printer* out, double value, int truncated) {
@@ -179,10 +161,8 @@ void put_double(Printer* out, double value, int truncated) {
         put_integer(out, truncated);
     else if (whole && fabs(value) < int64_limit)
         put_integer(out, static_cast<int64_t>(floor(value)));
-    else if (whole)
-        put_large_whole(out, value);
     else
-        put_fraction(out, value);
+        out->length += static_cast<size_t>(format_double(out->text + out->length, value, whole));
 }
 
 bool print_number(Printer* out, const cJSON* node) {
