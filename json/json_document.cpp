@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "json/json_node.h"
+#include "json/utf8.h"
 
 static_assert(sizeof(double) == sizeof(uint64_t) && sizeof(int) == sizeof(uint32_t));
 
@@ -90,13 +91,12 @@ double getJsonDoubleValueForKey(const cJSON* object, const char* name) {
 
 namespace {
 
-// A node, its member name and its text in one allocation: a report has thousands of members, and
-// allocating is most of what building one costs. The two flags tell cJSON_Delete that the texts are
-// not allocations of their own; they also make cJSON_Duplicate share the name with the original,
-// which is why the layer has no copy of a tree.
-cJSON* new_node(int type, const char* name, const char* text) {
+// A node, its member name and room for its text in one allocation: a report has thousands of
+// members, and allocating is most of what building one costs. The two flags tell cJSON_Delete that
+// the texts are not allocations of their own; they also make cJSON_Duplicate share the name with
+// the original, which is why the layer has no copy of a tree.
+cJSON* new_node(int type, const char* name, size_t text_size = 0) {
     size_t name_size = name ? strlen(name) + 1 : 0;
-    size_t text_size = text ? strlen(text) + 1 : 0;
     cJSON* node = static_cast<cJSON*>(cJSON_malloc(sizeof(cJSON) + name_size + text_size));
     if (!node)
         return nullptr;
@@ -107,14 +107,34 @@ cJSON* new_node(int type, const char* name, const char* text) {
         node->type |= cJSON_StringIsConst;
         node->string = static_cast<char*>(memcpy(texts, name, name_size));
     }
-    if (text) {
-        // A text of the agent's state may be changed by another thread since it was measured, so
-        // the terminator is never one that was copied.
+    if (text_size) {
         node->type |= cJSON_IsReference;
-        node->valuestring = static_cast<char*>(memcpy(texts + name_size, text, text_size - 1));
-        node->valuestring[text_size - 1] = '\0';
+        node->valuestring = texts + name_size;
     }
     return node;
+}
+
+cJSON* new_repaired_text(const char* name, const char* text, size_t length) {
+    cJSON* node = new_node(cJSON_String, name, REPLACEMENT_SIZE * length + 1);
+    if (node)
+        repair_utf8(text, node->valuestring);
+    return node;
+}
+
+// Here every text enters a document. One of the agent's state may be changed by another thread
+// meanwhile, so what is looked at is the copy, and the terminator is never one that was copied.
+cJSON* new_text(const char* name, const char* text) {
+    size_t length = strlen(text);
+    cJSON* node = new_node(cJSON_String, name, length + 1);
+    if (!node)
+        return nullptr;
+    memcpy(node->valuestring, text, length);
+    node->valuestring[length] = '\0';
+    if (is_utf8(node->valuestring, length))
+        return node;
+    cJSON* repaired = new_repaired_text(name, node->valuestring, length);
+    cJSON_Delete(node);
+    return repaired;
 }
 
 // A double outside the range of an int is cut to the nearer end, as the parser does.
@@ -127,7 +147,7 @@ int truncated(double value) {
 }
 
 cJSON* new_number(const char* name, double value) {
-    cJSON* node = new_node(cJSON_Number, name, nullptr);
+    cJSON* node = new_node(cJSON_Number, name);
     if (node) {
         node->valuedouble = value;
         node->valueint = truncated(value);
@@ -136,31 +156,38 @@ cJSON* new_number(const char* name, double value) {
 }
 
 cJSON* new_uint32(const char* name, uint32_t value) {
-    cJSON* node = new_node(cJSON_Number | NODE_UINT32, name, nullptr);
+    cJSON* node = new_node(cJSON_Number | NODE_UINT32, name);
     if (node)
         memcpy(&node->valueint, &value, sizeof value);
     return node;
 }
 
 cJSON* new_uint64(const char* name, uint64_t value) {
-    cJSON* node = new_node(cJSON_Number | NODE_UINT64, name, nullptr);
+    cJSON* node = new_node(cJSON_Number | NODE_UINT64, name);
     if (node)
         memcpy(&node->valuedouble, &value, sizeof value);
     return node;
 }
 
-// For a node that already carries its name; to cJSON, appending to an object is the same as
-// appending to an array.
-void append(cJSON* parent, cJSON* node) {
-    if (node && node != parent && !cJSON_AddItemToArray(parent, node))
-        cJSON_Delete(node);
+bool takes_nodes(const cJSON* parent) {
+    int kind = parent ? parent->type & NODE_KIND : cJSON_Invalid;
+    return kind == cJSON_Object || kind == cJSON_Array;
 }
 
-void append_member(cJSON* object, cJSON* node) {
-    if (node && node->string)
-        append(object, node);
-    else
-        cJSON_Delete(node);
+// The one rule for all that is added: what cannot be taken is deleted, and null comes of it.
+cJSON* take(cJSON* parent, cJSON* node) {
+    if (node == parent)
+        return nullptr;
+    if (takes_nodes(parent) && cJSON_AddItemToArray(parent, node))
+        return node;
+    cJSON_Delete(node);
+    return nullptr;
+}
+
+// For a node that already carries its name; to cJSON, appending to an object is the same as
+// appending to an array.
+cJSON* take_member(cJSON* object, cJSON* node) {
+    return take(node && node->string ? object : nullptr, node);
 }
 
 } // namespace
@@ -178,62 +205,60 @@ cJSON* createJsonDoubleArray(const double* values, int count) {
 }
 
 cJSON* createJsonStringArray(const char* const* texts, int count) {
-    return cJSON_CreateStringArray(texts, count);
+    cJSON* array = texts && count >= 0 ? createJsonArray() : nullptr;
+    for (int i = 0; array && i < count; ++i) {
+        if (take(array, texts[i] ? new_text(nullptr, texts[i]) : nullptr))
+            continue;
+        cJSON_Delete(array);
+        array = nullptr;
+    }
+    return array;
 }
 
 cJSON* cJSON_CreateLongUintNumber(uint32_t value) { return new_uint32(nullptr, value); }
 
 cJSON* cJSON_CreateLongLongUintNumber(uint64_t value) { return new_uint64(nullptr, value); }
 
-namespace {
-
-cJSON* attach(cJSON* object, cJSON* node) {
-    if (!node || cJSON_AddItemToArray(object, node))
-        return node;
-    cJSON_Delete(node);
-    return nullptr;
-}
-
-} // namespace
-
 cJSON* attachJsonObject(cJSON* object, const char* name) {
-    return attach(object, new_node(cJSON_Object, name, nullptr));
+    return take_member(object, new_node(cJSON_Object, name));
 }
 
 cJSON* attachJsonArray(cJSON* object, const char* name) {
-    return attach(object, new_node(cJSON_Array, name, nullptr));
+    return take_member(object, new_node(cJSON_Array, name));
 }
 
 void addJsonObject(cJSON* object, const char* name, cJSON* node) {
-    if (node && node != object && !cJSON_AddItemToObject(object, name, node))
+    if (!node || node == object)
+        return;
+    if (!takes_nodes(object) || !cJSON_AddItemToObject(object, name, node))
         cJSON_Delete(node);
 }
 
-void addJsonArrayItem(cJSON* array, cJSON* node) { append(array, node); }
+void addJsonArrayItem(cJSON* array, cJSON* node) { take(array, node); }
 
 void addJsonObjectStringItem(cJSON* object, const char* name, const char* text) {
     if (text)
-        append_member(object, new_node(cJSON_String, name, text));
+        take_member(object, new_text(name, text));
 }
 
 void addJsonObjectIntItem(cJSON* object, const char* name, int32_t value) {
-    append_member(object, new_number(name, value));
+    take_member(object, new_number(name, value));
 }
 
 void addJsonObjectLongUintItem(cJSON* object, const char* name, uint32_t value) {
-    append_member(object, new_uint32(name, value));
+    take_member(object, new_uint32(name, value));
 }
 
 void addJsonObjectLongLongUintItem(cJSON* object, const char* name, uint64_t value) {
-    append_member(object, new_uint64(name, value));
+    take_member(object, new_uint64(name, value));
 }
 
 void addJsonObjectBoolItem(cJSON* object, const char* name, int value) {
-    append_member(object, new_node(value ? cJSON_True : cJSON_False, name, nullptr));
+    take_member(object, new_node(value ? cJSON_True : cJSON_False, name));
 }
 
 void addJsonObjectDoubleItem(cJSON* object, const char* name, double value) {
-    append_member(object, new_number(name, value));
+    take_member(object, new_number(name, value));
 }
 
 void copyJsonStringItem(const cJSON* source, cJSON* destination, const char* name) {

@@ -2,9 +2,10 @@
 // unsigned 32-bit and 64-bit numbers that a switch's counters need.
 //
 // A node belongs to whoever created or parsed its root; a node that is added to an object or array
-// is handed over to it. Texts that are added are copied. A null document, a missing member and a
-// node of another type give the stated default, never a crash. Where memory is short a builder
-// returns null and an add leaves the document as it was.
+// is handed over to it. Texts that are added are copied; what in them is not UTF-8 is replaced by
+// U+FFFD, while names are taken as they are. A null document, a missing member and a node of
+// another type give the stated default, never a crash. Where memory is short a builder returns null
+// and an add leaves the document as it was.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -63,13 +64,16 @@ cJSON* createJsonStringArray(const char* const* texts, int count);
 cJSON* cJSON_CreateLongUintNumber(uint32_t value);
 cJSON* cJSON_CreateLongLongUintNumber(uint64_t value);
 
+// Only an object or array takes nodes, and a member needs a name; a node that is not taken is
+// deleted. A document that is added to itself stays as it was.
+
 // A new object or array as a member of `object`, for the caller to fill. It belongs to `object`.
-// Null where memory is short or `object` is null; a null may be filled too, to no effect.
+// Null where it is not taken or memory is short; a null may be filled too, to no effect.
 cJSON* attachJsonObject(cJSON* object, const char* name);
 cJSON* attachJsonArray(cJSON* object, const char* name);
 
-// The node is handed over; where memory is short it is deleted instead, so a node that is to be
-// filled after it was added comes from attachJsonObject. Adding null does nothing.
+// The node is handed over, and deleted where memory is short, so a node that is to be filled after
+// it was added comes from attachJsonObject. Adding null does nothing.
 void addJsonObject(cJSON* object, const char* name, cJSON* node);
 void addJsonArrayItem(cJSON* array, cJSON* node);
 

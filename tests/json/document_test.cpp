@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 
 #include "support.h"
@@ -246,28 +247,74 @@ void release(void* block) {
     std::free(block);
 }
 
-TEST(Build, adding_to_null_deletes_the_node) {
-    cJSON_Hooks hooks{hold, release};
-    cJSON_InitHooks(&hooks);
-    addJsonObject(nullptr, "a", createJsonObject());
-    addJsonArrayItem(nullptr, createJsonObject());
-    addJsonObjectStringItem(nullptr, "a", "text");
-    addJsonObjectIntItem(nullptr, "a", 1);
-    addJsonObjectLongUintItem(nullptr, "a", 1);
-    addJsonObjectLongLongUintItem(nullptr, "a", 1);
-    addJsonObjectBoolItem(nullptr, "a", 1);
-    addJsonObjectDoubleItem(nullptr, "a", 1);
-    deleteJsonObject(nullptr);
-    cJSON_InitHooks(nullptr);
-    EXPECT_EQ(held_blocks, 0);
+// While it lives, the JSON library's blocks are counted.
+struct CountedBlocks {
+    CountedBlocks() {
+        held_blocks = 0;
+        cJSON_Hooks hooks{hold, release};
+        cJSON_InitHooks(&hooks);
+    }
+    ~CountedBlocks() {
+        cJSON_Hooks hooks{std::malloc, std::free};
+        cJSON_InitHooks(&hooks);
+    }
+};
+
+// Every way to add something to `parent`.
+void add_all(cJSON* parent, const char* name) {
+    const int32_t integer = 1;
+    addJsonObject(parent, name, createJsonObject());
+    addJsonObject(parent, name, createJsonIntArray(&integer, 1));
+    addJsonObjectStringItem(parent, name, "text");
+    addJsonObjectStringItem(parent, name, "\xFF");
+    addJsonObjectIntItem(parent, name, 1);
+    addJsonObjectLongUintItem(parent, name, 1);
+    addJsonObjectLongLongUintItem(parent, name, 1);
+    addJsonObjectBoolItem(parent, name, 1);
+    addJsonObjectDoubleItem(parent, name, 1);
+    EXPECT_EQ(attachJsonObject(parent, name), nullptr);
+    EXPECT_EQ(attachJsonArray(parent, name), nullptr);
 }
 
-TEST(Build, adding_without_a_name_deletes_the_node) {
-    Document root = object();
-    addJsonObject(root.get(), nullptr, createJsonObject());
-    addJsonObjectStringItem(root.get(), nullptr, "text");
-    addJsonObjectIntItem(root.get(), nullptr, 1);
-    EXPECT_EQ(printed(root), "{\n}");
+TEST(Build, only_an_object_or_array_takes_nodes) {
+    CountedBlocks count;
+    add_all(nullptr, "a");
+    addJsonArrayItem(nullptr, createJsonObject());
+    deleteJsonObject(nullptr);
+    EXPECT_EQ(held_blocks, 0);
+    for (const char* text : {"1", "\"text\"", "true", "false", "null"}) {
+        Document root = parse(text);
+        add_all(root.get(), "a");
+        addJsonArrayItem(root.get(), createJsonObject());
+        EXPECT_EQ(getJsonChild(root.get()), nullptr) << text;
+        EXPECT_EQ(printed(root), text);
+        root.reset();
+        EXPECT_EQ(held_blocks, 0) << text;
+    }
+}
+
+TEST(Build, a_member_needs_a_name) {
+    CountedBlocks count;
+    for (const char* text : {"{}", "[]"}) {
+        Document root = parse(text);
+        add_all(root.get(), nullptr);
+        EXPECT_EQ(getJsonChild(root.get()), nullptr) << text;
+        root.reset();
+        EXPECT_EQ(held_blocks, 0) << text;
+    }
+}
+
+TEST(Build, a_counter_takes_no_members) {
+    Document node(cJSON_CreateLongUintNumber(7));
+    add_all(node.get(), "a");
+    EXPECT_EQ(getJsonChild(node.get()), nullptr);
+}
+
+TEST(Build, an_array_takes_members_as_items) {
+    Document root = parse("[]");
+    addJsonObjectIntItem(root.get(), "a", 1);
+    EXPECT_NE(attachJsonObject(root.get(), "b"), nullptr);
+    EXPECT_EQ(printed(root), "[1, {\n\t}]");
 }
 
 TEST(Build, adding_a_document_to_itself_leaves_it_as_it_was) {
@@ -303,6 +350,10 @@ TEST(Build, arrays_of_nothing) {
     EXPECT_EQ(createJsonIntArray(&integer, -1), nullptr);
     EXPECT_EQ(createJsonDoubleArray(nullptr, 1), nullptr);
     EXPECT_EQ(createJsonStringArray(nullptr, 1), nullptr);
+    const char* const texts[] = {"a", nullptr};
+    EXPECT_EQ(printed(Document(createJsonStringArray(texts, 0))), "[]");
+    EXPECT_EQ(createJsonStringArray(texts, -1), nullptr);
+    EXPECT_EQ(createJsonStringArray(texts, 2), nullptr);
 }
 
 TEST(Build, items_can_be_appended_to_an_array_of_values) {

@@ -70,6 +70,7 @@ TEST_F(OutOfMemory, a_member_is_added_whole_or_not_at_all) {
     using Add = void (*)(cJSON*);
     const Add adds[] = {
         [](cJSON* o) { addJsonObjectStringItem(o, "a", "text"); },
+        [](cJSON* o) { addJsonObjectStringItem(o, "a", "\xFF"); },
         [](cJSON* o) { addJsonObjectIntItem(o, "a", 1); },
         [](cJSON* o) { addJsonObjectLongUintItem(o, "a", 1); },
         [](cJSON* o) { addJsonObjectLongLongUintItem(o, "a", 1); },
