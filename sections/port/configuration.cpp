@@ -154,8 +154,6 @@ int apply_vlans(PortConfig*, const cJSON* settings, int port) {
     return 0;
 }
 
-} // namespace
-
 // ---- "rate_limit"
 
 struct RateLimit {
@@ -165,8 +163,6 @@ struct RateLimit {
     Setter set_rate;
     Setter set_enable;
 };
-
-namespace {
 
 const RateLimit rate_limits[] = {
     {"tx_limit_kbps", "enable_tx", sal_rate_egrBandwidthCtrlEnable_get,

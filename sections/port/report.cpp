@@ -66,14 +66,10 @@ int add_vlans(cJSON* object, int port, const char* key, int kind) {
     return 0;
 }
 
-} // namespace
-
 struct RateLimit {
     uint32_t on;
     uint32_t kbps; // 0 while the limit is off
 };
-
-namespace {
 
 using RateGetter = int (*)(int port, uint32_t* value);
 

@@ -4,14 +4,9 @@
 set -euo pipefail
 source=$1
 build=$2
-mkdir -p "$build"
+. "$source/tests/rules/null_agent.sh"
+build_null_agent "$source" "$build" -DCMAKE_BUILD_TYPE=MinSizeRel
 cd "$build"
-python3 "$source/packaging/null_platform.py" "$source"/platform/*.h > null_platform.c
-gcc -shared -fPIC -w -I"$source" null_platform.c -o libnull_platform.so
-cmake -S "$source" -B agent -G Ninja -DCMAKE_BUILD_TYPE=MinSizeRel -DVX_WORKSTATION=OFF \
-  -DCMAKE_C_COMPILER=gcc -DCMAKE_CXX_COMPILER=g++ \
-  -DPLATFORM_LIBRARY="$build/libnull_platform.so" > configure.log
-cmake --build agent --target vx_cloud > build.log || { cat build.log; exit 1; }
 readelf -d agent/vx_cloud | grep NEEDED
 if readelf -d agent/vx_cloud | grep -E 'NEEDED.*(libstdc\+\+|libgcc_s)'; then
   echo "the shipped agent needs the C++ run-time library"
