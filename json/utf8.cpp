@@ -76,7 +76,7 @@ void repair_utf8(const char* text, char* repaired) {
     static const char replacement[] = "\xEF\xBF\xBD";
     while (*text) {
         Letter letter = read_letter(text);
-        size_t length = letter.whole ? letter.length : REPLACEMENT_SIZE;
+        size_t length = letter.whole ? letter.length : size_t{REPLACEMENT_SIZE};
         memcpy(repaired, letter.whole ? text : replacement, length);
         text += letter.length;
         repaired += length;
