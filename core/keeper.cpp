@@ -19,6 +19,7 @@
 #include "json/json_document.h"
 #include "platform/vxcloud.h"
 #include "transport/reply.h"
+#include "transport/transfer_options.h"
 
 namespace {
 
@@ -111,16 +112,14 @@ CURLcode run_transfer(CURL* transfer) {
 
 void set_options(CURL* transfer, const char* url) {
     curl_easy_setopt(transfer, CURLOPT_URL, url);
-    curl_easy_setopt(transfer, CURLOPT_WRITEFUNCTION, api_write_cb);
-    curl_easy_setopt(transfer, CURLOPT_WRITEDATA, &capture);
+    set_common_options(transfer, &capture);
     curl_easy_setopt(transfer, CURLOPT_TIMEOUT, static_cast<long>(LISTEN_TIMEOUT));
     curl_easy_setopt(transfer, CURLOPT_VERBOSE, 0L);
-    curl_easy_setopt(transfer, CURLOPT_TCP_KEEPALIVE, 1L);
     curl_easy_setopt(transfer, CURLOPT_TCP_KEEPINTVL, static_cast<long>(KEEPALIVE_INTERVAL));
-    // Signals would interrupt whichever thread they reach.
-    curl_easy_setopt(transfer, CURLOPT_NOSIGNAL, 1L);
-    // The set of transfers outlives the transfer and would keep its connection.
+    // The set of transfers outlives the transfer. It would keep its connection, and for a minute
+    // the address of a host that has moved.
     curl_easy_setopt(transfer, CURLOPT_FORBID_REUSE, 1L);
+    curl_easy_setopt(transfer, CURLOPT_DNS_CACHE_TIMEOUT, 0L);
 }
 
 // The transfer leaves the set before it is released: otherwise its connection, on which an answer

@@ -13,6 +13,7 @@
 #include "transport/clock_sync.h"
 #include "transport/signature.h"
 #include "transport/transfer_info.h"
+#include "transport/transfer_options.h"
 
 namespace {
 
@@ -158,6 +159,9 @@ void set_tls(CURL* curl) {
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
     curl_easy_setopt(curl, CURLOPT_CAPATH, "/etc/ssl/certs/");
+    // The bundle whose path was built into libcurl is not trusted besides; where that file is
+    // missing, it would fail every request.
+    curl_easy_setopt(curl, CURLOPT_CAINFO, nullptr);
 }
 
 void set_address_family(CURL* curl) {
@@ -170,21 +174,18 @@ void set_address_family(CURL* curl) {
         debug_print("CURLOPT_IPRESOLVE set to CURL_IPRESOLVE_V6\n");
 }
 
-// Without NOSIGNAL libcurl would change signal handlers, which all threads of the process share.
 void set_limits(CURL* curl) {
     curl_easy_setopt(curl, CURLOPT_TIMEOUT, static_cast<long>(checkin_timeout));
     debug_print("CURLOPT_TIMEOUT: %d\n", static_cast<int>(checkin_timeout));
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, static_cast<long>(checkin_connect_timeout));
     debug_print("CURLOPT_CONNECTTIMEOUT: %d\n", static_cast<int>(checkin_connect_timeout));
-    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
 }
 
 void set_options(CURL* curl, const ApiRequest& request, const HeaderList& headers, char* error) {
     set_request(curl, request, error);
     if (strcmp(request.protocol, "https") == 0)
         set_tls(curl);
-    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, api_write_cb);
-    curl_easy_setopt(curl, CURLOPT_WRITEDATA, request.reply);
+    set_common_options(curl, request.reply);
     set_address_family(curl);
     set_limits(curl);
     curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.lines);

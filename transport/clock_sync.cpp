@@ -12,6 +12,7 @@
 #include "json/json_document.h"
 #include "platform/util.h"
 #include "transport/reply.h"
+#include "transport/transfer_options.h"
 
 namespace {
 
@@ -75,19 +76,16 @@ time_t parse_time_reply(const char* body) {
 
 namespace {
 
-// The cloud is asked plainly whatever the request's own scheme: certificates just failed. libcurl
-// is to keep its hands off signals, as in every transfer of a process with several threads.
+// The cloud is asked plainly whatever the request's own scheme: certificates just failed.
 CURLcode request_time(CURL* curl, api_reply* reply, char* error) {
     char url[HOST_SIZE + sizeof "http:///time"];
     snprintf(url, sizeof url, "%s://%s/time", "http", fallback_host);
     curl_easy_setopt(curl, CURLOPT_URL, url);
     curl_easy_setopt(curl, CURLOPT_FAILONERROR, 1L);
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, error);
-    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, api_write_cb);
-    curl_easy_setopt(curl, CURLOPT_WRITEDATA, reply);
+    set_common_options(curl, reply);
     curl_easy_setopt(curl, CURLOPT_TIMEOUT, static_cast<long>(TIME_TIMEOUT));
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, static_cast<long>(TIME_CONNECT_TIMEOUT));
-    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
     return curl_easy_perform(curl);
 }
 

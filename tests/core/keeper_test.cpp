@@ -9,7 +9,9 @@
 
 #include "base/debug.h"
 #include "core/main_loop.h"
+#include "tests/core/name_service.h"
 #include "tests/core/running_keeper.h"
+#include "tests/support/environment.h"
 
 namespace {
 
@@ -88,6 +90,25 @@ TEST_F(Keeper, console_of_a_failed_turn) {
                            "curl_easy_perform() failed: Out of memory\n" +
                            "connection-keeper (0 bytes):\n\nconnection-keeper: feiled 1\n");
     EXPECT_EQ(traced("sleep("), (Lines{"sleep(10) = 0"}));
+}
+
+TEST_F(Keeper, proxy_of_the_environment_is_not_asked) {
+    Environment proxies({"http_proxy", "all_proxy", "ALL_PROXY"}, "http://127.0.0.1:9");
+    turn(reply("{}"));
+    EXPECT_EQ(failures, 0);
+    EXPECT_EQ(keeper.requests().size(), 1u);
+}
+
+TEST_F(Keeper, host_is_looked_up_for_each_request) {
+    std::string named = "http://moving.example:" + std::to_string(keeper.port()) + "/";
+    NameService names("moving.example");
+    keeper.answer(reply("{}"));
+    keeper_turn(named.c_str(), &failures);
+    EXPECT_EQ(names.lookups(), 1);
+    keeper.answer(reply("{}"));
+    keeper_turn(named.c_str(), &failures);
+    EXPECT_EQ(names.lookups(), 2);
+    EXPECT_EQ(failures, 0);
 }
 
 TEST_F(Keeper, refused_connection_is_a_failure) {

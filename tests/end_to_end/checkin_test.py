@@ -1,7 +1,12 @@
 """Check-ins: first, settings, acknowledgement, refusal, fallback, clock, restart."""
+import os
 import signal
+import unittest.mock
 
 from end_to_end import EndToEnd
+
+DEAD_PROXIES = {name: "http://127.0.0.1:9"
+                for name in ("http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY")}
 
 
 def name_of(report):
@@ -17,6 +22,12 @@ class CheckIn(EndToEnd):
         self.assertEqual(report["system"]["summary_info"]["mac"], "02:1B:2C:3D:4E:5F")
         self.assertEqual(report["system"]["cloud"]["config_seqno"], 1)
         self.assertEqual(self.lab.ask("GET", "/stats")["counters"].get("rejected", 0), 0)
+
+    @unittest.mock.patch.dict(os.environ, DEAD_PROXIES)
+    def test_no_proxy_of_the_environment_is_asked(self):
+        after = self.start()
+        self.lab.push(action="counter_reset", port="1")
+        self.event("checkin", after)
 
     def test_settings_are_applied_saved_and_acknowledged(self):
         self.start()

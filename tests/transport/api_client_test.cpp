@@ -9,6 +9,7 @@
 
 #include "hex.h"
 #include "on_wire.h"
+#include "tests/support/environment.h"
 
 namespace {
 
@@ -415,4 +416,16 @@ TEST_F(ApiCall, nothing_is_written_without_the_debug_flag) {
 TEST_F(ApiCall, https_without_a_trusted_certificate_is_not_spoken_in_the_clear) {
     EXPECT_EQ(call({.protocol = "https"}), API_FAILED);
     EXPECT_TRUE(cloud.requests().empty());
+}
+
+TEST_F(ApiCall, only_the_folder_of_certificates_is_trusted) {
+    std::string verbose = with_debug([&] { call({.protocol = "https"}); });
+    EXPECT_NE(verbose.find("CAfile: none"), std::string::npos) << verbose;
+    EXPECT_NE(verbose.find("CApath: " + board.path("/etc/ssl/certs/").string()), std::string::npos);
+}
+
+TEST_F(ApiCall, proxy_of_the_environment_is_not_asked) {
+    Environment proxies({"http_proxy", "all_proxy", "ALL_PROXY"}, "http://127.0.0.1:9");
+    cloud.answer({});
+    EXPECT_EQ(call(), API_OK);
 }

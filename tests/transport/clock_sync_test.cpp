@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "on_wire.h"
+#include "tests/support/environment.h"
 
 namespace {
 
@@ -56,6 +57,13 @@ TEST_F(ClockSync, asks_the_fallback_host_once_plainly_and_without_signature) {
     EXPECT_EQ(request.header("Authorization"), "");
     EXPECT_EQ(request.header("Signature"), "");
     EXPECT_EQ(request.header("Content-Type"), "");
+}
+
+TEST_F(ClockSync, proxy_of_the_environment_is_not_asked) {
+    Environment proxies({"http_proxy", "all_proxy", "ALL_PROXY"}, "http://127.0.0.1:9");
+    answer_time(good);
+    sync_clock();
+    EXPECT_EQ(cloud.requests().size(), 1u);
 }
 
 TEST_F(ClockSync, unreachable_time_host_is_asked_exactly_twice) {
