@@ -1,7 +1,7 @@
 // A settings document applied without a check-in, for who tests a switch by its keeper channel.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

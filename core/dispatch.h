@@ -2,7 +2,7 @@
 // that are received.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

@@ -1,7 +1,7 @@
 // "device_access": the switch's web, Telnet and SSH services.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

@@ -1,7 +1,7 @@
 // "cloud": the agent's own settings - account, hosts, check-in interval, transfer limits.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

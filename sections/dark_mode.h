@@ -1,8 +1,9 @@
 // "dark_mode": the front panel's LEDs off, and back on as they were.
 #pragma once
 
-#include <cjson/cJSON.h>
 #include <stdint.h>
+
+#include "json/json_document.h"
 
 extern "C" {
 

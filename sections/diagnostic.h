@@ -2,10 +2,10 @@
 // for them; the next report delivers each result once.
 #pragma once
 
-#include <cjson/cJSON.h>
 #include <stdint.h>
 
 #include "driver/cablediag.h"
+#include "json/json_document.h"
 
 // How far a traceroute or ping has got. From idle to running when it is asked for, to ready when
 // its command returns, and back to idle when it is reported.

@@ -1,7 +1,7 @@
 // "igmp": IGMP snooping, of the switch and by VLAN.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

@@ -1,7 +1,7 @@
 // "jumbo_frames": the largest frame that the switch forwards.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

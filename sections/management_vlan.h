@@ -1,7 +1,7 @@
 // "management_vlan": the VLAN in which the switch itself can be reached.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

@@ -1,7 +1,7 @@
 // "qos": QoS on and off, queue scheduling, the trust mode, and the queues of CoS and DSCP values.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

@@ -1,7 +1,7 @@
 // "reboot": an order of the cloud, which stands among the settings.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

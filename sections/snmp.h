@@ -1,7 +1,7 @@
 // "snmp": the switch's SNMP agent, its communities and the targets of its notifications.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

@@ -2,7 +2,7 @@
 // each of the two security models.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 // Fills the "communities" array. Returns 0 or the code of the first read that failed, which is not
 // recorded.

@@ -1,7 +1,7 @@
 // "trap" of "snmp": where the switch sends its notifications.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 // Fills the "trap" array. Returns 0 or the code of the first read that failed, which is recorded.
 int snmp_targets_report(cJSON* targets);

@@ -1,7 +1,7 @@
 // "stp": the bridge's spanning-tree settings and its view of the root.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

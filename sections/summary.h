@@ -1,8 +1,9 @@
 // "summary_info": who the switch is and how it is doing.
 #pragma once
 
-#include <cjson/cJSON.h>
 #include <stdint.h>
+
+#include "json/json_document.h"
 
 extern "C" {
 

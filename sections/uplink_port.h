@@ -1,7 +1,7 @@
 // "uplink_port": the port behind which the default gateway is.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

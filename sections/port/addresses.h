@@ -2,9 +2,9 @@
 // tells. Memory goes with the addresses that are listed, not with ports times table.
 #pragma once
 
-#include <cjson/cJSON.h>
 #include <stdint.h>
 
+#include "json/json_document.h"
 #include "platform/types.h"
 
 enum { MAC_LIST_PORTS = PORT_BITMAP_WORDS * 32 };

@@ -1,7 +1,7 @@
 // The "ports" section of a settings document.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 

@@ -1,7 +1,7 @@
 // The "statistics" of a port.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 // Reads all counters of `port` and adds them as "statistics". Returns 0, or the code of the first
 // counter that could not be read; nothing is added then.

@@ -1,8 +1,9 @@
 // Power over Ethernet in the report: the switch's budget and the ports' part of it.
 #pragma once
 
-#include <cjson/cJSON.h>
 #include <stdint.h>
+
+#include "json/json_document.h"
 
 // The switch's budget in tenths of a watt. Returns 0 or the platform's code.
 int read_poe_budget(uint16_t* budget);

@@ -1,7 +1,7 @@
 // The "poe" and "ports" sections of the report.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json/json_document.h"
 
 extern "C" {
 
