@@ -125,6 +125,6 @@ int vxc_igmp_set(const cJSON* system) {
         return record_error(code);
     if (int code = version_set(igmp))
         return record_error(code);
-    vlans_set(getJsonObjectForKey(igmp, "vlan"));
+    vlans_set(getJsonArrayForKey(igmp, "vlan"));
     return 0;
 }

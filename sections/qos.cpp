@@ -147,7 +147,7 @@ int queue_entry_set(const cJSON* entry, int size, int (*set)(int mark, int queue
 }
 
 int queue_map_set(const cJSON* qos, const char* key, int size, int (*set)(int mark, int queue)) {
-    const cJSON* entry = getJsonChild(getJsonObjectForKey(qos, key));
+    const cJSON* entry = getJsonChild(getJsonArrayForKey(qos, key));
     for (; entry; entry = getJsonNext(entry)) {
         if (int code = queue_entry_set(entry, size, set))
             return code;

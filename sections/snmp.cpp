@@ -44,10 +44,10 @@ int vxc_snmp_set(const cJSON* system) {
         return record_error(ERROR_NO_SECTION);
     if (int code = enable_set(snmp))
         return record_error(code);
-    if (int code = snmp_communities_set(getJsonObjectForKey(snmp, "communities")))
+    if (int code = snmp_communities_set(getJsonArrayForKey(snmp, "communities")))
         return code;
-    const cJSON* targets = getJsonObjectForKey(snmp, "trap");
-    if (!cJSON_IsArray(targets))
+    const cJSON* targets = getJsonArrayForKey(snmp, "trap");
+    if (!targets)
         return 0;
     if (int code = snmp_targets_set(targets))
         return code;

@@ -61,6 +61,12 @@ TEST_F(Igmp, null_or_missing_section_does_nothing) {
     EXPECT_EQ(trace(), Lines{});
 }
 
+TEST_F(Igmp, a_list_that_is_no_array_changes_nothing) {
+    EXPECT_EQ(set(R"({"vlan": {"first": {"id": 20, "enable": true}}})"), 0);
+    EXPECT_EQ(set(R"({"vlan": 20})"), 0);
+    EXPECT_EQ(trace(), Lines{});
+}
+
 TEST_F(Igmp, version_3_is_set_while_the_lookup_mode_is_0) {
     EXPECT_EQ(set(R"({"enable": true, "version": 3})"), 0);
     EXPECT_EQ(

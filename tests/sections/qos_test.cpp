@@ -248,6 +248,9 @@ TEST_F(Qos, tables_that_are_no_arrays_change_nothing) {
     device.qos.on = true;
     EXPECT_EQ(set(R"({"cos": 7, "dscp": [1, "x", null]})"), 0);
     EXPECT_EQ(trace(), Lines{"sal_qos_mode_get() = 0"});
+    forget();
+    EXPECT_EQ(set(R"({"cos": {"first": {"id": 3, "queue": 8}}})"), 0);
+    EXPECT_EQ(trace(), Lines{"sal_qos_mode_get() = 0"});
     EXPECT_EQ(recorded(), Codes{});
 }
 

@@ -388,7 +388,9 @@ TEST_F(Snmp, items_with_another_action_are_passed_over) {
 }
 
 TEST_F(Snmp, communities_of_another_type_change_nothing) {
-    for (const char* items : {"7", "\"public\"", "null", "{}", "[[], null, \"public\"]"})
+    for (const char* items :
+         {"7", "\"public\"", "null", "{}", "[[], null, \"public\"]",
+          R"({"first": {"name": "public", "action": 2}})"})
         EXPECT_EQ(communities(items), 0) << items;
     EXPECT_EQ(trace(), Lines{});
     EXPECT_EQ(recorded(), Codes{});
@@ -409,6 +411,10 @@ TEST_F(Snmp, without_a_trap_array_there_is_no_final_restart) {
     forget();
     EXPECT_EQ(set(R"({"communities": []})"), 0);
     EXPECT_EQ(set(R"({"trap": 1})"), 0);
+    EXPECT_EQ(
+        set(R"({"trap": {"first": {"host": "10.0.0.1", "version": "v1", "notify_type": "traps",
+                                   "action": 1}}})"),
+        0);
     EXPECT_EQ(trace(), Lines{});
 }
 
