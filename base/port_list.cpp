@@ -1,26 +1,20 @@
-// Port lists; see port_list.h.
+// Port lists are written run by run and read field by field.
 #include "base/port_list.h"
 
 #include <charconv>
 #include <stdio.h>
 #include <string.h>
 
+#include "base/port_set.h"
 #include "platform/system.h"
-#include "platform/types.h"
 
 namespace {
 
-enum { WORD_BITS = 32, BITMAP_PORTS = WORD_BITS * PORT_BITMAP_WORDS };
-
 // --- Bitmap to text.
-
-bool is_set(const uint32_t* bitmap, int bit) {
-    return bitmap[bit / WORD_BITS] >> (bit % WORD_BITS) & 1;
-}
 
 // The first bit after `bit` that is not set.
 int end_of_run(const uint32_t* bitmap, int bit, int ports) {
-    while (bit < ports && is_set(bitmap, bit))
+    while (bit < ports && has_bit(bitmap, bit))
         ++bit;
     return bit;
 }
@@ -29,12 +23,12 @@ int end_of_run(const uint32_t* bitmap, int bit, int ports) {
 
 int Bitmap2numstr(const uint32_t* bitmap, char* text) {
     int ports = sys_logic_port_num_ret();
-    if (ports > BITMAP_PORTS)
-        ports = BITMAP_PORTS;
+    if (ports > PORT_SET_SIZE)
+        ports = PORT_SET_SIZE;
     const char* separator = "";
     char* end = text + strlen(text);
     for (int first = 0; first < ports; ++first) {
-        if (!is_set(bitmap, first))
+        if (!has_bit(bitmap, first))
             continue;
         int last = end_of_run(bitmap, first, ports) - 1;
         end += sprintf(end, "%s%d", separator, first + 1);
@@ -52,7 +46,7 @@ namespace {
 
 void set_bits(uint32_t* bitmap, uint32_t first, uint32_t end) {
     for (uint32_t bit = first; bit < end; ++bit)
-        bitmap[bit / WORD_BITS] |= uint32_t{1} << bit % WORD_BITS;
+        set_bit(bitmap, bit);
 }
 
 // The digits at `text` as a number, the highest one where they are too many, 0 where there are

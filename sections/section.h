@@ -1,8 +1,37 @@
-// What several sections need to read the cloud's numbers.
+// How sections read settings: one that is missing is left alone.
 #pragma once
 
-#include <stdint.h>
+#include "base/numbers.h"
+#include "json/json_document.h"
 
-// The cloud counts ports and groups from 1, the platform from 0. Wraps around where there is no
-// smaller number, for the platform to refuse.
-inline int zero_based(int number) { return static_cast<int>(static_cast<uint32_t>(number) - 1); }
+// What a "method" asks for.
+enum Method { METHOD_DELETE = 0, METHOD_ADD = 1, METHOD_CHANGE = 2 };
+
+// The setting under `key`. False, with `*value` unchanged, when it is missing. A text is the number
+// 0; whatever is not false is true.
+inline bool read_int(const cJSON* settings, const char* key, int* value) {
+    int found;
+    int read = getJsonIntValueForKey(settings, key, &found);
+    if (found)
+        *value = read;
+    return found;
+}
+
+inline bool read_bool(const cJSON* settings, const char* key, bool* value) {
+    int found;
+    bool read = getJsonBoolValueForKey(settings, key, &found) != JSON_FALSE;
+    if (found)
+        *value = read;
+    return found;
+}
+
+// Gives the setting under `key` to `set`. Returns 0 when it is missing, or what `set` returned.
+template <class Set> int apply_int(const cJSON* settings, const char* key, Set set) {
+    int value = 0;
+    return read_int(settings, key, &value) ? set(value) : 0;
+}
+
+template <class Set> int apply_bool(const cJSON* settings, const char* key, Set set) {
+    bool value = false;
+    return read_bool(settings, key, &value) ? set(value) : 0;
+}

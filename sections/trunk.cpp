@@ -1,26 +1,25 @@
-// The "link_aggregation" section; see trunk.h.
+// A change of a group: its ports go down, the group is formed anew, its ports come back.
 #include "sections/trunk.h"
 
 #include <unistd.h>
 
 #include "base/errors.h"
+#include "base/port_set.h"
+#include "base/ports.h"
 #include "driver/port.h"
 #include "platform/port.h"
 #include "platform/trunk.h"
 #include "platform/util.h"
 #include "sections/section.h"
-#include "sections/trunk_ports.h"
 #include "sections/trunk_related.h"
-
-enum Mode { MODE_NONE = 0, MODE_STATIC = 1, MODE_LACP = 2 };
 
 namespace {
 
-int first_group_port() { return sys_logic_port_num_ret() - TRUNK_GROUPS; }
+enum Mode { MODE_NONE = 0, MODE_STATIC = 1, MODE_LACP = 2 };
 
-int group_role(int group) { return sys_trunk_portRole_ret(first_group_port() + group); }
+int role_of_group(int group) { return sys_trunk_portRole_ret(group_port(group)); }
 
-bool is_empty(const PortBitmap& members) {
+bool has_no_members(const PortBitmap& members) {
     return sys_util_bitmaskIsClear_ret(members.words, 0, first_group_port());
 }
 
@@ -32,13 +31,13 @@ Mode mode_of_role(int role) {
     return role == TRUNK_ROLE_STATIC_GROUP ? MODE_STATIC : MODE_NONE;
 }
 
-int group_report(cJSON* list, int group) {
+int report_group(cJSON* list, int group) {
     PortBitmap members = {};
     char text[PORT_NUMBERS_SIZE] = "";
-    Mode mode = mode_of_role(group_role(group));
+    Mode mode = mode_of_role(role_of_group(group));
     if (int code = sal_trunk_member_get(group, &members))
         return code;
-    if (!is_empty(members)) {
+    if (!has_no_members(members)) {
         if (int code = sal_util_bitmap2numstr(&members, text))
             return code;
     }
@@ -55,7 +54,7 @@ int group_report(cJSON* list, int group) {
 int vxc_trunk_get(cJSON* system) {
     cJSON* list = attachJsonArray(system, "link_aggregation");
     for (int group = 0; group < TRUNK_GROUPS; ++group) {
-        if (int code = group_report(list, group))
+        if (int code = report_group(list, group))
             return record_error(code);
     }
     return 0;
@@ -73,7 +72,7 @@ struct Change {
     PortBitmap changed; // members before or after, but not both
 };
 
-int change_read(const cJSON* element, Change* change) {
+int read_change(const cJSON* element, Change* change) {
     if (int code = sal_trunk_member_get(change->group, &change->current))
         return code;
     const char* members = getJsonStringValueForKey(element, "members");
@@ -81,15 +80,15 @@ int change_read(const cJSON* element, Change* change) {
         if (int code = sal_util_numstr2bitmap(members ? members : "", &change->wanted))
             return code;
     }
-    for (int word = 0; word < PORT_BITMAP_WORDS; ++word)
-        change->changed.words[word] = change->wanted.words[word] ^ change->current.words[word];
+    change->changed =
+        intersection(symmetric_difference(change->wanted, change->current), all_ports());
     return 0;
 }
 
 // --- Ports that change their group.
 
 // Port security holds the addresses of a port, which a group would mix with those of others.
-int security_check(const PortBitmap& ports) {
+int check_security(const PortBitmap& ports) {
     return for_each_port(ports, [](int port) -> int {
         uint32_t on = 0;
         if (int code = sal_port_securityEnable_get(port, &on))
@@ -99,7 +98,7 @@ int security_check(const PortBitmap& ports) {
 }
 
 // The driver is told directly, so that what is configured stays as it is.
-int links_down(const PortBitmap& ports, PortBitmap* downed) {
+int take_links_down(const PortBitmap& ports, PortBitmap* downed) {
     return for_each_port(ports, [downed](int port) {
         uint32_t up = 0;
         int code = sal_port_linkStatus_get(port, &up);
@@ -111,7 +110,7 @@ int links_down(const PortBitmap& ports, PortBitmap* downed) {
     });
 }
 
-int links_up(const PortBitmap& downed) {
+int bring_links_up(const PortBitmap& downed) {
     return for_each_port(downed, [](int port) {
         uint32_t configured = 0;
         if (int code = sal_port_enable_get(port, &configured))
@@ -133,81 +132,78 @@ int nothing_to_activate(int, const PortBitmap*) { return 0; }
 const Kind static_kind = {TRUNK_ROLE_STATIC_GROUP, sal_trunk_staticMember_set, nothing_to_activate};
 const Kind lacp_kind = {TRUNK_ROLE_LACP_GROUP, sal_lacp_member_set, sal_lacp_activeMode_set};
 
-int group_restore(const Kind& kind, const Change& change) {
+int restore_group(const Kind& kind, const Change& change) {
     if (int code = kind.members_set(change.group, &change.current))
         return code;
     return kind.activate(change.group, &change.current);
 }
 
 // A group of the other kind gives way, and comes back when this one cannot be formed.
-int group_form(const Kind& kind, const Kind& other, const Change& change) {
+int form_group(const Kind& kind, const Kind& other, const Change& change) {
     bool deleted = false;
-    if (!is_empty(change.current) && group_role(change.group) == other.role) {
+    if (!has_no_members(change.current) && role_of_group(change.group) == other.role) {
         if (int code = sal_trunk_group_del(change.group))
             return code;
         deleted = true;
     }
     if (kind.members_set(change.group, &change.wanted))
-        return deleted ? group_restore(other, change) : 0;
+        return deleted ? restore_group(other, change) : 0;
     if (int code = kind.activate(change.group, &change.wanted))
         return code;
     sn_trunkRelated(change.wanted);
     return 0;
 }
 
-int group_dissolve(int group) {
-    PortBitmap itself = {};
-    add_port(&itself, first_group_port() + group);
-    sn_trunkRelated(itself);
+int dissolve_group(int group) {
+    sn_trunkRelated(only_port(group_port(group)));
     return sal_trunk_group_del(group);
 }
 
-int group_change(const Change& change) {
+int change_group(const Change& change) {
     switch (change.mode) {
     case MODE_LACP:
-        return group_form(lacp_kind, static_kind, change);
+        return form_group(lacp_kind, static_kind, change);
     case MODE_STATIC:
-        return group_form(static_kind, lacp_kind, change);
+        return form_group(static_kind, lacp_kind, change);
     case MODE_NONE:
-        return group_dissolve(change.group);
+        return dissolve_group(change.group);
     default:
         return 0;
     }
 }
 
-int change_apply(const Change& change) {
+int apply_change(const Change& change) {
     PortBitmap downed = {};
-    if (int code = security_check(change.changed))
+    if (int code = check_security(change.changed))
         return code;
-    if (int code = links_down(change.changed, &downed))
+    if (int code = take_links_down(change.changed, &downed))
         return code;
-    if (!is_none(downed))
+    if (!is_empty(downed))
         sleep(2); // seconds, for the partners to see the links go
-    if (int code = group_change(change))
+    if (int code = change_group(change))
         return code;
-    return links_up(downed);
+    return bring_links_up(downed);
 }
 
-int element_apply(const cJSON* element) {
-    int id_found, mode_found;
-    int id = getJsonIntValueForKey(element, "id", &id_found);
-    int mode = getJsonIntValueForKey(element, "mode", &mode_found);
-    if (!id_found || !mode_found) {
+int apply_element(const cJSON* element) {
+    int id = 0;
+    int mode = 0;
+    if (!read_int(element, "id", &id) || !read_int(element, "mode", &mode)) {
         record_error(ERROR_BAD_VALUE);
         return 0;
     }
     Change change = {zero_based(id), mode, {}, {}, {}};
-    if (int code = change_read(element, &change))
+    if (int code = read_change(element, &change))
         return code;
-    return change_apply(change);
+    return apply_change(change);
 }
 
 } // namespace
 
 int vxc_trunk_set(const cJSON* system) {
-    const cJSON* list = getJsonObjectForKey(system, "link_aggregation");
-    for (const cJSON* element = getJsonChild(list); element; element = getJsonNext(element)) {
-        if (int code = element_apply(element))
+    const cJSON* element = getJsonChild(getJsonArrayForKey(system, "link_aggregation"));
+    for (; element; element = getJsonNext(element)) {
+        if (int code = apply_element(element))
             return record_error(code);
     }
     return 0;

@@ -1,9 +1,11 @@
-// Learned addresses by port; see port_macs.h.
+// The address table is read once, then its addresses are sorted by port.
 #include "sections/port/addresses.h"
 
 #include <stdlib.h>
 #include <string.h>
 
+#include "base/port_set.h"
+#include "base/ports.h"
 #include "json/json_document.h"
 #include "platform/l2.h"
 #include "platform/system.h"
@@ -23,24 +25,6 @@ struct LearnedMac {
 };
 
 namespace {
-
-PortBitmap logical_ports() {
-    PortBitmap ports = {};
-    for (int port = 0; port < sys_logic_port_num_ret() && port < MAC_LIST_PORTS; ++port)
-        ports.words[port / 32] |= 1u << (port % 32);
-    return ports;
-}
-
-PortBitmap intersection(const PortBitmap& a, const PortBitmap& b) {
-    PortBitmap both = {};
-    for (int word = 0; word < PORT_BITMAP_WORDS; ++word)
-        both.words[word] = a.words[word] & b.words[word];
-    return both;
-}
-
-bool is_empty(const PortBitmap& ports) {
-    return !(ports.words[0] | ports.words[1] | ports.words[2]);
-}
 
 // The place for one more address, or null where memory is short.
 LearnedMac* next_place(MacLists* lists) {
@@ -80,7 +64,7 @@ int read_table(MacLists* lists) {
         return code;
     if (int code = sal_sys_macAddr_get(own))
         return code;
-    const PortBitmap ports = logical_ports();
+    const PortBitmap ports = all_ports();
     for (uint32_t index = 0; index < count; ++index) {
         MacEntry entry = {};
         if (int code = sal_l2_macEntry_get(index, &entry))
@@ -93,31 +77,29 @@ int read_table(MacLists* lists) {
     return 0;
 }
 
-// Calls `visit` with each port of the set, in order.
-template <class Visit> void each_port(const PortBitmap& ports, Visit visit) {
-    for (int word = 0; word < PORT_BITMAP_WORDS; ++word) {
-        for (uint32_t bits = ports.words[word]; bits; bits &= bits - 1)
-            visit(word * 32 + __builtin_ctz(bits));
-    }
-}
-
 // Sorts the addresses by port, keeping the table's order: `first` counts each port's addresses,
 // then says where its list begins.
 void sort_by_port(MacLists* lists) {
     uint32_t* first = lists->first;
     for (uint32_t i = 0; i < lists->count; ++i)
-        each_port(lists->macs[i].ports, [first](int port) { first[port + 1]++; });
-    for (int port = 0; port < MAC_LIST_PORTS; ++port)
+        for_each_port(lists->macs[i].ports, [first](int port) {
+            ++first[port + 1];
+            return 0;
+        });
+    for (int port = 0; port < PORT_SET_SIZE; ++port)
         first[port + 1] += first[port];
 
-    lists->texts = static_cast<const char**>(calloc(first[MAC_LIST_PORTS] + 1, sizeof(char*)));
+    lists->texts = static_cast<const char**>(calloc(first[PORT_SET_SIZE] + 1, sizeof(char*)));
     if (!lists->texts)
         return;
-    uint32_t next[MAC_LIST_PORTS];
+    uint32_t next[PORT_SET_SIZE];
     memcpy(next, first, sizeof next);
     for (uint32_t i = 0; i < lists->count; ++i) {
         const LearnedMac& mac = lists->macs[i];
-        each_port(mac.ports, [&](int port) { lists->texts[next[port]++] = mac.text; });
+        for_each_port(mac.ports, [&](int port) {
+            lists->texts[next[port]++] = mac.text;
+            return 0;
+        });
     }
 }
 
@@ -131,7 +113,7 @@ int collect_mac_lists(MacLists* lists) {
 }
 
 cJSON* create_mac_list(const MacLists* lists, int port) {
-    if (!lists->texts || port >= MAC_LIST_PORTS)
+    if (!lists->texts || port >= PORT_SET_SIZE)
         return createJsonArray();
     const uint32_t* first = &lists->first[port];
     return createJsonStringArray(lists->texts + first[0], static_cast<int>(first[1] - first[0]));

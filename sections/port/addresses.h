@@ -4,10 +4,8 @@
 
 #include <stdint.h>
 
+#include "base/port_set.h"
 #include "json/json_document.h"
-#include "platform/types.h"
-
-enum { MAC_LIST_PORTS = PORT_BITMAP_WORDS * 32 };
 
 struct LearnedMac;
 
@@ -15,8 +13,8 @@ struct MacLists {
     LearnedMac* macs; // in the order of the table
     uint32_t count;
     uint32_t room;
-    const char** texts;                 // the ports' lists, one behind the other
-    uint32_t first[MAC_LIST_PORTS + 1]; // where each port's list begins in `texts`
+    const char** texts;                // the ports' lists, one behind the other
+    uint32_t first[PORT_SET_SIZE + 1]; // where each port's list begins in `texts`
 };
 
 // Reads the table into `lists`, which starts out zeroed. The switch's own address, static ones and
