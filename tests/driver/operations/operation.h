@@ -44,6 +44,9 @@ struct Output {
     bool is_text;
 };
 
+// The words that are passed, and their complements: no bit may be lost, or set.
+enum class Samples { words, complements };
+
 // What a call changes in the sample arguments.
 struct Change {
     int null_argument = -1; // the pointer passed as null
@@ -101,9 +104,9 @@ template <> struct Place<const char*> {
 inline unsigned char input_byte(std::size_t i) {
     return static_cast<unsigned char>((i * 5 + i / 256 * 3 + 3) | 1);
 }
-inline std::uint32_t input_word(std::size_t argument) {
+inline std::uint32_t input_word(std::size_t argument, Samples samples) {
     constexpr std::uint32_t words[] = {0x1A2B3C4D, 0x5E6F7081, 0x92A3B4C5, 0xD6E7F809};
-    return words[argument];
+    return samples == Samples::words ? words[argument] : ~words[argument];
 }
 
 inline void put(Bytes& record, std::size_t at, const void* bytes, std::size_t size) {
@@ -117,7 +120,8 @@ inline void fill(unsigned char* bytes, std::size_t size) {
 }
 
 template <class T>
-void prepare(Operation& operation, const Layout& layout, std::size_t i, Place<T>& place) {
+void prepare(
+    Operation& operation, const Layout& layout, Samples samples, std::size_t i, Place<T>& place) {
     using Target = std::remove_pointer_t<T>;
     const Field field = layout.fields[i];
     auto* bytes = reinterpret_cast<unsigned char*>(&place.value);
@@ -128,7 +132,7 @@ void prepare(Operation& operation, const Layout& layout, std::size_t i, Place<T>
         return;
     } else if constexpr (!std::is_pointer_v<T>) {
         const bool is_port = static_cast<int>(i) == layout.port_argument;
-        place.value = static_cast<T>(layout.on_off && !is_port ? 1 : input_word(i));
+        place.value = static_cast<T>(layout.on_off && !is_port ? 1 : input_word(i, samples));
     } else {
         fill(bytes, sizeof place.value);
     }
@@ -157,13 +161,14 @@ template <class T> T changed(T argument, int i, const Change& change) {
 }
 
 template <class... A, std::size_t... I>
-Operation build(int (*function)(A...), const Layout& layout, std::index_sequence<I...>) {
+Operation
+build(int (*function)(A...), const Layout& layout, Samples samples, std::index_sequence<I...>) {
     Operation operation;
     operation.function = reinterpret_cast<const void*>(function);
     operation.port_argument = layout.port_argument;
     operation.sent.resize(layout.size);
     auto places = std::make_shared<std::tuple<Place<A>...>>();
-    (prepare<A>(operation, layout, I, std::get<I>(*places)), ...);
+    (prepare<A>(operation, layout, samples, I, std::get<I>(*places)), ...);
     for (auto [from, to] : layout.repeated)
         std::memcpy(operation.sent.data() + to, operation.sent.data() + from, 4);
     constexpr std::array<bool, sizeof...(A)> is_pointer = {std::is_pointer_v<A>...};
@@ -191,17 +196,24 @@ template <class... A> std::vector<Field> fields_in_order(const Layout& layout) {
 
 class OperationList {
   public:
+    explicit OperationList(Samples samples) : samples_(samples) {}
+
     template <class... A>
     void add(const char* name, std::uint32_t number, int (*function)(A...), Layout layout) {
         if (layout.fields.empty())
             layout.fields = detail::fields_in_order<A...>(layout);
-        Operation operation = detail::build(function, layout, std::index_sequence_for<A...>());
+        Operation operation =
+            detail::build(function, layout, samples_, std::index_sequence_for<A...>());
         operation.name = name;
         operation.number = number;
         all.push_back(std::move(operation));
     }
 
     std::vector<Operation> all;
+
+  private:
+    Samples samples_;
 };
 
-std::vector<Operation> operations(); // every one that makes a request; storage of its own each time
+// Every one that makes a request; storage of its own each time.
+std::vector<Operation> operations(Samples samples = Samples::words);

@@ -110,8 +110,8 @@ Layout repeating(Layout layout, Field from, Field to) {
 } // namespace
 
 // Clears of debug counters make no request and are not here.
-std::vector<Operation> operations() {
-    OperationList list;
+std::vector<Operation> operations(Samples samples) {
+    OperationList list(samples);
     // The system
     list.add("rsd_sys_ipAddr_set", 1, rsd_sys_ipAddr_set, in_order);
     list.add("rsd_sys_info_set", 3, rsd_sys_info_set, in_order_entry(200));
