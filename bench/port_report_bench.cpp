@@ -37,6 +37,7 @@ class SizedSwitch {
         std::filesystem::path scenario = root_ / "scenario.json";
         std::ofstream(scenario) << R"({"hardware":{"logical_ports":)" << ports << "}}";
         board_ = std::make_unique<sim::Board>(root_, scenario);
+        board_->trace.keep();
         board_->device.chip.change([](sim::ChipState& chip) {
             for (std::size_t p = 0; p < chip.ports.size(); ++p)
                 chip.ports[p].plugged = p % 2 == 0;

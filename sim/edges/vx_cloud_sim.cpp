@@ -3,16 +3,13 @@
 //
 //     vx_cloud_sim --root DIR [--scenario FILE] [--speed N] [--trace FILE] [--fault FAULT]...
 #include <getopt.h>
-#include <linux/close_range.h>
-#include <signal.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <string>
 #include <vector>
 
+#include "sim/edges/supervisor.h"
 #include "sim/instruments/scenario.h"
 #include "sim/library/board.h"
 
@@ -70,33 +67,35 @@ Settings parse(int argc, char** argv) {
     return settings;
 }
 
-// A restart of the agent is a new process image with the same process id, as a supervisor that
-// starts it again at once would have it.
-void replace_process(char** argv) {
-    close_range(3, ~0U, CLOSE_RANGE_CLOEXEC);
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-    execv("/proc/self/exe", argv);
-    std::perror("restart");
-    std::_Exit(EXIT_FAILURE);
+void tell(const std::string& line) { std::fprintf(stderr, "vx_cloud_sim: %s\n", line.c_str()); }
+
+int fail(const std::exception& error) {
+    tell(error.what());
+    return EXIT_FAILURE;
+}
+
+// The agent's process: the board, and the agent on it.
+int run_on_board(const Settings& settings, int argc, char** argv) try {
+    sim::Board board(settings.root, settings.scenario);
+    for (const std::string& remark : board.remarks)
+        tell(remark);
+    board.clock.pace(settings.speed);
+    board.start_agent_again = sim::end_for_restart;
+    board.tell = tell;
+    if (!settings.trace.empty())
+        board.trace.write_to(settings.trace);
+    for (const sim::Fault& fault : settings.faults)
+        board.faults.plan(fault);
+    return __real_main(argc, argv);
+} catch (const std::exception& error) {
+    return fail(error);
 }
 
 } // namespace
 
-extern "C" int __wrap_main(int argc, char** argv) {
-    try {
-        Settings settings = parse(argc, argv);
-        sim::Board board(settings.root, settings.scenario);
-        board.clock.pace(settings.speed);
-        board.start_agent_again = [argv] { replace_process(argv); };
-        if (!settings.trace.empty())
-            board.trace.copy_to(settings.trace);
-        for (const sim::Fault& fault : settings.faults)
-            board.faults.plan(fault);
-        return __real_main(argc, argv);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "vx_cloud_sim: %s\n", error.what());
-        return EXIT_FAILURE;
-    }
+extern "C" int __wrap_main(int argc, char** argv) try {
+    Settings settings = parse(argc, argv);
+    return sim::run_agent([&] { return run_on_board(settings, argc, argv); });
+} catch (const std::exception& error) {
+    return fail(error);
 }

@@ -1,6 +1,8 @@
 // The board's two clocks: how long it has been running, and what date it believes it is.
 #pragma once
 
+#include <signal.h>
+
 #include <cstdint>
 #include <ctime>
 #include <functional>
@@ -21,25 +23,33 @@ class Clock {
     void restart(double already_running = 0);
 
     std::time_t calendar() const;
-    void set_calendar(std::time_t now);
+    // False, and the calendar goes on as it was, for a date that Linux refuses: one before the
+    // board was switched on, or within thirty years of the last that the kernel can count to.
+    bool set_calendar(const std::timespec& now);
+
+    // How far the calendar is ahead of the right time, in seconds; negative when it is behind.
+    std::int64_t ahead() const;
+    void set_ahead(std::int64_t seconds);
 
     // Sleeps simulated seconds; returns the unslept rest, rounded up, when a signal cut it short.
-    unsigned sleep(unsigned seconds);
+    // Where there is a `mask`, it is the thread's signal mask for the wait, and only for it.
+    unsigned sleep(unsigned seconds, const sigset_t* mask = nullptr);
 
-    // In virtual time: called in every sleep, before time passes, with its seconds; returns how
-    // many of them are to be left unslept.
+    // In virtual time the wait itself: called in every sleep, before time passes, with its seconds;
+    // returns how many of them are to be left unslept.
     std::function<unsigned(unsigned)> on_sleep;
 
   private:
-    unsigned sleep_virtual(unsigned seconds);
-    unsigned sleep_paced(unsigned seconds) const;
+    unsigned sleep_virtual(unsigned seconds, const sigset_t* mask);
+    unsigned sleep_paced(unsigned seconds, const sigset_t* mask) const;
+    double running_locked() const;
+    std::int64_t right_time() const;
 
     double speed_ = 0;
     double started_ = 0; // wall seconds at power-on, less what had already passed
     mutable std::mutex mutex_;
-    double slept_ = 0;                        // virtual time
-    std::int64_t calendar_offset_ = 0;        // paced: set clock less wall clock
-    std::int64_t calendar_base_ = 1795000000; // virtual: date at power-on
+    double slept_ = 0; // virtual time
+    std::int64_t ahead_ = 0;
 };
 
 } // namespace sim

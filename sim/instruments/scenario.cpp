@@ -293,12 +293,22 @@ std::string write_fields(const std::function<void(Fields&)>& record) {
     return writer.written.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
-void write_atomically(const std::filesystem::path& file, const std::string& text) {
-    std::filesystem::create_directories(file.parent_path());
+bool write_atomically(const std::filesystem::path& file, const std::string& text) {
+    std::error_code error;
+    std::filesystem::create_directories(file.parent_path(), error);
     std::filesystem::path draft = file;
     draft += ".new";
-    std::ofstream(draft, std::ios::binary) << text;
-    std::filesystem::rename(draft, file);
+    std::ofstream out(draft, std::ios::binary);
+    out << text;
+    out.close();
+    if (out)
+        std::filesystem::rename(draft, file, error);
+    else
+        error = std::make_error_code(std::errc::io_error);
+    if (!error)
+        return true;
+    std::filesystem::remove(draft, error);
+    return false;
 }
 
 } // namespace sim

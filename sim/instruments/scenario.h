@@ -31,7 +31,8 @@ std::int64_t peek_number(
 // The record as JSON text.
 std::string write_fields(const std::function<void(Fields&)>& record);
 
-// Writes a file so that it is seen either whole or not at all.
-void write_atomically(const std::filesystem::path& file, const std::string& text);
+// Writes a file so that it is seen either whole or not at all. False, and the file is as it was,
+// when it cannot be written, for instance for want of room.
+[[nodiscard]] bool write_atomically(const std::filesystem::path& file, const std::string& text);
 
 } // namespace sim

@@ -1,4 +1,4 @@
-// The trace; see trace.h.
+// The trace: kept in memory, written to a file, or both.
 #include "sim/instruments/trace.h"
 
 #include <cstdio>
@@ -7,11 +7,22 @@
 
 namespace sim {
 
+void Trace::keep() {
+    std::lock_guard lock(mutex_);
+    wanted_ = kept_ = true;
+}
+
+void Trace::write_to(const std::filesystem::path& file) {
+    std::lock_guard lock(mutex_);
+    file_.open(file, std::ios::app);
+    wanted_ = true;
+}
+
 void Trace::add(const std::string& line) {
     std::lock_guard lock(mutex_);
     if (file_.is_open())
         file_ << line << std::endl;
-    else
+    if (kept_)
         lines_.push_back(line);
 }
 
@@ -30,11 +41,6 @@ std::vector<std::string> Trace::calls() const {
 void Trace::clear() {
     std::lock_guard lock(mutex_);
     lines_.clear();
-}
-
-void Trace::copy_to(const std::filesystem::path& file) {
-    std::lock_guard lock(mutex_);
-    file_.open(file, std::ios::app);
 }
 
 std::string show(const char* text) { return text ? "\"" + std::string(text) + "\"" : "null"; }

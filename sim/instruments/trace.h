@@ -2,6 +2,7 @@
 // sleep, shell command, driver request of its own and transfer, in order, one line each.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -16,14 +17,26 @@ namespace sim {
 
 class Trace {
   public:
-    void add(const std::string& line);
+    // Nothing is made of a call until somebody asks for it, from then on: keep() for a test that
+    // looks at the lines, write_to() for a file that gets each line as it comes.
+    void keep();
+    void write_to(const std::filesystem::path& file);
+
+    // Arguments as show_call() takes them, and the result.
+    template <class Result, class... Arguments>
+    void add_call(const char* name, const Result& result, const Arguments&... arguments);
+
+    // What was kept.
     std::vector<std::string> lines() const;
     std::vector<std::string> calls() const; // names only
     void clear();
-    void copy_to(const std::filesystem::path& file); // from now on, each line as it comes
 
   private:
+    void add(const std::string& line);
+
     mutable std::mutex mutex_;
+    std::atomic<bool> wanted_ = false;
+    bool kept_ = false;
     std::vector<std::string> lines_;
     std::ofstream file_;
 };
@@ -46,6 +59,12 @@ std::string show_call(const char* name, const Arguments&... arguments) {
     [[maybe_unused]] const char* separator = "";
     ((line += separator + show(arguments), separator = ", "), ...);
     return line + ")";
+}
+
+template <class Result, class... Arguments>
+void Trace::add_call(const char* name, const Result& result, const Arguments&... arguments) {
+    if (wanted_)
+        add(show_call(name, arguments...) + " = " + show(result));
 }
 
 } // namespace sim

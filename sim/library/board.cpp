@@ -1,7 +1,5 @@
-// The board; see board.h.
+// The board: what it finds in its root folder at power-on, and what it leaves there.
 #include "sim/library/board.h"
-
-#include <cjson/cJSON.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,6 +19,7 @@ Board* current = nullptr;
 
 constexpr int default_ports = 28;
 constexpr int seconds_to_go_down = 5;
+constexpr std::size_t longest_log = 500; // lines
 
 // A number out of range is refused with its place when the scenario is read.
 int port_count(const std::filesystem::path& scenario) {
@@ -52,17 +51,43 @@ Board::Board(std::filesystem::path root, const std::filesystem::path& scenario)
 
 Board::~Board() { current = nullptr; }
 
+void Board::take_scenario(const std::filesystem::path& scenario) {
+    read_fields(scenario, [&](Fields& f) {
+        f.object("hardware", [&](Fields& inner) { device.hardware(inner); });
+        f.object("config", [&](Fields& inner) { device.config(inner); });
+        f.object("cloud", device.cloud);
+    });
+    clock.set_ahead(device.clock_ahead_s);
+}
+
+// An account that a scenario gives is meant for this switch, in whichever form it is written.
+void Board::bind_account(const std::filesystem::path& scenario) {
+    const std::string suffix = mac_suffix(device.system.mac);
+    const std::pair<const char*, std::string&> account[] = {
+        {"key", device.cloud.key}, {"secret", device.cloud.secret}};
+    for (auto [name, credential] : account) {
+        if (credential.empty() || credential.ends_with(suffix))
+            continue;
+        if (credential.size() + suffix.size() > longest_credential)
+            throw ScenarioError(
+                scenario.string() + ": the " + name + " is too long to be stored with the MAC");
+        credential += suffix;
+        remarks.push_back(
+            std::string("the ") + name + " of the scenario does not end in this switch's MAC: " +
+            "stored with " + suffix + " behind it, as the platform keeps it");
+    }
+}
+
 void Board::load(const std::filesystem::path& scenario) {
     if (!scenario.empty())
-        read_fields(scenario, [&](Fields& f) {
-            f.object("hardware", [&](Fields& inner) { device.hardware(inner); });
-            f.object("config", [&](Fields& inner) { device.config(inner); });
-            f.object("cloud", device.cloud);
-        });
+        take_scenario(scenario);
     if (std::filesystem::exists(cloud_settings()))
         read_fields(cloud_settings(), [&](Fields& f) { device.cloud.fields(f); });
+    else
+        bind_account(scenario);
     Flash flash(root_);
-    flash.leave_factory(device.system.firmware_version, device.firmware.second_version);
+    if (!flash.leave_factory(device.system.firmware_version, device.firmware.second_version))
+        throw ScenarioError(root_.string() + ": no room for the firmware images");
     device.system.firmware_version = flash.booted_version();
     bool warm = std::filesystem::exists(running_config());
     auto config = warm ? running_config() : startup_config();
@@ -80,11 +105,17 @@ std::string Board::console() const {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-void Board::save_startup_config() {
+void Board::add_log(const std::string& line) {
+    log.push_back(line);
+    if (log.size() > longest_log)
+        log.erase(log.begin());
+}
+
+bool Board::save_startup_config() {
     std::lock_guard guard(lock);
-    write_atomically(startup_config(), write_fields([&](Fields& f) {
-                         f.object("config", [&](Fields& inner) { device.config(inner); });
-                     }));
+    return write_atomically(startup_config(), write_fields([&](Fields& f) {
+                                f.object("config", [&](Fields& inner) { device.config(inner); });
+                            }));
 }
 
 void Board::forget_startup_config() {
@@ -92,9 +123,10 @@ void Board::forget_startup_config() {
     std::filesystem::remove(startup_config());
 }
 
-void Board::save_cloud() {
+bool Board::save_cloud() {
     std::lock_guard guard(lock);
-    write_atomically(cloud_settings(), write_fields([&](Fields& f) { device.cloud.fields(f); }));
+    return write_atomically(
+        cloud_settings(), write_fields([&](Fields& f) { device.cloud.fields(f); }));
 }
 
 void Board::reboot() {
@@ -109,19 +141,22 @@ void Board::go_down() {
     start_agent_again();
 }
 
-void Board::restart_agent() {
+bool Board::restart_agent() {
+    auto running = [&](Fields& f) {
+        f.object("config", [&](Fields& inner) { device.config(inner); });
+        f.object("running", [&](Fields& inner) { device.running(inner, clock); });
+    };
+    if (!write_atomically(running_config(), write_fields(running)))
+        return false;
     ++agent_restarts;
     restart_ordered_ = true;
-    write_atomically(running_config(), write_fields([&](Fields& f) {
-                         f.object("config", [&](Fields& inner) { device.config(inner); });
-                         f.object("running", [&](Fields& inner) { device.running(inner, clock); });
-                     }));
+    return true;
 }
 
+// Whoever finds the order takes it: two threads may come out of their calls at once.
 void Board::carry_out_orders() {
-    if (restart_ordered_ && start_agent_again)
+    if (restart_ordered_.exchange(false) && start_agent_again)
         start_agent_again();
-    restart_ordered_ = false;
 }
 
 } // namespace sim

@@ -2,6 +2,7 @@
 // levers that make it a test bench, trace and fault plan. One board at a time is under the process.
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <mutex>
@@ -29,9 +30,16 @@ class Board {
     std::filesystem::path path(const std::string& path) const { return root_.string() + path; }
     const std::filesystem::path& root() const { return root_; }
 
-    // What the debug console has shown, and the lines of the system log.
+    // What the debug console has shown, and the lines of the system log, of which only the last
+    // few hundred stay, as on a switch.
     std::string console() const;
     std::vector<std::string> log;
+    void add_log(const std::string& line);
+
+    // What whoever runs the switch should know of a scenario that was taken with a change.
+    std::vector<std::string> remarks;
+    // Gets a line for every check-in that fails; empty where nobody is to be told.
+    std::function<void(const std::string&)> tell;
 
     Clock clock;
     Trace trace;
@@ -39,33 +47,37 @@ class Board {
     Switch device;
     std::recursive_mutex lock; // held in every platform call
 
-    void save_startup_config();
+    // False, with the file as it was, when the board's disk does not take it.
+    [[nodiscard]] bool save_startup_config();
     void forget_startup_config();
-    void save_cloud();
+    [[nodiscard]] bool save_cloud();
 
     // Power-on again: the selected firmware is started, the startup configuration is loaded, time
     // running starts at 0, the agent's process starts afresh. The switch takes some seconds to go
     // down, in which the agent goes on. What a test within one process gets is the count alone.
     void reboot();
-    // The agent's process starts afresh on a switch that goes on running as it is.
-    void restart_agent();
+    // The agent's process starts afresh on a switch that goes on running as it is. False, and no
+    // restart, when the disk does not take what the switch would lose by it.
+    [[nodiscard]] bool restart_agent();
 
     // Carries out what restart_agent() ordered, once the call that ordered it is traced.
     void carry_out_orders();
 
-    int reboots = 0;
-    int agent_restarts = 0;
+    std::atomic<int> reboots = 0;
+    std::atomic<int> agent_restarts = 0;
     std::function<void()> start_agent_again; // set where the process may be replaced
 
   private:
     void load(const std::filesystem::path& scenario);
+    void take_scenario(const std::filesystem::path& scenario);
+    void bind_account(const std::filesystem::path& scenario);
     void go_down();
     std::filesystem::path startup_config() const { return path("/etc/startup-config.json"); }
     std::filesystem::path running_config() const { return path("/run/running-config.json"); }
     std::filesystem::path cloud_settings() const { return path("/etc/cloud.json"); }
 
     std::filesystem::path root_;
-    bool restart_ordered_ = false;
+    std::atomic<bool> restart_ordered_ = false;
 };
 
 Board& board(); // aborts when there is none

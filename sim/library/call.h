@@ -39,7 +39,7 @@ int call(const char* name, Body body, const Arguments&... arguments) {
     auto fault = outermost ? here.faults.hit(Edge::platform, name) : std::nullopt;
     int result = fault ? *fault : body(here.device);
     if (outermost) {
-        here.trace.add(show_call(name, arguments...) + " = " + std::to_string(result));
+        here.trace.add_call(name, result, arguments...);
         here.carry_out_orders();
     }
     return result;
@@ -54,7 +54,7 @@ auto value(const char* name, Body body, const Arguments&... arguments) {
     InsideLibrary inside;
     auto result = body(here.device);
     if (outermost)
-        here.trace.add(show_call(name, arguments...) + " = " + show(result));
+        here.trace.add_call(name, result, arguments...);
     return result;
 }
 

@@ -1,6 +1,9 @@
 // Platform library: the cloud agent's settings.
 #include "sim/library/cloud_store.h"
 
+#include <cstdio>
+#include <utility>
+
 #include "platform/vxcloud.h"
 #include "sim/library/call.h"
 
@@ -10,26 +13,26 @@ namespace {
 
 constexpr std::size_t longest_host = 255;
 constexpr std::size_t longest_keeper_host = 127;
-constexpr std::size_t longest_credential = 127;
+
+// A value that the disk does not take is not stored.
+template <class Value> int store(Value& place, Value value) {
+    std::swap(place, value);
+    if (board().save_cloud())
+        return code_ok;
+    std::swap(place, value);
+    return code_failed;
+}
 
 int store_text(std::string& place, const char* text, std::size_t longest) {
     if (!text)
         return code_null;
     if (std::string(text).size() > longest)
         return code_too_long;
-    place = text;
-    board().save_cloud();
-    return code_ok;
+    return store(place, std::string(text));
 }
 
 int fetch_text(const std::string& place, char* text, std::size_t longest) {
     copy_text(text, longest + 1, place);
-    return code_ok;
-}
-
-int store_number(std::int32_t& place, std::int32_t number) {
-    place = number;
-    board().save_cloud();
     return code_ok;
 }
 
@@ -46,13 +49,17 @@ void CloudStore::fields(Fields& f) {
     f.boolean("debug", debug);
 }
 
+std::string mac_suffix(const std::uint8_t (&mac)[6]) {
+    char digits[13];
+    std::snprintf(
+        digits, sizeof digits, "%02x%02x%02x%02x%02x%02x", mac[0], mac[1], mac[2], mac[3], mac[4],
+        mac[5]);
+    return digits;
+}
+
 } // namespace sim
 
-namespace {
-
 using namespace sim;
-
-} // namespace
 
 int sal_vxcloud_checkin_host_set(const char* host) {
     return call(
@@ -94,7 +101,7 @@ int sal_vxcloud_connkeeper_host_get(char* host) {
 int sal_vxcloud_checkin_interval_set(int32_t seconds) {
     return call(
         "sal_vxcloud_checkin_interval_set",
-        [&](Switch& s) { return store_number(s.cloud.checkin_interval, seconds); }, seconds);
+        [&](Switch& s) { return store(s.cloud.checkin_interval, seconds); }, seconds);
 }
 
 int sal_vxcloud_checkin_interval_get(int32_t* seconds) {
@@ -140,7 +147,7 @@ int sal_vxcloud_secret_get(char* text) {
 
 int sal_vxcloud_seqno_set(int32_t number) {
     return call(
-        "sal_vxcloud_seqno_set", [&](Switch& s) { return store_number(s.cloud.seqno, number); },
+        "sal_vxcloud_seqno_set", [&](Switch& s) { return store(s.cloud.seqno, number); },
         number);
 }
 
@@ -159,8 +166,7 @@ int sal_vxcloud_debug_flag_get(uint32_t* flag) {
 }
 
 int sal_vxcloud_kill(void) {
-    return call("sal_vxcloud_kill", [](Switch&) {
-        board().restart_agent();
-        return code_ok;
+    return call("sal_vxcloud_kill", [](Switch&) -> int {
+        return board().restart_agent() ? code_ok : code_failed;
     });
 }

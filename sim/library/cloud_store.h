@@ -9,6 +9,8 @@
 
 namespace sim {
 
+constexpr std::size_t longest_credential = 127; // as stored
+
 struct CloudStore {
     std::string checkin_host = "localhost:8443";
     std::string fallback_host = "localhost:8443";
@@ -21,5 +23,8 @@ struct CloudStore {
 
     void fields(Fields& f);
 };
+
+// The twelve hexadecimal digits behind a stored credential, by which it belongs to this device.
+std::string mac_suffix(const std::uint8_t (&mac)[6]);
 
 } // namespace sim

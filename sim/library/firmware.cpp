@@ -32,13 +32,13 @@ Flash flash() { return Flash(board().root()); }
 
 void Firmware::hardware(Fields& f) { f.text("second_version", second_version, 32); }
 
-void Flash::leave_factory(const std::string& version, const std::string& second_version) const {
+bool Flash::leave_factory(const std::string& version, const std::string& second_version) const {
     if (std::filesystem::exists(folder_))
-        return;
-    write(0, make_image(version, std::string(factory_payload, '\x11')));
-    if (!second_version.empty())
-        write(1, make_image(second_version, std::string(factory_payload, '\x22')));
-    select(0);
+        return true;
+    return write(0, make_image(version, std::string(factory_payload, '\x11'))) &&
+           (second_version.empty() ||
+            write(1, make_image(second_version, std::string(factory_payload, '\x22')))) &&
+           select(0);
 }
 
 std::string Flash::booted_version() const {
@@ -52,14 +52,14 @@ std::string Flash::booted_version() const {
 
 std::string Flash::read(int partition) const { return read_file(file(partition)); }
 
-void Flash::write(int partition, const std::string& image) const {
-    write_atomically(file(partition), image);
+bool Flash::write(int partition, const std::string& image) const {
+    return write_atomically(file(partition), image);
 }
 
 int Flash::selected() const { return read_file(folder_ / "boot") == "1" ? 1 : 0; }
 
-void Flash::select(int partition) const {
-    write_atomically(folder_ / "boot", std::to_string(partition));
+bool Flash::select(int partition) const {
+    return write_atomically(folder_ / "boot", std::to_string(partition));
 }
 
 } // namespace sim
@@ -69,13 +69,12 @@ using namespace sim;
 int sal_fwImage_download(const char* path, const char* url) {
     return call(
         "sal_fwImage_download",
-        [&](Switch& s) {
+        [&](Switch& s) -> int {
             s.firmware.locked = true;
             std::string image;
             if (int code = fetch(url, image))
                 return code;
-            write_atomically(board().path(path), image);
-            return check_image(image);
+            return write_atomically(board().path(path), image) ? check_image(image) : code_failed;
         },
         path, url);
 }
@@ -89,8 +88,7 @@ int sal_sys_fwImage_write(const char* path, int partition) {
                 return code_bad_value;
             if (!std::filesystem::is_regular_file(board().path(path)))
                 return code_not_found;
-            flash().write(partition, read_file(board().path(path)));
-            return code_ok;
+            return flash().write(partition, read_file(board().path(path))) ? code_ok : code_failed;
         },
         path, partition);
 }
@@ -102,8 +100,7 @@ int sal_sys_fwImage_backup(int partition, const char* path) {
             if (!Flash::has(partition))
                 return code_bad_value;
             std::string image = flash().read(partition);
-            write_atomically(board().path(path), image);
-            return check_image(image);
+            return write_atomically(board().path(path), image) ? check_image(image) : code_failed;
         },
         partition, path);
 }
@@ -141,8 +138,7 @@ int sal_sys_dualImage_sel(int partition) {
                 return code_bad_value;
             if (!read_header(flash().read(partition)))
                 return code_no_image;
-            flash().select(partition);
-            return code_ok;
+            return flash().select(partition) ? code_ok : code_failed;
         },
         partition);
 }

@@ -25,16 +25,18 @@ class Flash {
 
     static bool has(int partition) { return partition >= 0 && partition < partitions; }
 
+    // What writes is false when the disk does not take it, and the flash is as it was.
+
     // Writes the images of a new switch, unless the flash holds something already.
-    void leave_factory(const std::string& version, const std::string& second_version) const;
+    [[nodiscard]] bool leave_factory(const std::string& version, const std::string& second_version) const;
     // The version of the image that starts: the selected one, or the other when that is damaged.
     // Empty when neither can be started.
     std::string booted_version() const;
 
     std::string read(int partition) const; // nothing for an empty partition
-    void write(int partition, const std::string& image) const;
+    [[nodiscard]] bool write(int partition, const std::string& image) const;
     int selected() const;
-    void select(int partition) const;
+    [[nodiscard]] bool select(int partition) const;
 
   private:
     std::filesystem::path file(int partition) const {

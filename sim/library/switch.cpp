@@ -1,14 +1,21 @@
-// The simulated switch as scenario and configuration; see switch.h.
+// The simulated switch as scenario and configuration.
 #include "sim/library/switch.h"
 
 #include "sim/library/switch_settings.h"
 
 namespace sim {
 
+namespace {
+
+constexpr std::int64_t most_ahead_s = std::int64_t{50} * 366 * 24 * 3600; // fifty years
+
+} // namespace
+
 void Switch::hardware(Fields& f) {
     int port_count = logical_ports();
     f.integer("logical_ports", port_count, fewest_ports, most_ports);
     f.boolean("driver_loaded", driver_loaded);
+    f.integer("clock_ahead_seconds", clock_ahead_s, -most_ahead_s, most_ahead_s);
     f.object("system", [&](Fields& inner) { system.hardware(inner); });
     f.object("firmware", [&](Fields& inner) { firmware.hardware(inner); });
     ports.hardware(f);
@@ -47,10 +54,14 @@ void Switch::config(Fields& f) {
 
 void Switch::running(Fields& f, Clock& clock) {
     auto seconds = static_cast<std::int64_t>(clock.running());
+    std::int64_t ahead = clock.ahead();
     f.integer("seconds", seconds, 0, INT64_MAX);
+    f.integer("clock_ahead_seconds", ahead, INT64_MIN, INT64_MAX);
     f.text("firmware_version", system.firmware_version, 32);
-    if (f.reading())
-        clock.restart(static_cast<double>(seconds));
+    if (!f.reading())
+        return;
+    clock.restart(static_cast<double>(seconds));
+    clock.set_ahead(ahead);
 }
 
 } // namespace sim

@@ -41,6 +41,7 @@ struct Switch {
     Chip chip;
     double counted_until = 0;  // running time up to which the chip's counters have grown
     bool driver_loaded = true; // "/dev/ski" exists
+    std::int64_t clock_ahead_s = 0; // of the right time, when the switch is powered on
     CloudStore cloud;
     System system;
     Firmware firmware;

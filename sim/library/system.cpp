@@ -92,9 +92,8 @@ int sal_sys_gateway_get(uint32_t* address) {
 }
 
 int cmd_conf_startupConfig_save(void) {
-    return call("cmd_conf_startupConfig_save", [](Switch&) {
-        board().save_startup_config();
-        return code_ok;
+    return call("cmd_conf_startupConfig_save", [](Switch&) -> int {
+        return board().save_startup_config() ? code_ok : code_failed;
     });
 }
 
@@ -109,7 +108,7 @@ int sys_log(int facility, int level, const char* text) {
     return call(
         "sys_log",
         [&](Switch&) {
-            board().log.push_back(text);
+            board().add_log(text);
             return code_ok;
         },
         facility, level, text);

@@ -17,6 +17,7 @@ inline sim::Board& fresh_board() {
     static TempFolder folder;
     static sim::Board board(folder.path());
     reset_agent();
+    board.trace.keep();
     board.trace.clear();
     board.log.clear();
     std::destroy_at(&board.device);

@@ -143,6 +143,7 @@ void run_once(
     if (!scenario.empty())
         std::ofstream(file = folder.path() / "scenario.json") << scenario;
     sim::Board board(folder.path(), file);
+    board.trace.keep();
     reset_agent();
     prepare(board);
     clear_errors();

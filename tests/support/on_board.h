@@ -21,7 +21,10 @@ using Codes = std::vector<int>;
 
 class OnBoard : public testing::Test {
   protected:
-    OnBoard() { reset_agent(); }
+    OnBoard() {
+        board.trace.keep();
+        reset_agent();
+    }
 
     // What the agent did: the trace since the last call of forget(), without the reads that every
     // handler makes of the number of ports.

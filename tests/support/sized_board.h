@@ -17,6 +17,7 @@ class SizedBoard {
   public:
     explicit SizedBoard(int logical_ports) : SizedBoard(ports_scenario(logical_ports)) {}
     explicit SizedBoard(const std::string& scenario) : board(folder.path(), write(scenario)) {
+        board.trace.keep();
         reset_agent();
     }
 

@@ -1,0 +1,93 @@
+// Files of the agent: an absolute path of the switch lies below the board's root folder, and two
+// devices among them are the board's own.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+#include "sim/edges/device.h"
+#include "sim/library/board.h"
+
+extern "C" {
+int __real_open(const char* path, int flags, ...);
+FILE* __real_fopen(const char* path, const char* mode);
+int __real_stat(const char* path, struct stat* status);
+int __real_unlink(const char* path);
+}
+
+namespace sim {
+
+namespace {
+
+constexpr const char* chip_device = "/dev/ski";
+constexpr const char* console_device = "/dev/console";
+
+bool open_fails(const char* path) {
+    if (!board().faults.hit(Edge::file, path))
+        return false;
+    errno = EIO;
+    return true;
+}
+
+// The console is a device: what is written comes after what it showed before.
+int open_console() {
+    return __real_open(
+        board().path(console_device).c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+}
+
+int open_on_board(const char* path, int flags, mode_t mode) {
+    if (open_fails(path))
+        return -1;
+    if (std::strcmp(path, chip_device) == 0)
+        return open_chip();
+    if (std::strcmp(path, console_device) == 0)
+        return open_console();
+    return __real_open(board().path(path).c_str(), flags | O_CLOEXEC, mode);
+}
+
+FILE* fopen_on_board(const char* path, const char* mode) {
+    return open_fails(path) ? nullptr : __real_fopen(board().path(path).c_str(), mode);
+}
+
+} // namespace
+
+} // namespace sim
+
+using sim::board;
+
+extern "C" {
+
+int __wrap_open(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    mode_t mode = (flags & O_CREAT) != 0 ? static_cast<mode_t>(va_arg(arguments, unsigned)) : 0;
+    va_end(arguments);
+    return sim::open_on_board(path, flags, mode);
+}
+int __wrap_open64(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    mode_t mode = (flags & O_CREAT) != 0 ? static_cast<mode_t>(va_arg(arguments, unsigned)) : 0;
+    va_end(arguments);
+    return sim::open_on_board(path, flags, mode);
+}
+int __wrap___open_2(const char* path, int flags) { return sim::open_on_board(path, flags, 0); }
+int __wrap___open64_2(const char* path, int flags) { return sim::open_on_board(path, flags, 0); }
+
+FILE* __wrap_fopen(const char* path, const char* mode) { return sim::fopen_on_board(path, mode); }
+FILE* __wrap_fopen64(const char* path, const char* mode) { return sim::fopen_on_board(path, mode); }
+
+int __wrap_stat(const char* path, struct stat* status) {
+    return __real_stat(board().path(path).c_str(), status);
+}
+int __wrap_stat64(const char* path, struct stat* status) { return __wrap_stat(path, status); }
+int __wrap___stat64_time64(const char* path, struct stat* status) {
+    return __wrap_stat(path, status);
+}
+
+int __wrap_unlink(const char* path) { return __real_unlink(board().path(path).c_str()); }
+}

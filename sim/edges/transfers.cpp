@@ -1,0 +1,192 @@
+// Transfers of the agent, which are real ones: traced, failed where the fault plan says so, checked
+// against the board's certificates, and heard where a check-in fails.
+#include <curl/curl.h>
+
+#include <cctype>
+#include <cstdarg>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "sim/library/board.h"
+
+extern "C" {
+CURLcode __real_curl_easy_setopt(CURL* transfer, CURLoption option, ...);
+CURLcode __real_curl_easy_perform(CURL* transfer);
+void __real_curl_easy_cleanup(CURL* transfer);
+CURLMcode __real_curl_multi_add_handle(CURLM* multi, CURL* transfer);
+}
+
+namespace sim {
+
+namespace {
+
+constexpr std::size_t heard_bytes = 100;
+constexpr long status_ok = 200;
+
+// What is known of a transfer beside what libcurl knows.
+struct Transfer {
+    std::string url;
+    curl_write_callback take = nullptr; // the agent's, and its argument
+    void* taker = nullptr;
+    std::string heard; // how the answer begins
+};
+
+class Transfers {
+  public:
+    Transfer& of(CURL* handle) {
+        std::lock_guard guard(mutex_);
+        return all_[handle];
+    }
+    void forget(CURL* handle) {
+        std::lock_guard guard(mutex_);
+        all_.erase(handle);
+    }
+
+  private:
+    std::mutex mutex_;
+    std::map<CURL*, Transfer> all_;
+};
+
+Transfers& transfers() {
+    static Transfers all;
+    return all;
+}
+
+std::size_t hear(char* bytes, std::size_t size, std::size_t count, void* argument) {
+    auto& transfer = *static_cast<Transfer*>(argument);
+    const std::size_t room = heard_bytes - std::min(heard_bytes, transfer.heard.size());
+    transfer.heard.append(bytes, std::min(room, size * count));
+    return transfer.take(bytes, size, count, transfer.taker);
+}
+
+// --- What a failed check-in looks like to whoever watches.
+
+// "https://HOST/path" without what is not the host.
+std::string host_of(const std::string& url) {
+    std::string_view rest = url;
+    if (auto scheme = rest.find("://"); scheme != std::string_view::npos)
+        rest.remove_prefix(scheme + 3);
+    return std::string(rest.substr(0, rest.find('/')));
+}
+
+std::string on_one_line(std::string text) {
+    for (char& c : text)
+        if (std::iscntrl(static_cast<unsigned char>(c)))
+            c = ' ';
+    text.erase(0, text.find_first_not_of(' '));
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+std::string reason_of_failure(CURL* handle, CURLcode result, const std::string& heard) {
+    if (result != CURLE_OK)
+        return std::string(curl_easy_strerror(result)) + " (" + std::to_string(result) + ")";
+    long status = 0;
+    curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
+    if (status == status_ok)
+        return "";
+    return "status " + std::to_string(status) + ": " + on_one_line(heard);
+}
+
+void tell_failed_check_in(CURL* handle, CURLcode result) {
+    const Transfer& transfer = transfers().of(handle);
+    if (!board().tell || !transfer.url.ends_with("/checkin"))
+        return;
+    std::string reason = reason_of_failure(handle, result, transfer.heard);
+    if (!reason.empty())
+        board().tell("check-in at " + host_of(transfer.url) + ": " + reason);
+}
+
+// --- The calls.
+
+CURLcode traced_transfer(CURL* handle) {
+    Transfer& transfer = transfers().of(handle);
+    transfer.heard.clear();
+    auto fault = board().faults.hit(Edge::transfer, transfer.url);
+    CURLcode result = fault ? static_cast<CURLcode>(*fault) : __real_curl_easy_perform(handle);
+    board().trace.add_call("transfer", static_cast<int>(result), transfer.url.c_str());
+    tell_failed_check_in(handle, result);
+    return result;
+}
+
+// A transfer that goes on beside others; how it ends is not known yet.
+CURLMcode traced_listen(CURLM* multi, CURL* handle) {
+    const std::string& url = transfers().of(handle).url;
+    CURLMcode result = board().faults.hit(Edge::transfer, url)
+                           ? CURLM_OUT_OF_MEMORY
+                           : __real_curl_multi_add_handle(multi, handle);
+    board().trace.add_call("listen", static_cast<int>(result), url.c_str());
+    return result;
+}
+
+CURLcode set_taker(CURL* handle, Transfer& transfer, curl_write_callback take) {
+    transfer.take = take;
+    __real_curl_easy_setopt(handle, CURLOPT_WRITEDATA, take ? &transfer : transfer.taker);
+    return __real_curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, take ? hear : nullptr);
+}
+
+CURLcode set_taker_argument(CURL* handle, Transfer& transfer, void* taker) {
+    transfer.taker = taker;
+    return transfer.take ? CURLE_OK : __real_curl_easy_setopt(handle, CURLOPT_WRITEDATA, taker);
+}
+
+// The switch's certificates are the board's, without the bundle that the workstation's libcurl
+// would trust, or miss, besides.
+CURLcode trust_board(CURL* handle, const char* folder) {
+    __real_curl_easy_setopt(handle, CURLOPT_CAINFO, nullptr);
+    return __real_curl_easy_setopt(handle, CURLOPT_CAPATH, board().path(folder).c_str());
+}
+
+CURLcode set_pointer(CURL* handle, CURLoption option, void* value) {
+    Transfer& transfer = transfers().of(handle);
+    switch (option) {
+    case CURLOPT_URL:
+        transfer.url = value ? static_cast<const char*>(value) : "";
+        break;
+    case CURLOPT_WRITEFUNCTION:
+        return set_taker(handle, transfer, reinterpret_cast<curl_write_callback>(value));
+    case CURLOPT_WRITEDATA:
+        return set_taker_argument(handle, transfer, value);
+    case CURLOPT_CAPATH:
+        return trust_board(handle, static_cast<const char*>(value));
+    default:
+        break;
+    }
+    return __real_curl_easy_setopt(handle, option, value);
+}
+
+CURLcode set_option(CURL* handle, CURLoption option, va_list arguments) {
+    if (option >= CURLOPTTYPE_OFF_T && option < CURLOPTTYPE_BLOB)
+        return __real_curl_easy_setopt(handle, option, va_arg(arguments, curl_off_t));
+    if (option < CURLOPTTYPE_OBJECTPOINT)
+        return __real_curl_easy_setopt(handle, option, va_arg(arguments, long));
+    return set_pointer(handle, option, va_arg(arguments, void*));
+}
+
+} // namespace
+
+} // namespace sim
+
+extern "C" {
+
+// The option is passed as the integer that va_start can stand on.
+CURLcode __wrap_curl_easy_setopt(CURL* transfer, unsigned option, ...) {
+    va_list arguments;
+    va_start(arguments, option);
+    CURLcode result = sim::set_option(transfer, static_cast<CURLoption>(option), arguments);
+    va_end(arguments);
+    return result;
+}
+
+CURLcode __wrap_curl_easy_perform(CURL* transfer) { return sim::traced_transfer(transfer); }
+
+void __wrap_curl_easy_cleanup(CURL* transfer) {
+    __real_curl_easy_cleanup(transfer);
+    sim::transfers().forget(transfer);
+}
+
+CURLMcode __wrap_curl_multi_add_handle(CURLM* multi, CURL* transfer) {
+    return sim::traced_listen(multi, transfer);
+}
+}
