@@ -29,12 +29,12 @@ Cloud::Cloud(const Options& options)
           own.data = made(options.data);
           return own;
       }()),
-      store_((options_.data / "lab.db").string()), events_(store_, options_.quiet),
-      policy_(options_.policy), authority_(options_.data / "ca"),
+      store_((options_.data / "lab.db").string()), overview_((options_.data / "lab.db").string()),
+      events_(store_, options_.quiet), policy_(options_.policy), authority_(options_.data / "ca"),
       images_(options_.data / "firmware"), checkin_(store_, events_, policy_),
       keeper_(store_, events_, policy_), time_(events_, policy_), firmware_(events_, images_),
       admin_(
-          {store_, events_, policy_, keeper_, misbehaviours_, images_,
+          {store_, overview_, events_, policy_, keeper_, misbehaviours_, images_,
            [this] { return ports_json(); },
            [this](const std::string& listener, int port) { return has_port(listener, port); },
            [this] { fit_listeners(); }}) {

@@ -48,6 +48,7 @@ class Cloud {
 
     const Options options_;
     Store store_;
+    Overview overview_;
     EventLog events_;
     PolicyBox policy_;
     CertificateAuthority authority_;

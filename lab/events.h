@@ -3,6 +3,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <string>
@@ -31,6 +32,7 @@ class EventLog {
     // Returns at once when an event is there, else after the first one or the time-out.
     std::vector<EventRecord> wait(const EventFilter& filter, std::chrono::milliseconds timeout);
     std::int64_t last() { return store_.find_last_event(); }
+    bool stopped() const { return stopping_; }
     void stop(); // ends every wait, now and later
 
   private:
@@ -38,7 +40,7 @@ class EventLog {
     const bool quiet_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    bool stopping_ = false;
+    std::atomic<bool> stopping_ = false;
 };
 
 } // namespace lab

@@ -4,6 +4,8 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace lab {
 
@@ -23,6 +25,10 @@ struct Reply {
     int status = 200;
     std::string body = {};
     std::string type = "application/json";
+    std::vector<std::pair<std::string, std::string>> headers = {}; // besides the usual ones
+    // Asked for piece after piece of a body without an end, in the place of `body`; false: it ends.
+    // Should it wait, then for some seconds only: a peer that has gone is noticed in between.
+    std::function<bool(std::string& piece)> next_piece = {};
     std::function<void()> unsent = {}; // runs when the reply could not be written to the peer
 };
 

@@ -268,9 +268,25 @@ class Listener::Server : public httplib::Server {
             reply = connection.tls() ? plan_.tls(call) : plan_.plain(call);
         }
         connection.unsent = reply.unsent;
-        connection.expect_reply_body(reply.body.size());
         response.status = reply.status;
+        for (const auto& [name, value] : reply.headers)
+            response.set_header(name, value);
+        if (reply.next_piece)
+            return stream(response, std::move(reply));
+        connection.expect_reply_body(reply.body.size());
         response.set_content(std::move(reply.body), reply.type);
+    }
+
+    static void stream(Response& response, Reply reply) {
+        response.set_chunked_content_provider(
+            reply.type, [next = std::move(reply.next_piece)](std::size_t, httplib::DataSink& sink) {
+                std::string piece;
+                if (!next(piece))
+                    sink.done();
+                else
+                    sink.write(piece.data(), piece.size());
+                return true;
+            });
     }
 
     static Call

@@ -5,7 +5,11 @@ build_packages=(
   libcurl4-openssl-dev libmbedtls-dev libcjson-dev
   libssl-dev libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev
   python3 python3-jsonschema)
-check_packages=(libgtest-dev libbenchmark-dev clang-14 libclang-rt-14-dev clang-format-14 binutils)
+check_packages=(
+  libgtest-dev libbenchmark-dev clang-14 libclang-rt-14-dev clang-format-14 binutils
+  chromium chromium-driver python3-selenium fonts-dejavu-core)
+# A Node.js of somebody's own brings npm along, and goes with no other.
+command -v npm >/dev/null || check_packages+=(npm)
 
 missing_packages() {
   local package

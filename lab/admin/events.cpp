@@ -10,6 +10,17 @@ namespace {
 
 constexpr double longest_wait_seconds = 60;
 
+std::chrono::milliseconds read_timeout(const Request& request) {
+    const std::string timeout = find_query(request, "timeout");
+    if (timeout.empty())
+        return {};
+    const double seconds = parse_number<double>(timeout, "timeout");
+    return std::chrono::milliseconds(
+        static_cast<std::int64_t>(std::min(seconds, longest_wait_seconds) * 1000));
+}
+
+} // namespace
+
 Json describe_event(const EventRecord& event) {
     Json entry = {
         {"id", event.id},
@@ -30,17 +41,6 @@ EventFilter read_filter(const Request& request) {
         filter.mac = read_mac(mac);
     return filter;
 }
-
-std::chrono::milliseconds read_timeout(const Request& request) {
-    const std::string timeout = find_query(request, "timeout");
-    if (timeout.empty())
-        return {};
-    const double seconds = parse_number<double>(timeout, "timeout");
-    return std::chrono::milliseconds(
-        static_cast<std::int64_t>(std::min(seconds, longest_wait_seconds) * 1000));
-}
-
-} // namespace
 
 Reply wait_for_events(const Request& request) {
     const auto timeout = read_timeout(request);

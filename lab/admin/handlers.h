@@ -6,6 +6,12 @@
 
 namespace lab {
 
+// page.cpp, overview.cpp
+Reply show_page(const Request& request);
+Reply show_page_file(const Request& request);
+Reply show_overview(const Request& request);
+Reply show_switch_overview(const Request& request);
+
 // switches.cpp
 Reply list_switches(const Request& request);
 Reply show_switch(const Request& request);
@@ -29,6 +35,11 @@ Reply push_action(const Request& request);
 // events.cpp
 Reply wait_for_events(const Request& request);
 Reply show_stats(const Request& request);
+EventFilter read_filter(const Request& request);
+Json describe_event(const EventRecord& event);
+
+// stream.cpp
+Reply stream_events(const Request& request);
 
 // setup.cpp
 Reply show_ports(const Request& request);

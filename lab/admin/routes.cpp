@@ -18,6 +18,10 @@ struct Route {
 };
 
 constexpr Route routes[] = {
+    {"GET", "/", show_page},
+    {"GET", "/page/*", show_page_file},
+    {"GET", "/overview", show_overview},
+    {"GET", "/overview/*", show_switch_overview},
     {"GET", "/ports", show_ports},
     {"GET", "/switches", list_switches},
     {"GET", "/switches/*", show_switch},
@@ -32,6 +36,7 @@ constexpr Route routes[] = {
     {"GET", "/switches/*/actions", list_actions},
     {"POST", "/switches/*/actions", push_action},
     {"GET", "/events", wait_for_events},
+    {"GET", "/events/stream", stream_events},
     {"GET", "/stats", show_stats},
     {"GET", "/config", show_policy},
     {"PUT", "/config", set_policy},

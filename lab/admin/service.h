@@ -10,12 +10,14 @@
 #include "lab/http.h"
 #include "lab/keeper_service.h"
 #include "lab/misbehaviour.h"
+#include "lab/overview.h"
 #include "lab/policy.h"
 
 namespace lab {
 
 struct AdminParts {
     Store& store;
+    Overview& overview;
     EventLog& events;
     PolicyBox& policy;
     KeeperService& keeper;
