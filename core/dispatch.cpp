@@ -17,7 +17,6 @@
 #include "sections/igmp.h"
 #include "sections/jumbo_frames.h"
 #include "sections/lldp.h"
-#include "sections/lldp_config.h"
 #include "sections/management_vlan.h"
 #include "sections/mirror.h"
 #include "sections/port/configuration.h"

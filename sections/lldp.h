@@ -1,4 +1,5 @@
-// The "lldp" section of the report: timers, what the switch tells its neighbours, and who they are.
+// "lldp": timers, what the switch tells its neighbours, and who they are. Only the timers can be
+// set.
 #pragma once
 
 #include "json/json_document.h"
@@ -13,6 +14,12 @@ int vxc_lldp_get(cJSON* report);
 int vxc_lldp_get_setting(cJSON* lldp);
 int vxc_lldp_get_local_device_info(cJSON* lldp);
 int vxc_lldp_get_remote_device_info(cJSON* lldp);
+
+// Applies "settings" of an "lldp" object; what it does not name is written again as it is. Returns
+// 0; ERROR_REFUSED, with nothing changed, for values that do not go together; or the code of the
+// first platform call that failed, when the timers may be left at their lowest values. A code is
+// also recorded.
+int vxc_lldp_set(const cJSON* lldp);
 
 // Copies a neighbour's text with a space in the place of every byte that is not printable ASCII,
 // without a terminator: `out` holds 257 zero bytes. The copied length is that of the text modulo

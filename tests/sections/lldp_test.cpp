@@ -8,7 +8,6 @@
 #include "core/dispatch.h"
 #include "json/json_print.h"
 #include "platform/lldp.h"
-#include "sections/lldp_config.h"
 #include "sim/instruments/codes.h"
 #include "tests/support/on_board.h"
 
