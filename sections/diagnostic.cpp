@@ -1,5 +1,4 @@
-// The report of diagnostics; see diagnostic.h. What the cloud asks for is in
-// diagnostic_requests.cpp.
+// The report of diagnostics. What the cloud asks for is in diagnostic_requests.cpp.
 #include "sections/diagnostic.h"
 
 #include <stdio.h>
@@ -9,6 +8,7 @@
 
 #include "base/debug.h"
 #include "base/errors.h"
+#include "base/numbers.h"
 #include "json/json_document.h"
 
 uint32_t traceroute_status;
@@ -17,7 +17,7 @@ uint32_t cable_test_pending;
 CableResult cable_result;
 uint32_t uid;
 
-void traceroute_output(char path[OUTPUT_PATH_SIZE]) {
+void format_traceroute_path(char path[OUTPUT_PATH_SIZE]) {
     snprintf(path, OUTPUT_PATH_SIZE, "%s%d", "/tmp/traceroute_tmp", static_cast<int>(uid));
 }
 
@@ -37,16 +37,27 @@ const PairKeys pairs[] = {
     {"pair_d", "cable_d_length_m"},
 };
 
+enum { PAIRS = sizeof pairs / sizeof *pairs, CABLE_TEST_MEMBERS = 1 + 2 * PAIRS };
+
+// False where memory is short for a part of it.
+bool add_cable_test(cJSON* diagnostic) {
+    cJSON* test = attachJsonObject(diagnostic, "cable_test");
+    addJsonObjectIntItem(test, "port", one_based(static_cast<int>(cable_result.port)));
+    for (int pair = 0; pair < PAIRS; ++pair) {
+        addJsonObjectIntItem(test, pairs[pair].state, cable_result.pair_state[pair]);
+        addJsonObjectIntItem(test, pairs[pair].length, cable_result.length_m[pair]);
+    }
+    return getJsonArraySize(test) == CABLE_TEST_MEMBERS;
+}
+
 } // namespace
 
 int diag_cable_test_get(cJSON* diagnostic) {
     if (!cable_test_pending)
         return 0;
-    cJSON* test = attachJsonObject(diagnostic, "cable_test");
-    addJsonObjectIntItem(test, "port", static_cast<int32_t>(cable_result.port + 1));
-    for (int pair = 0; pair < 4; ++pair) {
-        addJsonObjectIntItem(test, pairs[pair].state, cable_result.pair_state[pair]);
-        addJsonObjectIntItem(test, pairs[pair].length, cable_result.length_m[pair]);
+    if (!add_cable_test(diagnostic)) {
+        removeJsonObject(diagnostic, "cable_test");
+        return ERROR_REFUSED;
     }
     cable_result = {};
     cable_test_pending = 0;
@@ -65,10 +76,10 @@ enum {
 
 const char separator[] = "\\r\\n"; // backslash, r, backslash, n
 
-bool any_line(const char*) { return true; }
+bool is_any_line(const char*) { return true; }
 
 // A verbose traceroute dumps packets that are not for it, a word a line.
-bool not_of_a_dump(const char* line) {
+bool is_no_dump(const char* line) {
     if (!strstr(line, ": x"))
         return true;
     debug_print("api_checkin: vxc_traceroute_get x occur\n");
@@ -77,12 +88,12 @@ bool not_of_a_dump(const char* line) {
 
 // Joins lines until one does not fit. The last character of a line makes room for the separator,
 // whether it is a newline or not.
-void join_lines(FILE* output, char* text, size_t size, bool (*wanted)(const char* line)) {
+void join_lines(FILE* output, char* text, size_t size, bool (*is_wanted)(const char* line)) {
     char line[LINE_SIZE];
     size_t length = 0;
     text[0] = '\0';
     while (fgets(line, sizeof line, output)) {
-        if (!wanted(line))
+        if (!is_wanted(line))
             continue;
         size_t kept = strlen(line);
         kept -= kept > 0; // a line may begin with a NUL
@@ -92,6 +103,12 @@ void join_lines(FILE* output, char* text, size_t size, bool (*wanted)(const char
         memcpy(text + length + kept, separator, sizeof separator);
         length += kept + sizeof separator - 1;
     }
+}
+
+// False where memory is short.
+bool add_text(cJSON* diagnostic, const char* key, const char* text) {
+    addJsonObjectStringItem(diagnostic, key, text);
+    return getJsonObjectForKey(diagnostic, key);
 }
 
 // --- Traceroute.
@@ -108,13 +125,14 @@ int vxc_traceroute_get(cJSON* diagnostic) {
     if (traceroute_status != DIAGNOSTIC_READY)
         return 0;
     char path[OUTPUT_PATH_SIZE];
-    traceroute_output(path);
+    format_traceroute_path(path);
+    char text[TRACEROUTE_TEXT_SIZE];
     FILE* output = fopen(path, "r");
     if (output) {
-        char text[TRACEROUTE_TEXT_SIZE];
-        join_lines(output, text, sizeof text, not_of_a_dump);
+        join_lines(output, text, sizeof text, is_no_dump);
         fclose(output);
-        addJsonObjectStringItem(diagnostic, "traceroute", text);
+        if (!add_text(diagnostic, "traceroute", text))
+            return ERROR_REFUSED;
         remove_output(path);
     }
     traceroute_status = DIAGNOSTIC_IDLE;
@@ -128,12 +146,15 @@ int vxc_ping_ipv4_get(cJSON* diagnostic) {
     if (ping_status == DIAGNOSTIC_IDLE)
         return 0;
     char text[PING_TEXT_SIZE] = "unreachable!";
-    if (FILE* output = fopen(ping_output, "r")) {
-        join_lines(output, text, sizeof text, any_line);
+    FILE* output = fopen(ping_output, "r");
+    if (output) {
+        join_lines(output, text, sizeof text, is_any_line);
         fclose(output);
-        unlink(ping_output);
     }
-    addJsonObjectStringItem(diagnostic, "ping_ipv4", text);
+    if (!add_text(diagnostic, "ping_ipv4", text))
+        return ERROR_REFUSED;
+    if (output)
+        unlink(ping_output);
     ping_status = DIAGNOSTIC_IDLE;
     return 0;
 }

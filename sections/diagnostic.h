@@ -15,7 +15,7 @@ enum { OUTPUT_PATH_SIZE = 40 };
 
 // Where the output of the two commands is kept until it is reported.
 constexpr char ping_output[] = "/tmp/pingtest_tmp";
-void traceroute_output(char path[OUTPUT_PATH_SIZE]);
+void format_traceroute_path(char path[OUTPUT_PATH_SIZE]);
 
 extern "C" {
 
@@ -39,11 +39,12 @@ int vxc_traceroute(const cJSON* message);
 int vxc_ping_ipv4(const cJSON* message);
 
 // Adds "diagnostic" to the report, unless nothing waits. Returns 0, or ERROR_REFUSED where memory
-// is short; then everything goes on waiting.
+// is short for that much. A result that cannot be added whole goes on waiting.
 int vxc_diagnostic_get(cJSON* report);
 
 // Its parts: each adds its own result to the "diagnostic" object, unless it has none, and goes back
-// to idle. Return 0 or a code.
+// to idle. Return 0, or ERROR_REFUSED where memory is short, with the result still waiting; a
+// traceroute also for an output that cannot be opened, which is given up.
 int diag_cable_test_get(cJSON* diagnostic);
 int vxc_traceroute_get(cJSON* diagnostic);
 int vxc_ping_ipv4_get(cJSON* diagnostic);

@@ -1,4 +1,7 @@
-// Diagnostics that the cloud asks for; see diagnostic.h.
+// Diagnostics that the cloud asks for: what it names becomes a word of a command line, and nothing
+// in it a command.
+#include "sections/diagnostic.h"
+
 #include <memory>
 #include <stdarg.h>
 #include <stdio.h>
@@ -6,10 +9,9 @@
 #include <string.h>
 
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/diag.h"
 #include "platform/util.h"
-#include "sections/diagnostic.h"
+#include "sections/section.h"
 
 int vxc_cable_test(int port) {
     sal_cablediag_copper_set(port);
@@ -21,6 +23,8 @@ int vxc_cable_test(int port) {
 
 // --- Options of the commands.
 
+namespace {
+
 struct Option {
     const char* key;
     int lowest;
@@ -28,18 +32,16 @@ struct Option {
     int otherwise; // stands in for what is out of range
 };
 
-namespace {
-
 const Option hops_option = {"hops", 2, 255, 30};
 const Option count_option = {"count", 1, 5, 4};
 const Option interval_option = {"interval", 1, 5, 1}; // seconds
 const Option size_option = {"size", 8, 5120, 56};     // bytes
 
 // An option that is missing is passed on as 0; only what is given is kept in range.
-unsigned option_value(const cJSON* message, const Option& option) {
-    int found;
-    int value = getJsonIntValueForKey(message, option.key, &found);
-    if (found && (value < option.lowest || value > option.highest))
+unsigned read_option(const cJSON* message, const Option& option) {
+    int value = 0;
+    bool given = read_int(message, option.key, &value);
+    if (given && (value < option.lowest || value > option.highest))
         value = option.otherwise;
     return static_cast<unsigned>(value);
 }
@@ -48,12 +50,11 @@ unsigned option_value(const cJSON* message, const Option& option) {
 
 // --- Command lines.
 
+namespace {
+
 struct FreeText {
     void operator()(char* text) const { free(text); }
 };
-
-namespace {
-
 using OwnedText = std::unique_ptr<char, FreeText>;
 
 // What a host may consist of to be passed on bare. That includes a leading "-": it is the host the
@@ -76,7 +77,7 @@ void quote(const char* text, char* word) {
 
 // A host of any length as one word of a command line; null where memory is short. The message comes
 // from a channel that anyone can write to, so nothing in it may be a command to the shell.
-OwnedText host_word(const char* host) {
+OwnedText make_host_word(const char* host) {
     size_t length = strlen(host);
     OwnedText word(static_cast<char*>(malloc(4 * length + 3)));
     if (!word)
@@ -88,9 +89,7 @@ OwnedText host_word(const char* host) {
     return word;
 }
 
-} // namespace
-
-__attribute__((format(printf, 1, 2))) static OwnedText command_line(const char* format, ...) {
+__attribute__((format(printf, 1, 2))) OwnedText format_command(const char* format, ...) {
     va_list arguments, again;
     va_start(arguments, format);
     va_copy(again, arguments);
@@ -106,13 +105,11 @@ __attribute__((format(printf, 1, 2))) static OwnedText command_line(const char* 
 
 // --- Traceroute.
 
-namespace {
-
-OwnedText traceroute_command(const char* host, unsigned hops) {
-    OwnedText word = host_word(host);
+OwnedText make_traceroute_command(const char* host, unsigned hops) {
+    OwnedText word = make_host_word(host);
     char path[OUTPUT_PATH_SIZE];
-    traceroute_output(path);
-    return word ? command_line("traceroute -v %s -m %u > %s", word.get(), hops, path) : nullptr;
+    format_traceroute_path(path);
+    return word ? format_command("traceroute -v %s -m %u > %s", word.get(), hops, path) : nullptr;
 }
 
 // A lock that cannot be given back blocks every later traceroute of this process.
@@ -137,9 +134,9 @@ int vxc_traceroute(const cJSON* message) {
     const char* host = getJsonStringValueForKey(message, "host");
     if (!host)
         return record_error(ERROR_BAD_VALUE);
-    unsigned hops = option_value(message, hops_option);
+    unsigned hops = read_option(message, hops_option);
     uid = 0;
-    OwnedText command = traceroute_command(host, hops);
+    OwnedText command = make_traceroute_command(host, hops);
     if (!command)
         return record_error(ERROR_REFUSED);
     return run_locked(command.get());
@@ -159,12 +156,12 @@ int check_address(const char* host) {
     return address == 0 ? ERROR_REFUSED : 0;
 }
 
-OwnedText ping_command(const char* host, const cJSON* message) {
-    unsigned count = option_value(message, count_option);
-    unsigned interval = option_value(message, interval_option);
-    unsigned size = option_value(message, size_option);
-    OwnedText word = host_word(host);
-    return word ? command_line(
+OwnedText make_ping_command(const char* host, const cJSON* message) {
+    unsigned count = read_option(message, count_option);
+    unsigned interval = read_option(message, interval_option);
+    unsigned size = read_option(message, size_option);
+    OwnedText word = make_host_word(host);
+    return word ? format_command(
                       "ping -c %u -s %u -i %u %s > %s", count, size, interval, word.get(),
                       ping_output)
                 : nullptr;
@@ -180,7 +177,7 @@ int vxc_ping_ipv4(const cJSON* message) {
         return record_error(ERROR_BAD_VALUE);
     if (int code = check_address(host))
         return record_error(code);
-    OwnedText command = ping_command(host, message);
+    OwnedText command = make_ping_command(host, message);
     if (!command)
         return record_error(ERROR_REFUSED);
     ping_status = DIAGNOSTIC_RUNNING;

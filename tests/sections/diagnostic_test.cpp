@@ -461,6 +461,14 @@ TEST_F(Diagnostic, binary_junk_is_survived) {
     EXPECT_EQ(report_of_ping(std::string("\0x\nabc\n", 7)), "\\r\\nabc\\r\\n");
 }
 
+TEST_F(Diagnostic, a_result_of_any_bytes_leaves_the_report_utf_8) {
+    EXPECT_EQ(report_of_ping("caf\xE9 \xFF\n"), "caf\xEF\xBF\xBD \xEF\xBF\xBD\\r\\n");
+    // The 200th byte, which makes room for the separator, is the second one of a letter.
+    EXPECT_EQ(
+        report_of_trace(times(198, "x") + "\xE2\x82\xAC!\n"),
+        times(198, "x") + "\xEF\xBF\xBD\\r\\n" + "\xEF\xBF\xBD!\\r\\n");
+}
+
 TEST_F(Diagnostic, traceroute_leaves_out_the_lines_of_a_dump) {
     debug_flag = 1;
     EXPECT_EQ(report_of_trace("one\n 4: x45000028\ntwo: y\nthree: x\n"), "one\\r\\ntwo: y\\r\\n");
@@ -562,6 +570,49 @@ TEST_F(Diagnostic, everything_goes_on_waiting_where_memory_is_short) {
     board.faults.clear();
     EXPECT_EQ(cable_test_pending, 1u);
     EXPECT_EQ(text_of("traceroute"), "t\\r\\n");
+}
+
+TEST_F(Diagnostic, whatever_allocation_of_a_report_fails_each_result_is_told_once_and_whole) {
+    auto results_wait = [&] {
+        vxc_cable_test(0);
+        put_file(trace_path, "t\n");
+        put_file(ping_path, "p\xE9\n");
+        traceroute_status = ping_status = DIAGNOSTIC_READY;
+    };
+    results_wait();
+    Json whole(createJsonObject());
+    EXPECT_EQ(vxc_diagnostic_get(whole), 0);
+    std::uint64_t nth = 0;
+    for (bool failed = true; failed;) {
+        results_wait();
+        Json first(createJsonObject()), second(createJsonObject());
+        board.faults.clear();
+        board.faults.plan({sim::Edge::allocation, "", ++nth, false, 1, 0});
+        vxc_diagnostic_get(first);
+        failed = board.faults.count(sim::Edge::allocation) >= nth;
+        board.faults.clear();
+        EXPECT_EQ(vxc_diagnostic_get(second), 0);
+        for (const char* key : {"cable_test", "traceroute", "ping_ipv4"}) {
+            cJSON* now = getJsonObjectForKey(first["diagnostic"], key);
+            cJSON* later = getJsonObjectForKey(second["diagnostic"], key);
+            EXPECT_NE(now == nullptr, later == nullptr) << key << ", allocation " << nth;
+            EXPECT_EQ(
+                compact(now ? now : later), compact(getJsonObjectForKey(whole["diagnostic"], key)));
+        }
+        EXPECT_FALSE(exists(trace_path)) << nth;
+        EXPECT_FALSE(exists(ping_path)) << nth;
+    }
+    EXPECT_GT(nth, 10u);
+}
+
+TEST_F(Diagnostic, a_running_ping_that_memory_is_too_short_for_stays_running) {
+    put_file(ping_path, "p\n");
+    ping_status = DIAGNOSTIC_RUNNING;
+    Json diagnostic(createJsonObject());
+    board.faults.plan({sim::Edge::allocation, "", 1, true, 1, 0});
+    EXPECT_EQ(vxc_ping_ipv4_get(diagnostic), -1);
+    EXPECT_EQ(ping_status, static_cast<uint32_t>(DIAGNOSTIC_RUNNING));
+    EXPECT_TRUE(exists(ping_path));
 }
 
 // --- What the connection keeper makes of them.
