@@ -1,4 +1,5 @@
-// "firmware"; see firmware.h.
+// "firmware": what is reported, and the order of the cloud's orders; an upgrade is in
+// firmware_upgrade.cpp.
 #include "sections/firmware.h"
 
 #include <errno.h>
@@ -14,6 +15,7 @@
 #include "platform/firmware.h"
 #include "platform/system.h"
 #include "sections/firmware_upgrade.h"
+#include "sections/section.h"
 
 namespace {
 
@@ -34,7 +36,7 @@ void read_version(int partition, char* version) {
         sal_filter_ver_get(raw_version, version);
 }
 
-cJSON* status_array() {
+cJSON* list_statuses() {
     int32_t codes[2];
     int count = 0;
     if (error_count)
@@ -54,22 +56,23 @@ int vxc_firmware_get(cJSON* system) {
     for (int partition = 0; partition < FW_PARTITIONS; ++partition)
         read_version(partition, versions[partition]);
     cJSON* firmware = attachJsonObject(system, "firmware");
-    addJsonObjectIntItem(firmware, "active_partition", selected + 1);
+    addJsonObjectIntItem(firmware, "active_partition", one_based(selected));
     addJsonObjectStringItem(firmware, "version_partition_1", versions[0]);
     addJsonObjectStringItem(firmware, "version_partition_2", versions[1]);
-    addJsonObject(firmware, "flags", status_array());
-    memset(flags, 0, sizeof flags);
+    addJsonObject(firmware, "flags", list_statuses());
+    if (getJsonArrayForKey(firmware, "flags")) // or memory was short, and they are told next time
+        memset(flags, 0, sizeof flags);
     return 0;
 }
 
 // --- Orders.
 
-enum Outcome { NO_UPGRADE, UPGRADED, UPGRADE_FAILED };
-
 namespace {
 
+enum Outcome { NO_UPGRADE, UPGRADED, UPGRADE_FAILED };
+
 // Says why on the console and on standard error.
-bool lock_failed(int code, const char* text, const char* call) {
+bool tell_lock_failure(int code, const char* text, const char* call) {
     if (!code)
         return false;
     debug_print("%s", text);
@@ -78,44 +81,40 @@ bool lock_failed(int code, const char* text, const char* call) {
     return true;
 }
 
-bool lock_taken() {
+bool take_lock() {
     int code = pthread_mutex_trylock(&vx_fm_mutex);
     if (code == EBUSY) {
         debug_print("vxc_firmware_set is processing\n");
         return false;
     }
-    return !lock_failed(
+    return !tell_lock_failure(
         code, "vxc_firmware_set pthread_mutex_trylock error\n", "pthread_mutex_trylock");
 }
 
-bool lock_released() {
-    return !lock_failed(
+bool release_lock() {
+    return !tell_lock_failure(
         pthread_mutex_unlock(&vx_fm_mutex), "vxc_firmware_set pthread_mutex_unlock error\n",
         "pthread_mutex_unlock");
 }
 
-// Numbers of partitions are the cloud's word: the lowest int has no predecessor, and wraps.
-int partition_index(int number) { return static_cast<int>(static_cast<uint32_t>(number) - 1); }
-
 Outcome upgrade(const cJSON* firmware) {
-    int found;
-    int partition = getJsonIntValueForKey(firmware, "upgrade_partition", &found);
+    int partition = 0;
+    bool given = read_int(firmware, "upgrade_partition", &partition);
     const char* url = getJsonStringValueForKey(firmware, "upgrade_url");
     debug_print("upgrade_partition %d\n", partition);
     debug_print("upgrade_url %s\n", url ? url : "(null)");
-    if (!url || !found)
+    if (!url || !given)
         return NO_UPGRADE;
-    if (vxc_upgrade(url, partition_index(partition)))
+    if (vxc_upgrade(url, zero_based(partition)))
         return UPGRADE_FAILED;
     sleep(UPGRADED_PAUSE);
     return UPGRADED;
 }
 
 void select_partition(const cJSON* firmware) {
-    int found;
-    int partition = getJsonIntValueForKey(firmware, "active_partition", &found);
-    if (found) {
-        vxc_act_partiton_set(partition_index(partition));
+    int partition = 0;
+    if (read_int(firmware, "active_partition", &partition)) {
+        vxc_act_partiton_set(zero_based(partition));
         sleep(SELECTED_PAUSE);
     }
     debug_print("active_partition %d\n", partition);
@@ -123,9 +122,9 @@ void select_partition(const cJSON* firmware) {
 
 // A failed upgrade keeps the switch up, so that the cloud hears of it in the next report.
 void restart(const cJSON* firmware, Outcome outcome) {
-    int found;
     if (outcome == UPGRADE_FAILED)
         return;
+    int found;
     bool factory_reset = getJsonBoolValueForKey(firmware, "factory_reset", &found) == JSON_TRUE;
     if (factory_reset)
         sal_sys_restore_defaults(0);
@@ -140,11 +139,11 @@ int vxc_firmware_set(const cJSON* system) {
     if (!firmware)
         return 0;
     debug_print("vxc_firmware_set\n");
-    if (!lock_taken())
+    if (!take_lock())
         return 0;
     Outcome outcome = upgrade(firmware);
     select_partition(firmware);
-    if (!lock_released())
+    if (!release_lock())
         return 0;
     debug_print("vxc_firmware_set is finish\n");
     restart(firmware, outcome);

@@ -1,4 +1,5 @@
-// Firmware upgrade; see firmware_upgrade.h.
+// Firmware upgrade: download, write, read back; a partition that cannot be read back is written
+// again.
 #include "sections/firmware_upgrade.h"
 
 #include <unistd.h>
@@ -78,7 +79,7 @@ int vxc_upgrade(const char* url, int partition) {
 
 namespace {
 
-int header_read(int partition) {
+int read_header(int partition) {
     uint32_t length, built;
     uint8_t digest[FW_DIGEST_SIZE];
     char raw_version[FW_RAW_VERSION_SIZE];
@@ -91,8 +92,8 @@ int header_read(int partition) {
 void vxc_act_partiton_set(int partition) {
     int selected = 0;
     sal_sys_dualImageCurrSel_get(&selected);
-    header_read(0);
-    int second = header_read(1);
+    read_header(0);
+    int second = read_header(1);
     if (second == FW_NO_IMAGE && (partition == 0 || partition == 1))
         return;
     if (partition == selected)

@@ -174,6 +174,23 @@ TEST_F(Firmware, report_of_an_unreadable_selection_adds_nothing_and_keeps_the_fl
     EXPECT_EQ(flags[0], 101u);
 }
 
+TEST_F(Firmware, status_words_that_memory_was_too_short_to_report_are_told_next_time) {
+    std::uint64_t nth = 0;
+    for (bool failed = true; failed;) {
+        Json document(createJsonObject());
+        flags[0] = 101;
+        board.faults.clear();
+        board.faults.plan({sim::Edge::allocation, "", ++nth, false, 1, 0});
+        EXPECT_EQ(vxc_firmware_get(document), 0);
+        failed = board.faults.count(sim::Edge::allocation) >= nth;
+        board.faults.clear();
+        bool told = getJsonArrayForKey(document["firmware"], "flags");
+        EXPECT_EQ(flags[0], told ? 0u : 101u) << nth;
+        EXPECT_EQ(reported_flags(), told ? "[]" : "[101]") << nth;
+    }
+    EXPECT_GT(nth, 5u);
+}
+
 TEST_F(Firmware, report_goes_on_without_a_version_that_cannot_be_read) {
     auto runs = fail_each_call([](sim::Board&) {}, vxc_firmware_get);
     ASSERT_EQ(runs.size(), 5u);
