@@ -1,16 +1,14 @@
-// "qos"; see qos.h.
+// "qos": the queue maps are written while QoS is on.
 #include "sections/qos.h"
 
 #include <stdint.h>
 
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/qos.h"
+#include "sections/section.h"
 
 namespace {
 
-// The cloud counts queues from 1, the platform from 0; likewise trust modes from 0 and types from
-// 1.
 enum { STRICT_PRIORITY = 0, NO_STRICT_PRIORITY = 1, LAST_TRUST_MODE = 2 };
 
 } // namespace
@@ -38,13 +36,13 @@ int vx_qosTurstMode_get(cJSON* qos) {
     uint32_t type = 0;
     if (int code = sal_qos_trustType_get(&type))
         return record_error(code);
-    addJsonObjectIntItem(qos, "trust_mode", static_cast<int32_t>(type) - 1);
+    addJsonObjectIntItem(qos, "trust_mode", zero_based(static_cast<int>(type)));
     return 0;
 }
 
 namespace {
 
-int queue_map_get(cJSON* qos, const char* key, int size, int (*get)(int mark, uint32_t* queue)) {
+int report_queue_map(cJSON* qos, const char* key, int size, int (*get)(int mark, uint32_t* queue)) {
     cJSON* map = attachJsonArray(qos, key);
     for (int mark = 0; mark < size; ++mark) {
         uint32_t queue = 0;
@@ -52,7 +50,7 @@ int queue_map_get(cJSON* qos, const char* key, int size, int (*get)(int mark, ui
             return record_error(code);
         cJSON* entry = createJsonObject();
         addJsonObjectIntItem(entry, "id", mark);
-        addJsonObjectIntItem(entry, "queue", static_cast<int32_t>(queue) + 1);
+        addJsonObjectIntItem(entry, "queue", one_based(static_cast<int>(queue)));
         addJsonArrayItem(map, entry);
     }
     return 0;
@@ -61,11 +59,11 @@ int queue_map_get(cJSON* qos, const char* key, int size, int (*get)(int mark, ui
 } // namespace
 
 int vx_qosCos_get(cJSON* qos) {
-    return queue_map_get(qos, "cos", QOS_COS_VALUES, sal_qos_cosQueue_get);
+    return report_queue_map(qos, "cos", QOS_COS_VALUES, sal_qos_cosQueue_get);
 }
 
 int vx_qosDscp_get(cJSON* qos) {
-    return queue_map_get(qos, "dscp", QOS_DSCP_VALUES, sal_qos_dscpQueue_get);
+    return report_queue_map(qos, "dscp", QOS_DSCP_VALUES, sal_qos_dscpQueue_get);
 }
 
 namespace {
@@ -98,11 +96,12 @@ int vxc_qos_get(cJSON* report) {
 
 namespace {
 
-int scheduling_set(int method) {
+int set_scheduling(int method) {
     return sal_qos_strictPriQueueNum_set(method == STRICT_PRIORITY ? QOS_QUEUES : 0);
 }
 
-int trust_set(int mode) { return sal_qos_trustType_set(mode + 1); }
+// The cloud counts trust modes from 0, the platform trust types from 1.
+int set_trust(int mode) { return sal_qos_trustType_set(one_based(mode)); }
 
 struct QosChoice {
     const char* key;
@@ -111,16 +110,15 @@ struct QosChoice {
 };
 
 const QosChoice choices[] = {
-    {"scheduling_method", NO_STRICT_PRIORITY, scheduling_set},
-    {"trust_mode", LAST_TRUST_MODE, trust_set},
+    {"scheduling_method", NO_STRICT_PRIORITY, set_scheduling},
+    {"trust_mode", LAST_TRUST_MODE, set_trust},
 };
 
 // `*refused` tells a value out of range from a failure of the platform.
-int choices_set(const cJSON* qos, bool* refused) {
+int set_choices(const cJSON* qos, bool* refused) {
     for (const QosChoice& choice : choices) {
-        int found;
-        int value = getJsonIntValueForKey(qos, choice.key, &found);
-        if (!found)
+        int value = 0;
+        if (!read_int(qos, choice.key, &value))
             continue;
         *refused = static_cast<unsigned>(value) > choice.highest;
         if (*refused)
@@ -133,40 +131,33 @@ int choices_set(const cJSON* qos, bool* refused) {
 
 // What is wrong with an entry goes to the error list and the entry is passed over; what is returned
 // is the platform's code.
-int queue_entry_set(const cJSON* entry, int size, int (*set)(int mark, int queue)) {
-    int found;
-    int mark = getJsonIntValueForKey(entry, "id", &found);
-    if (!found)
+int set_queue_entry(const cJSON* entry, int size, int (*set)(int mark, int queue)) {
+    int mark = 0;
+    int queue = 0; // no queue of the cloud's
+    if (!read_int(entry, "id", &mark))
         return 0;
-    int queue = getJsonIntValueForKey(entry, "queue", &found);
-    bool good = mark >= 0 && mark < size && found && queue >= 1 && queue <= QOS_QUEUES;
-    if (good)
-        return set(mark, queue - 1);
+    read_int(entry, "queue", &queue);
+    if (mark >= 0 && mark < size && queue >= 1 && queue <= QOS_QUEUES)
+        return set(mark, zero_based(queue));
     record_error(ERROR_BAD_VALUE);
     return 0;
 }
 
-int queue_map_set(const cJSON* qos, const char* key, int size, int (*set)(int mark, int queue)) {
+int set_queue_map(const cJSON* qos, const char* key, int size, int (*set)(int mark, int queue)) {
     const cJSON* entry = getJsonChild(getJsonArrayForKey(qos, key));
     for (; entry; entry = getJsonNext(entry)) {
-        if (int code = queue_entry_set(entry, size, set))
+        if (int code = set_queue_entry(entry, size, set))
             return code;
     }
     return 0;
 }
 
 int update(const cJSON* qos, bool* refused) {
-    if (int code = choices_set(qos, refused))
+    if (int code = set_choices(qos, refused))
         return code;
-    if (int code = queue_map_set(qos, "cos", QOS_COS_VALUES, sal_qos_cosQueue_set))
+    if (int code = set_queue_map(qos, "cos", QOS_COS_VALUES, sal_qos_cosQueue_set))
         return code;
-    return queue_map_set(qos, "dscp", QOS_DSCP_VALUES, sal_qos_dscpQueue_set);
-}
-
-int enable_set(const cJSON* qos) {
-    int found;
-    int enable = getJsonBoolValueForKey(qos, "enable", &found);
-    return found ? sal_qos_mode_set(enable != JSON_FALSE) : 0;
+    return set_queue_map(qos, "dscp", QOS_DSCP_VALUES, sal_qos_dscpQueue_set);
 }
 
 // The tables are written with QoS on. Whether it was off; a mode that cannot be read counts as off.
@@ -183,7 +174,7 @@ bool switch_on_for_update() {
 int vxc_qos_set(const cJSON* qos) {
     if (!qos)
         return 0;
-    if (int code = enable_set(qos))
+    if (int code = apply_bool(qos, "enable", sal_qos_mode_set))
         return record_error(code);
     bool was_off = switch_on_for_update();
     bool refused = false;

@@ -1,6 +1,8 @@
 // The QoS section.
 #include "sections/qos.h"
 
+#include <limits>
+
 #include "tests/sections/outcomes.h"
 
 namespace {
@@ -71,6 +73,17 @@ TEST_F(Qos, report_of_other_settings) {
     EXPECT_EQ(getJsonIntValueForKey(qos, "scheduling_method", &found), 1);
     EXPECT_EQ(getJsonIntValueForKey(qos, "trust_mode", &found), 2);
     EXPECT_EQ(compact(getJsonArrayItem(getJsonObjectForKey(qos, "cos"), 0)), entry(0, 8));
+}
+
+TEST_F(Qos, types_and_queues_near_the_ends_of_an_int_wrap_around) {
+    device.qos.trust_type = std::numeric_limits<int>::min();
+    device.qos.cos_queues[0].queue = std::numeric_limits<int>::max();
+    Json qos(createJsonObject());
+    EXPECT_EQ(vx_qosTurstMode_get(qos), 0);
+    EXPECT_EQ(vx_qosCos_get(qos), 0);
+    int found = 0;
+    EXPECT_EQ(getJsonIntValueForKey(qos, "trust_mode", &found), std::numeric_limits<int>::max());
+    EXPECT_EQ(compact(getJsonArrayItem(qos["cos"], 0)), R"({"id":0,"queue":-2147483648})");
 }
 
 TEST_F(Qos, a_strict_priority_count_of_four_is_scheduling_method_1) {
