@@ -1,4 +1,4 @@
-// Checks of texts that come from the cloud; see validators.h.
+// Checks of texts that come from the cloud: addresses part by part, names letter by letter.
 #include "base/validators.h"
 
 #include <stdint.h>

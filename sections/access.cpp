@@ -1,47 +1,45 @@
-// "device_access"; see access.h.
+// "device_access": a service a row.
 #include "sections/access.h"
 
 #include <stdint.h>
 #include <stdlib.h>
 
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/access.h"
+#include "sections/section.h"
 
 namespace {
 
 // The web interface is one service to the cloud, known by its plain half.
-int gui_set(int on) {
+int set_gui(int on) {
     if (int code = sal_sys_httpEnable_set(on))
         return code;
     return sal_sys_httpsEnable_set(on);
 }
 
-int inetd_reload() {
+int reload_inetd() {
     if (int code = sal_sys_inetdConfig_set())
         return code;
     return sal_inetd_restart();
 }
 
-int telnet_set(int on) {
+int set_telnet(int on) {
     if (int code = sal_sys_telnetdEnable_set(on))
         return code;
-    if (int code = inetd_reload())
+    if (int code = reload_inetd())
         return code;
     if (!on)
         system("handler -c telnet &");
     return 0;
 }
 
-int ssh_set(int on) {
+int set_ssh(int on) {
     if (int code = sal_ssh_sshdEnable_set(on))
         return code;
-    if (int code = inetd_reload())
+    if (int code = reload_inetd())
         return code;
     return on ? 0 : sal_util_process_kill("/bin/sshd:");
 }
-
-} // namespace
 
 struct Service {
     const char* key;
@@ -49,12 +47,10 @@ struct Service {
     int (*set)(int on);
 };
 
-namespace {
-
 const Service services[] = {
-    {"gui", sal_sys_httpEnable_get, gui_set},
-    {"telnet", sal_sys_telnetdEnable_get, telnet_set},
-    {"ssh", sal_ssh_sshdEnable_get, ssh_set},
+    {"gui", sal_sys_httpEnable_get, set_gui},
+    {"telnet", sal_sys_telnetdEnable_get, set_telnet},
+    {"ssh", sal_ssh_sshdEnable_get, set_ssh},
 };
 
 enum { SERVICES = sizeof services / sizeof services[0] };
@@ -80,11 +76,7 @@ int vxc_access_set(const cJSON* system) {
     if (!access)
         return record_error(ERROR_BAD_VALUE);
     for (const Service& service : services) {
-        int found;
-        int on = getJsonBoolValueForKey(access, service.key, &found);
-        if (!found)
-            continue;
-        if (int code = service.set(on != JSON_FALSE))
+        if (int code = apply_bool(access, service.key, service.set))
             return record_error(code);
     }
     return 0;

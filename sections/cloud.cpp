@@ -1,4 +1,4 @@
-// "cloud"; see cloud.h.
+// "cloud": what is stored is read back, so that the agent runs with what the store holds.
 #include "sections/cloud.h"
 
 #include <stdint.h>
@@ -7,8 +7,8 @@
 #include "base/credentials.h"
 #include "base/errors.h"
 #include "base/state.h"
-#include "json/json_document.h"
 #include "platform/vxcloud.h"
+#include "sections/section.h"
 
 namespace {
 
@@ -102,9 +102,8 @@ int set_hosts(const cJSON* cloud) {
 }
 
 int set_interval(const cJSON* cloud) {
-    int found;
-    int seconds = getJsonIntValueForKey(cloud, "checkin_interval", &found);
-    if (!found)
+    int seconds = 0;
+    if (!read_int(cloud, "checkin_interval", &seconds))
         return 0;
     if (seconds < SHORTEST_INTERVAL || seconds > LONGEST_INTERVAL)
         return record_error(ERROR_OUT_OF_RANGE);
@@ -116,9 +115,8 @@ int set_interval(const cJSON* cloud) {
 
 void set_transport(const cJSON* cloud) {
     for (const TransportSetting& setting : transport_settings) {
-        int found;
-        int value = getJsonIntValueForKey(cloud, setting.key, &found);
-        if (!found)
+        int value = 0;
+        if (!read_int(cloud, setting.key, &value))
             continue;
         *setting.word = value;
         ask_for_checkin();

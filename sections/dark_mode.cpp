@@ -1,10 +1,10 @@
-// "dark_mode"; see dark_mode.h.
+// "dark_mode": the mode that the LEDs had is kept while they are dark.
 #include "sections/dark_mode.h"
 
 #include "base/debug.h"
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/led.h"
+#include "sections/section.h"
 
 uint32_t saved_led_mode = LED_MODE_DARK;
 
@@ -28,7 +28,7 @@ void go_dark(uint32_t mode) {
     sal_swctrl_poe_led_mode_set(LED_MODE_DARK);
 }
 
-void recover(uint32_t mode) {
+void light_up(uint32_t mode) {
     if (mode != LED_MODE_DARK)
         return;
     if (saved_led_mode == LED_MODE_LAN)
@@ -43,12 +43,11 @@ void recover(uint32_t mode) {
 int vxc_dark_mode_set(const cJSON* system) {
     if (!system)
         return ERROR_NO_SECTION;
-    int found;
-    int dark = getJsonBoolValueForKey(system, "dark_mode", &found);
-    if (!found)
+    bool dark = false;
+    if (!read_bool(system, "dark_mode", &dark))
         return 0;
     uint32_t mode = LED_MODE_LAN; // what a switch whose mode cannot be read is taken to show
     sal_swctrl_poe_led_mode_get(&mode);
-    dark ? go_dark(mode) : recover(mode);
+    dark ? go_dark(mode) : light_up(mode);
     return 0;
 }

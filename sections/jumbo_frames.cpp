@@ -1,11 +1,11 @@
-// "jumbo_frames"; see jumbo_frames.h.
+// "jumbo_frames": the limit that holds for every port.
 #include "sections/jumbo_frames.h"
 
 #include <stdint.h>
 
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/switch.h"
+#include "sections/section.h"
 
 namespace {
 
@@ -23,9 +23,8 @@ int vxc_jumbo_frmGet(cJSON* system) {
 }
 
 int vxc_jumbo_frmSet(const cJSON* system) {
-    int found;
-    int bytes = getJsonIntValueForKey(getJsonObjectForKey(system, "jumbo_frames"), "size", &found);
-    if (!found)
+    int bytes = 0;
+    if (!read_int(getJsonObjectForKey(system, "jumbo_frames"), "size", &bytes))
         return 0;
     if (bytes < SMALLEST_LIMIT || bytes > LARGEST_LIMIT)
         return record_error(ERROR_OUT_OF_RANGE);

@@ -1,11 +1,11 @@
-// "snmp"; see snmp.h.
+// "snmp": the service itself; communities and targets have files of their own.
 #include "sections/snmp.h"
 
 #include <stdint.h>
 
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/snmp.h"
+#include "sections/section.h"
 #include "sections/snmp_communities.h"
 #include "sections/snmp_targets.h"
 
@@ -17,23 +17,19 @@ int vxc_snmp_get(cJSON* system) {
     addJsonObjectBoolItem(snmp, "enable", enable != 0);
     cJSON* communities = attachJsonArray(snmp, "communities");
     cJSON* targets = attachJsonArray(snmp, "trap");
-    if (int code = snmp_communities_report(communities)) {
+    if (int code = report_snmp_communities(communities)) {
         removeJsonObject(system, "snmp");
         return code;
     }
-    return snmp_targets_report(targets);
+    return report_snmp_targets(targets);
 }
 
 namespace {
 
-int enable_set(const cJSON* snmp) {
-    int found;
-    int enable = getJsonBoolValueForKey(snmp, "enable", &found);
-    if (!found)
-        return 0;
-    if (int code = sal_snmp_enable_set(enable != JSON_FALSE))
+int set_enable(bool enable) {
+    if (int code = sal_snmp_enable_set(enable))
         return code;
-    return enable != JSON_FALSE ? cmd_snmp_demo_restart() : sal_snmp_stop();
+    return enable ? cmd_snmp_demo_restart() : sal_snmp_stop();
 }
 
 } // namespace
@@ -42,14 +38,14 @@ int vxc_snmp_set(const cJSON* system) {
     const cJSON* snmp = getJsonObjectForKey(system, "snmp");
     if (!snmp)
         return record_error(ERROR_NO_SECTION);
-    if (int code = enable_set(snmp))
+    if (int code = apply_bool(snmp, "enable", set_enable))
         return record_error(code);
-    if (int code = snmp_communities_set(getJsonArrayForKey(snmp, "communities")))
+    if (int code = set_snmp_communities(getJsonArrayForKey(snmp, "communities")))
         return code;
     const cJSON* targets = getJsonArrayForKey(snmp, "trap");
     if (!targets)
         return 0;
-    if (int code = snmp_targets_set(targets))
+    if (int code = set_snmp_targets(targets))
         return code;
     if (int code = sal_snmp_restart())
         return record_error(code);

@@ -3,6 +3,9 @@
 
 #include "json/json_document.h"
 
+// What the "action" of a community or target asks for.
+enum SnmpAction { SNMP_ADD = 1, SNMP_DELETE = 2 };
+
 extern "C" {
 
 // Adds "snmp" to the "system" object. Returns 0 or the code of the call that failed: nothing is

@@ -1,4 +1,4 @@
-// "communities" of "snmp"; see snmp_communities.h.
+// "communities" of "snmp": the checks before a change, then its calls in a fixed order.
 #include "sections/snmp_communities.h"
 
 #include <stdio.h>
@@ -6,15 +6,15 @@
 
 #include "base/debug.h"
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/snmp.h"
 #include "platform/util.h"
+#include "sections/section.h"
+#include "sections/snmp.h"
 
 namespace {
 
 // The cloud counts rights from 1, the platform from 0.
 enum { CLOUD_READ_ONLY = 1, CLOUD_READ_WRITE = 2 };
-enum { ADD = 1, DELETE = 2 };
 
 const int models[] = {SNMP_MODEL_V1, SNMP_MODEL_V2C};
 
@@ -22,7 +22,7 @@ const int models[] = {SNMP_MODEL_V1, SNMP_MODEL_V2C};
 
 // --- Report.
 
-int snmp_communities_report(cJSON* communities) {
+int report_snmp_communities(cJSON* communities) {
     for (int slot = 0; slot < SNMP_COMMUNITIES; ++slot) {
         SnmpCommunity community = {};
         if (int code = sal_snmp_com2sec_get(slot, &community))
@@ -31,7 +31,7 @@ int snmp_communities_report(cJSON* communities) {
             continue;
         cJSON* item = createJsonObject();
         addJsonObjectStringItem(item, "name", community.name);
-        addJsonObjectIntItem(item, "access", static_cast<int32_t>(community.right) + 1);
+        addJsonObjectIntItem(item, "access", one_based(static_cast<int>(community.right)));
         addJsonArrayItem(communities, item);
     }
     return 0;
@@ -65,7 +65,7 @@ int find_event(const char* community, bool* found) {
 }
 
 // `*viewless` is raised for a group that may neither read nor write.
-int group_delete(const char* name, int model, bool* viewless) {
+int delete_group(const char* name, int model, bool* viewless) {
     int index = SNMP_NO_INDEX;
     SnmpGroup group = {};
     if (int code = sal_snmp_groupIndex_get(name, model, &index))
@@ -79,16 +79,16 @@ int group_delete(const char* name, int model, bool* viewless) {
     return sal_snmp_group_del(group.community, static_cast<int>(group.model));
 }
 
-int groups_delete(const char* name) {
+int delete_groups(const char* name) {
     bool viewless = false;
     for (int model : models) {
-        if (int code = group_delete(name, model, &viewless))
+        if (int code = delete_group(name, model, &viewless))
             return code;
     }
     return viewless ? ERROR_NO_VIEW : 0;
 }
 
-int access_delete(const char* group, int model) {
+int delete_access(const char* group, int model) {
     int index = SNMP_NO_INDEX;
     SnmpAccess access = {};
     if (int code = sal_snmp_accessIndex_get(group, model, &index))
@@ -116,15 +116,15 @@ int check_deletable(const char* name) {
     return ERROR_REFUSED;
 }
 
-int community_delete(const char* name, const char* group) {
+int delete_community(const char* name, const char* group) {
     if (int code = check_deletable(name))
         return code;
     if (int code = sal_snmp_com2sec_del(name))
         return code;
-    if (int code = groups_delete(name))
+    if (int code = delete_groups(name))
         return code;
     for (int model : models) {
-        if (int code = access_delete(group, model))
+        if (int code = delete_access(group, model))
             return code;
     }
     return 0;
@@ -145,7 +145,7 @@ int check_addable(const char* group) {
     return sal_snmp_basic_accessAdd_test(group);
 }
 
-int access_add(const char* group, int model, const char* view, int access) {
+int add_access(const char* group, int model, const char* view, int access) {
     SnmpAccess record = {};
     snprintf(record.group, sizeof record.group, "%s", group);
     record.model = static_cast<uint32_t>(model);
@@ -155,7 +155,7 @@ int access_add(const char* group, int model, const char* view, int access) {
     return sal_snmp_access_add(&record);
 }
 
-int records_add(const char* name, const char* group, const char* view, int access) {
+int add_records(const char* name, const char* group, const char* view, int access) {
     SnmpCommunity community = {};
     snprintf(community.name, sizeof community.name, "%s", name);
     community.right = access == CLOUD_READ_WRITE ? SNMP_READ_WRITE : SNMP_READ_ONLY;
@@ -166,19 +166,19 @@ int records_add(const char* name, const char* group, const char* view, int acces
             return code;
     }
     for (int model : models) {
-        if (int code = access_add(group, model, view, access))
+        if (int code = add_access(group, model, view, access))
             return code;
     }
     return 0;
 }
 
-int community_add(const char* name, const char* group, int access) {
+int add_community(const char* name, const char* group, int access) {
     SnmpView view = {};
     if (int code = sal_snmp_view_get(0, &view))
         return code;
     if (int code = check_addable(group))
         return code;
-    if (int code = records_add(name, group, view.name, access))
+    if (int code = add_records(name, group, view.name, access))
         return code;
     return sal_snmp_restart();
 }
@@ -186,39 +186,41 @@ int community_add(const char* name, const char* group, int access) {
 // --- Items.
 
 // What is wrong with an item in itself, or 0.
-int item_fault(const char* name, int action, int access) {
+int find_fault(const char* name, int action, int access) {
     if (!name)
         return ERROR_BAD_VALUE;
     if (sal_util_isInValidStr_ret(name))
         return ERROR_BAD_NAME;
     bool known_access = access == CLOUD_READ_ONLY || access == CLOUD_READ_WRITE;
-    return action == ADD && !known_access ? ERROR_BAD_VALUE : 0;
+    return action == SNMP_ADD && !known_access ? ERROR_BAD_VALUE : 0;
 }
 
-int item_set(const cJSON* item) {
-    int found;
-    int action = getJsonIntValueForKey(item, "action", &found);
-    int access = getJsonIntValueForKey(item, "access", &found);
+int set_item(const cJSON* item) {
+    int action = 0;
+    int access = 0;
     const char* name = getJsonStringValueForKey(item, "name");
-    if (action != ADD && action != DELETE)
+    read_int(item, "action", &action);
+    read_int(item, "access", &access);
+    if (action != SNMP_ADD && action != SNMP_DELETE)
         return 0;
     if (name && strlen(name) > SNMP_COMMUNITY_LENGTH)
         return ERROR_NAME_TOO_LONG;
-    if (int code = item_fault(name, action, access)) {
+    if (int code = find_fault(name, action, access)) {
         record_error(code);
         return 0;
     }
     char group[SNMP_NAME_SIZE];
     snprintf(group, sizeof group, "NS_group_%s", name);
-    int code = action == ADD ? community_add(name, group, access) : community_delete(name, group);
+    int code =
+        action == SNMP_ADD ? add_community(name, group, access) : delete_community(name, group);
     return code ? record_error(code) : 0;
 }
 
 } // namespace
 
-int snmp_communities_set(const cJSON* communities) {
+int set_snmp_communities(const cJSON* communities) {
     for (const cJSON* item = getJsonChild(communities); item; item = getJsonNext(item)) {
-        if (int code = item_set(item))
+        if (int code = set_item(item))
             return code;
     }
     return 0;

@@ -6,8 +6,8 @@
 
 // Fills the "communities" array. Returns 0 or the code of the first read that failed, which is not
 // recorded.
-int snmp_communities_report(cJSON* communities);
+int report_snmp_communities(cJSON* communities);
 
 // Adds and deletes communities in the order of the items. Returns 0 or the code at which it
 // stopped; every code is recorded but that of a name that is too long.
-int snmp_communities_set(const cJSON* communities);
+int set_snmp_communities(const cJSON* communities);

@@ -1,4 +1,4 @@
-// "trap" of "snmp"; see snmp_targets.h.
+// "trap" of "snmp": a target is read whole and judged before it is given to the platform.
 #include "sections/snmp_targets.h"
 
 #include <stdint.h>
@@ -6,12 +6,11 @@
 #include <string.h>
 
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/snmp.h"
+#include "sections/section.h"
+#include "sections/snmp.h"
 
 namespace {
-
-enum { ADD = 1, DELETE = 2 };
 
 enum { DEFAULT_UDP = 162, DEFAULT_TIMEOUT = 15, DEFAULT_RETRY = 3 };
 enum { LONGEST_TIMEOUT = 300, MOST_RETRIES = 255 };
@@ -20,15 +19,15 @@ const char* const version_names[] = {"v1", "v2c", "v3"}; // by SNMP_VERSION_...
 
 // --- Report.
 
-const char* version_name(uint32_t version) {
+const char* find_version_name(uint32_t version) {
     return version <= SNMP_VERSION_V3 ? version_names[version] : "unknown";
 }
 
-void target_report(cJSON* targets, const SnmpTarget& target) {
+void report_target(cJSON* targets, const SnmpTarget& target) {
     bool informs = target.type == SNMP_INFORM_V2C || target.type == SNMP_INFORM_V3;
     cJSON* item = createJsonObject();
     addJsonObjectStringItem(item, "host", target.host);
-    addJsonObjectStringItem(item, "version", version_name(target.version));
+    addJsonObjectStringItem(item, "version", find_version_name(target.version));
     addJsonObjectStringItem(item, "notify_type", informs ? "informs" : "traps");
     addJsonObjectStringItem(
         item, "community_name", target.version == SNMP_VERSION_V3 ? "" : target.community);
@@ -42,13 +41,13 @@ void target_report(cJSON* targets, const SnmpTarget& target) {
 
 } // namespace
 
-int snmp_targets_report(cJSON* targets) {
+int report_snmp_targets(cJSON* targets) {
     for (int slot = 0; slot < SNMP_TARGETS; ++slot) {
         SnmpTarget target = {};
         if (int code = sal_snmp_target_get(slot, &target))
             return record_error(code);
         if (target.host[0])
-            target_report(targets, target);
+            report_target(targets, target);
     }
     return 0;
 }
@@ -86,57 +85,57 @@ bool read_kind(const cJSON* item, SnmpTarget* target) {
 }
 
 // False for a text that does not fit: a host that is cut is another host.
-bool read_text(const char* text, char* field, size_t size) {
+bool copy_text(const char* text, char* field, size_t size) {
     return snprintf(field, size, "%s", text) < static_cast<int>(size);
 }
 
 bool read_texts(const cJSON* item, SnmpTarget* target) {
     const char* host = getJsonStringValueForKey(item, "host");
     const char* community = getJsonStringValueForKey(item, "community_name");
-    return host && read_text(host, target->host, sizeof target->host) &&
-           read_text(community ? community : "", target->community, sizeof target->community);
+    return host && copy_text(host, target->host, sizeof target->host) &&
+           copy_text(community ? community : "", target->community, sizeof target->community);
 }
 
-int number_or(const cJSON* item, const char* key, int otherwise) {
-    int found;
-    int number = getJsonIntValueForKey(item, key, &found);
-    return found ? number : otherwise;
+int read_number(const cJSON* item, const char* key, int otherwise) {
+    int number = otherwise;
+    read_int(item, key, &number);
+    return number;
 }
 
 // Timeout and retries are judged by their low 16 bits, which are what the platform gets.
 bool read_numbers(const cJSON* item, SnmpTarget* target) {
-    target->udp = static_cast<uint32_t>(number_or(item, "udp", DEFAULT_UDP));
-    target->timeout = static_cast<uint16_t>(number_or(item, "timeout", DEFAULT_TIMEOUT));
-    target->retry = static_cast<uint16_t>(number_or(item, "retry", DEFAULT_RETRY));
+    target->udp = static_cast<uint32_t>(read_number(item, "udp", DEFAULT_UDP));
+    target->timeout = static_cast<uint16_t>(read_number(item, "timeout", DEFAULT_TIMEOUT));
+    target->retry = static_cast<uint16_t>(read_number(item, "retry", DEFAULT_RETRY));
     return target->timeout >= 1 && target->timeout <= LONGEST_TIMEOUT && target->retry >= 1 &&
            target->retry <= MOST_RETRIES;
 }
 
-int item_apply(const SnmpTarget& target, int action) {
-    if (action == ADD)
+int apply_item(const SnmpTarget& target, int action) {
+    if (action == SNMP_ADD)
         return sal_snmp_target_add(&target);
     int version = static_cast<int>(target.version);
     return sal_snmp_target_del(target.host, version, static_cast<int>(target.type));
 }
 
-int item_set(const cJSON* item) {
+int set_item(const cJSON* item) {
     SnmpTarget target = {};
-    int action = number_or(item, "action", 0);
-    bool good = (action == ADD || action == DELETE) && read_texts(item, &target) &&
+    int action = read_number(item, "action", 0);
+    bool good = (action == SNMP_ADD || action == SNMP_DELETE) && read_texts(item, &target) &&
                 read_kind(item, &target) && read_numbers(item, &target);
     if (!good) {
         record_error(ERROR_BAD_VALUE);
         return 0;
     }
-    int code = item_apply(target, action);
+    int code = apply_item(target, action);
     return code ? record_error(code) : 0;
 }
 
 } // namespace
 
-int snmp_targets_set(const cJSON* targets) {
+int set_snmp_targets(const cJSON* targets) {
     for (const cJSON* item = getJsonChild(targets); item; item = getJsonNext(item)) {
-        if (int code = item_set(item))
+        if (int code = set_item(item))
             return code;
     }
     return 0;

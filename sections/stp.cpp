@@ -1,11 +1,11 @@
-// "stp"; see stp.h.
+// "stp": the settings of the bridge, three steps in a fixed order.
 #include "sections/stp.h"
 
 #include <stdio.h>
 
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/stp.h"
+#include "sections/section.h"
 
 namespace {
 
@@ -57,33 +57,17 @@ int vxc_stp_get(cJSON* system) {
 
 namespace {
 
-int enable_set(const cJSON* stp) {
-    int found;
-    int enable = getJsonBoolValueForKey(stp, "enable", &found);
-    return found ? sal_stp_enable_set(enable != JSON_FALSE) : 0;
+int set_force_version(int version) {
+    if (version < CLOUD_STP || version > CLOUD_MSTP)
+        return 0;
+    return sal_stp_forceVersion_set(version == CLOUD_STP ? STP_FORCE_STP : version);
 }
 
-int force_version_set(const cJSON* stp) {
-    int found;
-    int version = getJsonIntValueForKey(stp, "force_version", &found);
-    if (!found || version < CLOUD_STP || version > CLOUD_MSTP)
-        return 0;
-    if (version == CLOUD_STP)
-        version = STP_FORCE_STP;
-    return sal_stp_forceVersion_set(version);
-}
-
-int priority_set(const cJSON* stp) {
-    int found;
-    int priority = getJsonIntValueForKey(stp, "priority", &found);
-    if (!found)
-        return 0;
+int set_priority(int priority) {
     if (priority < 0 || priority > STP_HIGHEST_PRIORITY || priority % STP_PRIORITY_STEP)
         return ERROR_BAD_PRIORITY;
     return sal_stp_priority_set(priority);
 }
-
-int (*const steps[])(const cJSON* stp) = {enable_set, force_version_set, priority_set};
 
 } // namespace
 
@@ -91,9 +75,11 @@ int vxc_stp_set(const cJSON* system) {
     const cJSON* stp = getJsonObjectForKey(system, "stp");
     if (!stp)
         return 0;
-    for (auto step : steps) {
-        if (int code = step(stp))
-            return record_error(code);
-    }
+    if (int code = apply_bool(stp, "enable", sal_stp_enable_set))
+        return record_error(code);
+    if (int code = apply_int(stp, "force_version", set_force_version))
+        return record_error(code);
+    if (int code = apply_int(stp, "priority", set_priority))
+        return record_error(code);
     return 0;
 }

@@ -1,7 +1,8 @@
-// "summary_info"; see summary.h.
+// "summary_info": read whole, then reported.
 #include "sections/summary.h"
 
 #include "base/errors.h"
+#include "base/ports.h"
 #include "base/validators.h"
 #include "json/json_document.h"
 #include "platform/system.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-enum { NAME_SIZE = 256, ADDRESS_TEXT_SIZE = 32, GROUPS = 8 };
+enum { NAME_SIZE = 256, ADDRESS_TEXT_SIZE = 32 };
 
 // What the platform tells; read whole before anything of it is reported.
 struct Summary {
@@ -22,13 +23,11 @@ struct Summary {
     int32_t active_ports;
 };
 
-int physical_ports() { return sys_logic_port_num_ret() - GROUPS; }
-
 } // namespace
 
 int vxc_active_port_count(int32_t* count) {
     *count = 0;
-    for (int port = 0, ports = physical_ports(); port < ports; ++port) {
+    for (int port = 0, ports = first_group_port(); port < ports; ++port) {
         if (sys_port_linkStatus_ret(port))
             ++*count;
     }
@@ -81,7 +80,7 @@ int vxc_summary_get(cJSON* system) {
     addJsonObjectStringItem(info, "mac", summary.mac);
     addJsonObjectStringItem(info, "firmware_version", fds_sys_version_ret());
     addJsonObjectIntItem(info, "uptime_seconds", static_cast<int32_t>(summary.uptime / 100));
-    addJsonObjectIntItem(info, "total_ports", physical_ports());
+    addJsonObjectIntItem(info, "total_ports", first_group_port());
     addJsonObjectIntItem(info, "active_ports", summary.active_ports);
     addJsonObjectStringItem(info, "ip", summary.ip);
     addJsonObjectStringItem(info, "gateway_ip", summary.gateway);
