@@ -1,4 +1,5 @@
-"""Who may include whom, checked on every #include of the agent, the simulated switch and the lab."""
+"""Who may include whom, checked on every #include of the agent, the judge, the simulated switch and
+the lab."""
 import pathlib
 import re
 import sys
@@ -17,6 +18,7 @@ MAY_INCLUDE = {
     "sim/chip": ("sim/instruments", "driver", "platform"),
     "sim/library": ("sim/chip", "sim/instruments", "driver", "platform"),
     "sim/edges": ("sim/library", "sim/chip", "sim/instruments", "driver", "platform"),
+    "judge": ("driver", "platform"),
     "lab": (),
 }
 # What every section may use, and is no section itself.
