@@ -43,9 +43,9 @@ typedef struct StpInstance {
     uint8_t reserved_24[22];
     uint16_t root_port; // 0 when this bridge is the root
     uint8_t reserved_48[8];
-    uint16_t hello_time;
-    uint16_t maximum_age;
-    uint16_t forward_delay;
+    uint16_t hello_time;    // 1 to 10
+    uint16_t maximum_age;   // 6 to 40
+    uint16_t forward_delay; // 4 to 30
     uint8_t reserved_62[66];
 } StpInstance;
 

@@ -20,7 +20,7 @@ int sal_vxcloud_fallback_host_get(char* host);
 int sal_vxcloud_connkeeper_host_set(const char* host);
 int sal_vxcloud_connkeeper_host_get(char* host);
 
-// Seconds between two check-ins.
+// Seconds between two check-ins. 60 to 3600 are taken.
 int sal_vxcloud_checkin_interval_set(int32_t seconds);
 int sal_vxcloud_checkin_interval_get(int32_t* seconds);
 

@@ -2,6 +2,7 @@
 #include "platform/diag.h"
 
 #include "driver/cablediag.h"
+#include "platform/trunk.h"
 #include "sim/library/call.h"
 
 using namespace sim;
@@ -10,7 +11,7 @@ int sal_cablediag_copper_set(int port) {
     return call(
         "sal_cablediag_copper_set",
         [&](Switch& s) -> int {
-            if (!s.has_port(port))
+            if (port < 0 || port >= s.logical_ports() - TRUNK_GROUPS)
                 return code_no_port;
             return rsd_cablediag_copper_set(static_cast<uint32_t>(port));
         },
