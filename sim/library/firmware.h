@@ -34,9 +34,9 @@ class Flash {
     std::string booted_version() const;
 
     std::string read(int partition) const; // nothing for an empty partition
-    [[nodiscard]] bool write(int partition, const std::string& image) const;
+    bool write(int partition, const std::string& image) const;
     int selected() const;
-    [[nodiscard]] bool select(int partition) const;
+    bool select(int partition) const;
 
   private:
     std::filesystem::path file(int partition) const {

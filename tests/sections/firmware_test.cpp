@@ -48,7 +48,7 @@ class Firmware : public OnBoard {
     ~Firmware() override { mutex_is(PTHREAD_MUTEX_NORMAL, PTHREAD_MUTEX_STALLED); }
 
     static void offer(sim::Board& board, const std::string& path, const std::string& image) {
-        sim::write_atomically(board.path(path), image);
+        EXPECT_TRUE(sim::write_atomically(board.path(path), image));
     }
     sim::Flash flash() const { return sim::Flash(board.root()); }
     void drop_image(int partition) { flash().write(partition, ""); }
@@ -553,14 +553,14 @@ TEST(Flash, a_restart_of_the_agent_alone_starts_no_other_image) {
         sim::Board board(folder.path());
         sim::Flash(folder.path()).select(1);
         board.start_agent_again = [] {};
-        board.restart_agent();
+        EXPECT_TRUE(board.restart_agent());
     }
     sim::Board board(folder.path());
     EXPECT_STREQ(fds_sys_version_ret(), "1.0.0");
 }
 
 TEST_F(OnBoard, a_download_stays_on_the_board_and_knows_its_schemes) {
-    sim::write_atomically(folder.path().parent_path() / "vx_outside", "x");
+    EXPECT_TRUE(sim::write_atomically(folder.path().parent_path() / "vx_outside", "x"));
     EXPECT_EQ(sal_fwImage_download("/tmp/image", "file:///../vx_outside"), 1);
     EXPECT_EQ(sal_fwImage_download("/tmp/image", "tftp://localhost/image"), 3);
     EXPECT_EQ(sal_fwImage_download("/tmp/image", ""), 3);

@@ -437,7 +437,7 @@ TEST_F(LldpSection, neighbours_come_from_a_scenario_and_timers_from_the_startup_
             report_of(vxc_lldp_get_remote_device_info).text,
             R"({"remote":[)" + peer_text(4, "wire") + "]}");
         EXPECT_EQ(set(R"({"enable":false,"transmission_interval":100,"transmit_delay":25})"), 0);
-        first.save_startup_config();
+        EXPECT_TRUE(first.save_startup_config());
     }
     sim::Board second(other.path() / "board", scenario);
     EXPECT_EQ(second.device.lldp.interval, 100u);

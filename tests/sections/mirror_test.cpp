@@ -324,7 +324,7 @@ TEST_F(Mirror, a_report_fed_back_changes_nothing_where_all_groups_are_on) {
 TEST_F(Mirror, groups_are_in_the_startup_configuration_and_back_in_the_chip_after_it) {
     second_group_on(board);
     std::string before = report_of(vxc_mirror_get).text;
-    board.save_startup_config();
+    EXPECT_TRUE(board.save_startup_config());
     sim::Board again(folder.path());
     EXPECT_EQ(report_of(vxc_mirror_get).text, before);
     auto chip = again.device.chip.state().mirrors[1];

@@ -580,7 +580,7 @@ TEST_F(Snmp, the_tables_survive_a_restart_of_the_switch) {
         sim::Board first(kept.path());
         Json ops(std::string(R"({"snmp": {"communities": )") + add_ops + "}}");
         EXPECT_EQ(vxc_snmp_set(ops), 0);
-        first.save_startup_config();
+        EXPECT_TRUE(first.save_startup_config());
     }
     sim::Board second(kept.path());
     EXPECT_EQ(second.device.snmp.communities[1].name, "ops");

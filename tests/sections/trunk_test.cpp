@@ -642,7 +642,7 @@ TEST_F(Trunk, groups_are_in_the_startup_configuration) {
     EXPECT_EQ(set(R"([{"id":1,"mode":1,"members":"1-3"},{"id":3,"mode":2,"members":"7,9"}])"), 0);
     std::string before = report_of(vxc_trunk_get).text;
     EXPECT_EQ(before, report({group_text(1, 1, "1-3"), group_text(2), group_text(3, 2, "7,9")}));
-    board.save_startup_config();
+    EXPECT_TRUE(board.save_startup_config());
     sim::Board again(folder.path());
     EXPECT_EQ(report_of(vxc_trunk_get).text, before);
     EXPECT_EQ(again.device.trunks.active[2].words[0], 0x140u);

@@ -382,7 +382,7 @@ TEST_F(VoiceVlan, everything_is_in_the_startup_configuration) {
     put_vendor(4, 0x04, "Four");
     device.voice_vlan.ports[3] = {true, 1};
     std::string before = report_of(vxc_voice_vlan_get).text;
-    board.save_startup_config();
+    EXPECT_TRUE(board.save_startup_config());
     sim::Board again(folder.path());
     EXPECT_EQ(report_of(vxc_voice_vlan_get).text, before);
     EXPECT_TRUE(again.device.voice_vlan.ports[3].enable);

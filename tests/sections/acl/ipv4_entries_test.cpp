@@ -367,7 +367,7 @@ TEST_F(AceIpv4s, entries_and_their_ranges_are_kept_in_the_startup_configuration)
     create(tcp_entry);
     apply(R"("sequence":9,"method":0)"); // so that the place of the range is another one
     std::string before = report_of(ace_ipv4_get).text;
-    board.save_startup_config();
+    EXPECT_TRUE(board.save_startup_config());
     sim::Board again(folder.path());
     EXPECT_EQ(report_of(ace_ipv4_get).text, before);
     EXPECT_EQ(again.device.chip.state().l4_ranges[0].users, 1u);

@@ -232,7 +232,7 @@ TEST_F(AceMacs, a_mask_modified_where_there_is_no_address_is_not_looked_at) {
 TEST_F(AceMacs, entries_are_kept_in_the_startup_configuration) {
     start_with(full_entry);
     bind(ACL_MAC, "A", 3);
-    board.save_startup_config();
+    EXPECT_TRUE(board.save_startup_config());
     sim::Board again(folder.path());
     ASSERT_EQ(again.device.acl.lists.size(), 1u);
     EXPECT_EQ(sim::show_ace(again.device.acl.lists[0].entries[0]), full_entry_shown);
