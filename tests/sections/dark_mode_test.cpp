@@ -8,6 +8,9 @@
 
 namespace {
 
+// Before any test resets the agent.
+const std::uint32_t mode_of_a_new_process = saved_led_mode;
+
 const std::string led_read = "sal_swctrl_poe_led_mode_get() = 0";
 
 std::string led_write(int mode) {
@@ -103,6 +106,8 @@ TEST_F(DarkMode, false_changes_nothing_in_lan_and_poe_mode) {
 }
 
 TEST_F(DarkMode, false_after_a_restart_in_the_dark_stays_dark) {
+    EXPECT_EQ(mode_of_a_new_process, 7u);
+    saved_led_mode = mode_of_a_new_process;
     debug_flag = 1;
     device.leds.mode = LED_MODE_DARK;
     EXPECT_EQ(set("false"), 0);

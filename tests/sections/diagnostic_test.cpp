@@ -301,6 +301,32 @@ TEST_F(Diagnostic, every_call_of_a_ping_and_its_prescribed_outcome) {
     EXPECT_EQ(runs[0].calls_after, Lines{});
 }
 
+TEST_F(Diagnostic, a_command_is_running_until_it_returns) {
+    std::vector<std::uint32_t> seen;
+    board.clock.on_sleep = [&](unsigned) {
+        seen.push_back(ping_status);
+        seen.push_back(traceroute_status);
+        return 0u;
+    };
+    EXPECT_EQ(ping(R"({"host":"host.example","count":2,"interval":1})"), 0);
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen, (std::vector<std::uint32_t>{DIAGNOSTIC_RUNNING, DIAGNOSTIC_IDLE}));
+    EXPECT_EQ(ping_status, static_cast<std::uint32_t>(DIAGNOSTIC_READY));
+    seen.clear();
+    EXPECT_EQ(traceroute(R"({"host":"10.9.9.9","hops":2})"), 0); // which nobody answers
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen[0], static_cast<std::uint32_t>(DIAGNOSTIC_READY));
+    EXPECT_EQ(seen[1], static_cast<std::uint32_t>(DIAGNOSTIC_RUNNING));
+    EXPECT_EQ(traceroute_status, static_cast<std::uint32_t>(DIAGNOSTIC_READY));
+}
+
+TEST_F(Diagnostic, every_traceroute_writes_to_the_file_of_number_0) {
+    uid = 5;
+    EXPECT_EQ(traceroute(R"({"host":"host.example","hops":2})"), 0);
+    EXPECT_EQ(uid, 0u);
+    EXPECT_TRUE(exists(trace_path));
+}
+
 TEST_F(Diagnostic, of_two_pings_before_a_report_only_the_first_runs) {
     EXPECT_EQ(ping(R"({"host":"192.168.1.1","count":1})"), 0);
     EXPECT_EQ(ping(R"({"host":"192.168.1.20","count":1})"), 0);

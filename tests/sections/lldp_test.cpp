@@ -341,11 +341,14 @@ TEST_F(LldpSection, the_limits_of_each_value_and_of_their_pairs) {
         {R"({"transmission_interval":7,"transmit_delay":2})", false},
         {R"({"holdtime_multiplier":10,"transmission_interval":6554})", false},
         {R"({"holdtime_multiplier":10,"transmission_interval":6553})", true},
+        {R"({"holdtime_multiplier":3,"transmission_interval":21845})", true}, // 65535 seconds
+        {R"({"holdtime_multiplier":3,"transmission_interval":21846})", false},
         {R"({"holdtime_multiplier":2,"transmission_interval":32767})", true},
         {R"({"holdtime_multiplier":2,"transmission_interval":32768})", false},
         {R"({"transmission_interval":5,"transmit_delay":1})", true},
         {R"({"transmission_interval":4,"transmit_delay":1})", false},
         {R"({"transmission_interval":0})", false},
+        {R"({"transmission_interval":65566})", false}, // 30 in 16 bits
         {R"({"transmission_interval":-1})", false},
         {R"({"transmission_interval":2147483647})", false},
         {R"({"transmission_interval":-2147483648})", false},

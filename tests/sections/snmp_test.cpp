@@ -467,6 +467,8 @@ TEST_F(Snmp, target_values_outside_the_rules_are_refused_with_19) {
         good + R"("timeout": 65536)",
         good + R"("retry": 0)",
         good + R"("retry": 256)",
+        good + R"("retry": 257)",
+        good + R"("timeout": 65837)", // 301 in 16 bits
         R"("action": 1, "community_name": "x", "version": "v1", "notify_type": "traps")",
         R"("action": 3, "host": "a", "community_name": "x", "version": "v1", "notify_type": "traps")",
         R"("host": "a", "community_name": "x", "version": "v1", "notify_type": "traps")",

@@ -54,6 +54,15 @@ TEST_F(Stp, a_root_priority_field_of_0x8001_is_reported_as_32768) {
     EXPECT_EQ(getJsonIntValueForKey(root, "priority", &found), 32768);
 }
 
+TEST_F(Stp, the_bridges_own_priority_is_reported_with_all_its_bits) {
+    hear_root();
+    device.stp.priority = 0x9003;
+    Json document(createJsonObject());
+    EXPECT_EQ(vxc_stp_get(document), 0);
+    int found = 0;
+    EXPECT_EQ(getJsonIntValueForKey(document["stp"], "priority", &found), 0x9003);
+}
+
 TEST_F(Stp, force_versions_are_reported_as_the_cloud_counts_them) {
     const int reported[][2] = {{0, 1}, {2, 2}, {3, 3}};
     for (auto [platform, cloud] : reported) {

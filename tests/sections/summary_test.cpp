@@ -13,6 +13,12 @@ class SummarySection : public OnBoard {
         return vxc_summary_set(document);
     }
     int rename(const std::string& name) { return set("{\"device_name\": \"" + name + "\"}"); }
+    static int uptime() {
+        Json document(createJsonObject());
+        EXPECT_EQ(vxc_summary_get(document), 0);
+        int found = 0;
+        return getJsonIntValueForKey(document["summary_info"], "uptime_seconds", &found);
+    }
     void plug(const std::vector<std::size_t>& ports) {
         device.chip.change([&](sim::ChipState& chip) {
             for (sim::ChipPort& port : chip.ports)
@@ -67,8 +73,23 @@ TEST_F(SummarySection, any_failure_but_the_gateways_leaves_the_report_without_it
 }
 
 TEST_F(SummarySection, uptime_is_cut_to_whole_seconds) {
-    board.clock.restart(123.45);
-    EXPECT_NE(report_of(vxc_summary_get).text.find(R"("uptime_seconds":123,)"), std::string::npos);
+    for (double seconds : {123.0, 123.45, 123.99}) {
+        board.clock.restart(seconds);
+        EXPECT_EQ(uptime(), 123) << seconds;
+    }
+    // Hundredths from 2^31 on, which a switch has after 248 days.
+    board.clock.restart(30000000.5);
+    EXPECT_EQ(uptime(), 30000000);
+    board.clock.restart(42949672.95);
+    EXPECT_EQ(uptime(), 42949672);
+}
+
+TEST_F(SummarySection, the_longest_name_is_reported_whole) {
+    device.system.name = std::string(255, 'n');
+    Json document(createJsonObject());
+    EXPECT_EQ(vxc_summary_get(document), 0);
+    EXPECT_EQ(
+        getJsonStringValueForKey(document["summary_info"], "device_name"), device.system.name);
 }
 
 TEST_F(SummarySection, links_are_counted_on_ports_0_to_19_only) {
