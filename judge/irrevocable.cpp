@@ -41,10 +41,12 @@ void reset_ports() {
 
 // Traffic goes on, so that a counter is small rather than 0.
 void clear_counters() {
+    std::uint64_t counted = 0;
     for (int p = 0; p < port_count(); ++p) {
         std::uint64_t before = 0;
         std::uint64_t after = 0;
         bench->works(ASK(sal_mib_etherStatsOctets_get, p, &before), "a counter");
+        counted += before;
         bench->works(ASK(sal_mib_cntr_clr, p), "clears the counters of a port");
         bench->works(ASK(sal_mib_etherStatsOctets_get, p, &after), "a counter");
         bench->holds(
@@ -53,6 +55,8 @@ void clear_counters() {
     }
     for (int wrong : {-1, port_count()})
         bench->refuses(ASK(sal_mib_cntr_clr, wrong), port.says);
+    if (counted == 0)
+        bench->remark("no port has counted anything: that a clear clears was not seen");
 }
 
 void test_cables() {
@@ -112,6 +116,10 @@ void write_firmware(const std::string& url) {
     bool had_one = ASK(sal_sys_fwImageHdrInfo_get, other, &length, &built, digest, version) == 0;
     if (had_one)
         bench->works(ASK(sal_sys_fwImage_backup, other, kept), "reads a partition back");
+    bench->refuses(
+        ASK(sal_fwImage_download, image, "http://127.0.0.1:1/none"), "fetches an image from `url`");
+    bench->works(
+        ASK(sal_sys_fwImageLock_give), "the caller of a failed download gives the lock back");
     if (bench->works(ASK(sal_fwImage_download, image, url.c_str()), "fetches an image")) {
         bench->works(ASK(sal_sys_fwImage_write, image, other), "writes it to a partition");
         bench->works(

@@ -49,6 +49,12 @@ Parameter output(const std::string& name, const std::string& says) {
     return p;
 }
 
+Parameter number_output(const std::string& name, const std::string& says) {
+    Parameter p = output(name, says);
+    p.is_whole = true;
+    return p;
+}
+
 template <class Unsigned> Number load(const Byte* bytes) {
     Unsigned number;
     std::memcpy(&number, bytes, sizeof number);
@@ -163,7 +169,7 @@ const Parameter vlan = asked(
     });
 
 Parameter gives(const Parameter& range) {
-    Parameter p = output(range.name, range.says);
+    Parameter p = number_output(range.name, range.says);
     p.fault = [range](const Byte* bytes, std::size_t size) -> std::string {
         Number number = read_number(bytes, size);
         Numbers good = range.good();
@@ -175,7 +181,7 @@ Parameter gives(const Parameter& range) {
 }
 
 Parameter gives_number(const std::string& name, Number low, Number high) {
-    Parameter p = output(name, range_text(low, high));
+    Parameter p = number_output(name, range_text(low, high));
     p.fault = [name, low, high](const Byte* bytes, std::size_t size) {
         return outside(name, read_number(bytes, size), low, high);
     };
@@ -188,7 +194,7 @@ Parameter gives_one_of(const std::string& name, const Numbers& values) {
     return gives(one_of(name, values));
 }
 
-Parameter gives_any(const std::string& name) { return output(name, "a number"); }
+Parameter gives_any(const std::string& name) { return number_output(name, "a number"); }
 
 Parameter gives_text(const std::string& name, std::size_t size) {
     Parameter p = output(name, "terminated within " + std::to_string(size) + " bytes");
@@ -198,7 +204,7 @@ Parameter gives_text(const std::string& name, std::size_t size) {
 }
 
 Parameter gives_bytes(const std::string& name, std::size_t size) {
-    Parameter p = output(name, std::to_string(size) + " bytes");
+    Parameter p = number_output(name, std::to_string(size) + " bytes");
     p.size = size;
     return p;
 }

@@ -29,6 +29,7 @@ struct Parameter {
     // An output.
     std::size_t size = 0;  // bytes; of a number or record that of its type
     bool is_text = false;  // NUL-terminated within `size`
+    bool is_whole = false; // every byte of it is written, as of a number
     bool varies = false;   // a measurement: two calls may differ
     bool may_stay = false; // a successful call may leave it as it was
     std::size_t given = 0; // bytes at its start that go in

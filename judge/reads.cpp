@@ -18,6 +18,14 @@ bool is_untouched(const Parameter& parameter, const Guarded& buffer, Byte fill) 
 
 std::string with_name(const Parameter& parameter) { return parameter.name + ": " + parameter.says; }
 
+// A byte that has both fillings was not written.
+bool has_gap(const Guarded& buffer, const Guarded& other) {
+    for (std::size_t i = 0; i < buffer.size(); ++i)
+        if (buffer.data()[i] == Guarded::filling && other.data()[i] == Guarded::other_filling)
+            return true;
+    return false;
+}
+
 void judge_bounds(const Operation& operation, const Outcome& outcome) {
     for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
         const Guarded& buffer = outcome.outputs[i];
@@ -38,6 +46,10 @@ void judge_output(const Parameter& parameter, const Guarded& buffer, const Guard
         return;
     if (!bench->holds(
             !unwritten, reason::not_written, with_name(parameter), "code 0, and nothing written"))
+        return;
+    if (parameter.is_whole && !bench->holds(
+                                  !has_gap(buffer, other), reason::not_written,
+                                  with_name(parameter), "a part of it was not written"))
         return;
     if (parameter.is_text)
         bench->holds(

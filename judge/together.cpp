@@ -6,7 +6,8 @@
 
 #include <atomic>
 #include <chrono>
-#include <map>
+#include <condition_variable>
+#include <mutex>
 #include <thread>
 
 #include "judge/changes.h"
@@ -17,7 +18,8 @@ namespace judge {
 namespace {
 
 constexpr int rounds = 3;
-constexpr int most_findings = 5; // more say no more
+constexpr std::size_t neighbours = 4;
+constexpr std::size_t most_findings = 5; // more say no more
 
 // A getter, inputs for it, and what it answers when it is called alone.
 struct Question {
@@ -40,33 +42,41 @@ std::vector<Question> questions(std::size_t most_inputs) {
     std::vector<Question> all;
     for (const Operation& operation : all_reads()) {
         std::vector<Numbers> inputs = good_inputs(operation.parameters);
-        std::size_t stride = inputs.size() / most_inputs + 1;
+        std::size_t stride = (inputs.size() + most_inputs - 1) / most_inputs;
         for (std::size_t i = 0; i < inputs.size(); i += stride)
             all.push_back({&operation, inputs[i], answer_to(operation, inputs[i])});
     }
     return all;
 }
 
+// Answers that are others than those to the same question alone.
 class Differences {
   public:
-    Differences(const char* why, const char* says) : why_(why), says_(says) {}
+    void note(const Question& question, const std::string& answer) {
+        bench->count_case();
+        if (answer == question.answer)
+            return;
+        std::lock_guard<std::mutex> guard(lock_);
+        if (suspects_.size() < most_findings)
+            suspects_.push_back({&question, answer, Bench::last()});
+    }
 
     // The switch may have changed meanwhile: it is asked again, alone.
-    void note(const Question& question, const std::string& answer) {
-        std::string call = Bench::last();
-        bench->count_case();
-        if (answer == question.answer || count_ >= most_findings)
-            return;
-        if (answer_to(*question.operation, question.inputs) == answer)
-            return;
-        ++count_;
-        bench->convict(why_, call, says_, "another answer than when it is called alone");
+    void settle(const char* why, const char* says) const {
+        for (const Suspect& suspect : suspects_)
+            if (answer_to(*suspect.question->operation, suspect.question->inputs) != suspect.answer)
+                bench->convict(
+                    why, suspect.call, says, "another answer than when it is called alone");
     }
 
   private:
-    const char* why_;
-    const char* says_;
-    std::atomic<int> count_{0};
+    struct Suspect {
+        const Question* question;
+        std::string answer;
+        std::string call;
+    };
+    std::mutex lock_;
+    std::vector<Suspect> suspects_;
 };
 
 // One of the two goes through the questions forwards, the other backwards: they meet.
@@ -74,6 +84,40 @@ void ask_all(const std::vector<Question>& all, bool forwards, Differences& diffe
     for (int round = 0; round < rounds; ++round)
         for (std::size_t i = 0; i < all.size() && !Bench::stopped(); ++i) {
             const Question& question = all[forwards ? i : all.size() - 1 - i];
+            differences.note(question, answer_to(*question.operation, question.inputs));
+        }
+}
+
+// Where the two threads wait for each other.
+class Meeting {
+  public:
+    void meet() {
+        std::unique_lock<std::mutex> guard(lock_);
+        unsigned round = round_;
+        if (++waiting_ == 2) {
+            waiting_ = 0;
+            ++round_;
+            both_.notify_all();
+            return;
+        }
+        both_.wait(guard, [&] { return round_ != round; });
+    }
+
+  private:
+    std::mutex lock_;
+    std::condition_variable both_;
+    int waiting_ = 0;
+    unsigned round_ = 0;
+};
+
+// Each getter beside its neighbours in the table, which are its family, at the same moment: what
+// they lock, they lock together.
+void ask_side_by_side(
+    const std::vector<Question>& all, bool first, Meeting& meeting, Differences& differences) {
+    for (std::size_t distance = 0; distance <= neighbours; ++distance)
+        for (std::size_t i = 0; i + distance < all.size(); ++i) {
+            const Question& question = all[first ? i : i + distance];
+            meeting.meet();
             differences.note(question, answer_to(*question.operation, question.inputs));
         }
 }
@@ -114,16 +158,22 @@ void sleep_until_handled() {
 } // namespace
 
 void judge_two_threads() {
-    Differences differences(reason::differs_at_once, "calls may come from two threads at once");
+    Differences differences;
     std::vector<Question> all = questions(8);
-    std::thread second = other_thread([&] { ask_all(all, false, differences); });
+    std::vector<Question> one_each = questions(1);
+    Meeting meeting;
+    std::thread second = other_thread([&] {
+        ask_side_by_side(one_each, false, meeting, differences);
+        ask_all(all, false, differences);
+    });
+    ask_side_by_side(one_each, true, meeting, differences);
     ask_all(all, true, differences);
     second.join();
+    differences.settle(reason::differs_at_once, "calls may come from two threads at once");
 }
 
 void judge_signal_handler() {
-    Differences differences(
-        reason::differs_in_handler, "calls may come from a signal handler on the main thread");
+    Differences differences;
     std::vector<Question> all = questions(4);
     asked_by_handler = &all;
     found_by_handler = &differences;
@@ -138,6 +188,8 @@ void judge_signal_handler() {
     sleep_until_handled();
     second.join();
     signal(SIGUSR1, SIG_IGN);
+    differences.settle(
+        reason::differs_in_handler, "calls may come from a signal handler on the main thread");
 }
 
 namespace {

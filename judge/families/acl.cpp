@@ -4,6 +4,7 @@
 #include <cstring>
 #include <map>
 
+#include "driver/acl.h"
 #include "judge/changes.h"
 #include "judge/family.h"
 #include "judge/ports.h"
@@ -198,7 +199,22 @@ void judge_unknown() {
     }
 }
 
+// Whether an index has a range is the driver's affair; a range that it does not have is no output.
+void judge_ranges() {
+    for (int index = 0; index <= UINT8_MAX; ++index) {
+        std::uint32_t words[3] = {0xA5A5A5A5, 0xA5A5A5A5, 0xA5A5A5A5};
+        int code =
+            ASK(sal_acl_l4port_range_get, static_cast<std::uint8_t>(index), &words[0], &words[1],
+                &words[2]);
+        bool touched = words[0] != 0xA5A5A5A5 || words[1] != words[0] || words[2] != words[0];
+        bench->holds(
+            code == 0 || !touched, reason::touched, "a failing call leaves its outputs unchanged",
+            "the range was written");
+    }
+}
+
 void agreement() {
+    judge_ranges();
     judge_bindings(judge_lists());
     judge_unknown();
 }
@@ -292,6 +308,32 @@ void judge_entry_refusals(const char* list, std::uint32_t of_type) {
         std::to_string(count) + " entries instead of 5");
 }
 
+// An entry with a range of ports, which the driver keeps for as long as the entry refers to it.
+void judge_range_entry(const char* list) {
+    AclPortRange range = {};
+    range.kind = 1;
+    range.first = 1024;
+    range.last = 2047;
+    std::uint8_t index = 0;
+    if (rsd_acl_l4port_range_set(&range, &index) != 0)
+        return bench->remark("the driver takes no port range: an entry with one is not judged");
+    Ace entry = entry_of(ACL_IPV4, 15);
+    entry.match.ipv4.protocol = 6;
+    entry.match.ipv4.destination_port.range = index;
+    entry.match.ipv4.destination_port.range_valid = 1;
+    if (!bench->works(ASK(sal_ace_entry_create, list, &entry), "adds an entry with a port range"))
+        return;
+    std::uint32_t kind = 0, first = 0, last = 0;
+    bench->works(
+        ASK(sal_acl_l4port_range_get, index, &kind, &first, &last), "the range of an entry");
+    bench->holds(
+        kind == range.kind && first == range.first && last == range.last, reason::not_stored,
+        "TCP, first and last port of the range",
+        std::to_string(kind) + ", " + std::to_string(first) + " to " + std::to_string(last));
+    judge_lists();
+    bench->works(ASK(sal_ace_entry_del, list, 15u), "deletes the entry of a sequence number");
+}
+
 std::string bound_at(int p, std::uint32_t of_type) {
     std::vector<AclPortBinding> table(ACL_PORTS);
     ASK(sal_acl_entry_portBinding_get, table.data());
@@ -363,6 +405,8 @@ void judge_list(std::uint32_t of_type) {
     judge_entry_creation(list, of_type);
     judge_lists();
     judge_entry_refusals(list, of_type);
+    if (of_type == ACL_IPV4)
+        judge_range_entry(list);
     if (p >= 0)
         judge_binding(list, of_type, p);
     bench->works(ASK(sal_ace_entry_del, list, 20u), "deletes the entry of a sequence number");

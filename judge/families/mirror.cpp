@@ -83,7 +83,7 @@ std::vector<int> groups_that_are_off() {
     return groups;
 }
 
-void expect(int number, const Session& wanted, const std::string& call) {
+void expect(int number, const Session& wanted, const std::string call) {
     Session found;
     bench->count_case();
     bool same = read(number, found) && found.state == wanted.state &&

@@ -1,7 +1,13 @@
 """The judge acquits the simulated switch, convicts a library that does nothing, and tells both."""
+import os
+import re
+import subprocess
 import xml.etree.ElementTree
 
-from judge_case import IRREVOCABLE, JUDGE_ON_NULL, JUDGE_ON_SIM, JudgeCase
+from judge_case import BUILD, IRREVOCABLE, JUDGE_ON_NULL, JUDGE_ON_SIM, SOURCE, JudgeCase
+from make_image import make_image
+
+NM = os.environ["VX_NM"]
 
 
 class Verdict(JudgeCase):
@@ -44,3 +50,43 @@ class Output(JudgeCase):
         for options in (["--family", "none"], ["--unknown"], ["word"], ["--timeout", "0"]):
             with self.subTest(options=options):
                 self.assertRaises(FileNotFoundError, self.judge, JUDGE_ON_SIM, *options, status=2)
+
+
+class Coverage(JudgeCase):
+    """The judge makes every call that the agent makes, and every other of the contract."""
+
+    AGENT = ("core", "transport", "sections", "driver", "json", "base")
+
+    def contract(self):
+        """The functions and tables that the headers of platform/ declare."""
+        names = set()
+        for header in (SOURCE / "platform").glob("*.h"):
+            text = re.sub(r"//.*", "", header.read_text())
+            names.update(re.findall(r"^(?:const )?\w+\*? (\w+)\([^;{]*\);", text, re.M))
+            names.update(re.findall(r"^extern const \w+ (\w+);", text, re.M))
+        return names
+
+    def called_by_agent(self):
+        archives = [BUILD / folder / f"libvx_{folder}.a" for folder in self.AGENT]
+        lines = subprocess.run([NM, "--undefined-only", *archives], check=True, text=True,
+                               capture_output=True).stdout.split("\n")
+        return {line.split()[-1] for line in lines if line.strip() and not line.endswith(":")}
+
+    def image(self):
+        """The URL of a firmware image, which lies on the board."""
+        (self.folder / "board/srv").mkdir(parents=True)
+        (self.folder / "board/srv/image.bix").write_bytes(make_image("9.9.9"))
+        return "file:///srv/image.bix"
+
+    def test_no_call_of_the_agent_is_missing_from_the_judge(self):
+        report = self.judge(JUDGE_ON_SIM, "--change", *IRREVOCABLE, "--firmware", self.image(),
+                            status=0)
+        saves = self.judge(JUDGE_ON_SIM, "--restart-test", status=0)
+        report["calls"].update(saves["calls"])
+        made = {name.split("[")[0].split(".")[0] for name in report["calls"]}
+        contract = self.contract()
+        agent = self.called_by_agent() & contract
+        self.assertGreater(len(agent), 150)
+        self.assertEqual(set(), agent - made)
+        self.assertEqual(set(), contract - made)
+
