@@ -14,6 +14,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "lab/private_file.h"
+
 namespace lab {
 
 namespace {
@@ -140,9 +142,9 @@ void save_authority(const Pair& authority, const fs::path& folder) {
     write_certificate(folder / "authority.crt", authority.certificate.get());
     const fs::path path = folder / "authority.key";
     const fs::path draft = folder / "authority.key.new";
+    make_private_file(draft);
     {
         const File file = open_file(draft, "w");
-        fs::permissions(draft, fs::perms::owner_read | fs::perms::owner_write);
         if (PEM_write_PrivateKey(
                 file.get(), authority.key.get(), nullptr, nullptr, 0, nullptr, nullptr) != 1)
             fail("cannot write " + draft.string());
@@ -152,6 +154,7 @@ void save_authority(const Pair& authority, const fs::path& folder) {
 
 Pair load_authority(const fs::path& folder) {
     const File certificate = open_file(folder / "authority.crt", "r");
+    make_private_file(folder / "authority.key");
     const File key = open_file(folder / "authority.key", "r");
     Pair pair{
         Cert(PEM_read_X509(certificate.get(), nullptr, nullptr, nullptr), X509_free),

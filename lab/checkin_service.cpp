@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "lab/json_text.h"
 #include "lab/mac.h"
 #include "lab/request_head.h"
 #include "lab/settings_document.h"
@@ -20,10 +21,13 @@ std::string join_keys(const nlohmann::json& object) {
     return text.empty() ? "none" : text;
 }
 
+constexpr std::size_t most_keys = 50; // of those that an event names
+
 nlohmann::json list_keys(const nlohmann::json& object) {
     auto list = nlohmann::json::array();
     for (const auto& [key, value] : object.items())
-        list.push_back(key);
+        if (list.size() < most_keys)
+            list.push_back(key);
     return list;
 }
 
@@ -47,6 +51,8 @@ Reply CheckinService::answer(const Call& call) {
     const auto verdict = examine_call(call);
     if (const auto* rejection = std::get_if<Rejection>(&verdict))
         return reject(call, *rejection);
+    if (is_nested_too_deeply(call.body))
+        return reject(call, {"body", "the body is nested too deeply"});
     const auto report = nlohmann::json::parse(call.body, nullptr, false);
     if (!report.is_object())
         return reject(call, {"body", "the body is not a JSON object"});

@@ -14,6 +14,8 @@ class CheckinService {
     CheckinService(Store& store, EventLog& events, const PolicyBox& policy)
         : store_(store), events_(events), policy_(policy) {}
 
+    // Several times the report of the largest switch with every address in its table.
+    static constexpr std::size_t longest_body = 8 << 20;
     Reply answer(const Call& call);
 
   private:

@@ -70,6 +70,7 @@ ListenerPlan Cloud::plan_checkin(int port) {
     plan.tls_name = "checkin";
     plan.tls = [this](const Call& call) { return checkin_.answer(call); };
     plan.authority = &authority_;
+    plan.body_limit = [](const Call&) { return CheckinService::longest_body; };
     plan.on_tls_failure = [this](const std::string& reason) {
         events_.note("tls-failed", "", "TLS handshake failed: " + reason, {{"reason", reason}});
     };
@@ -96,9 +97,10 @@ void Cloud::add_listeners() {
     for (const int port : options_.keeper_ports)
         add("keeper",
             plan_plain(port, "keeper", [this](const Call& call) { return keeper_.listen(call); }));
-    add("admin", plan_plain(options_.admin_port, "admin", [this](const Call& call) {
-            return admin_.answer(call);
-        }));
+    ListenerPlan admin = plan_plain(
+        options_.admin_port, "admin", [this](const Call& call) { return admin_.answer(call); });
+    admin.body_limit = AdminService::body_limit;
+    add("admin", std::move(admin));
 }
 
 // Listeners that are to refuse are closed, all others are open.

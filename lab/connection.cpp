@@ -39,6 +39,8 @@ bool Connection::hung_up() const {
     return poll(&entry, 1, 0) > 0 && (entry.revents & (POLLRDHUP | POLLHUP | POLLERR));
 }
 
+void Connection::allow_body(std::size_t most) { allowed_ = most; }
+
 void Connection::expect_reply_body(std::size_t length) {
     reply_expected_ = true;
     body_length_ = length;
@@ -46,25 +48,48 @@ void Connection::expect_reply_body(std::size_t length) {
 
 bool Connection::is_readable() const {
     pollfd entry{socket_, POLLIN, 0};
-    return (ssl_ && SSL_pending(ssl_) > 0) || poll(&entry, 1, 0) > 0;
+    return !buffered_.empty() || (ssl_ && SSL_pending(ssl_) > 0) || poll(&entry, 1, 0) > 0;
 }
 
 bool Connection::is_writable() const { return !hung_up(); }
 
 ssize_t Connection::read(char* bytes, std::size_t size) {
-    ssize_t count;
-    if (ssl_)
-        count = SSL_read(ssl_, bytes, static_cast<int>(std::min(size, std::size_t{1} << 20)));
-    else
-        do
-            count = recv(socket_, bytes, size, 0);
-        while (count < 0 && errno == EINTR);
-    // The HTTP library takes a head byte by byte, so it never runs past the end into the body.
-    if (count > 0 && !head_received_) {
-        received_.append(bytes, static_cast<std::size_t>(count));
-        head_received_ = received_.ends_with(head_end);
+    if (allowed_ == 0) {
+        overran_ = true;
+        return -1;
     }
+    if (buffered_.empty()) {
+        const ssize_t count = receive(buffer_.data(), buffer_.size());
+        if (count <= 0)
+            return count;
+        buffered_ = {buffer_.data(), static_cast<std::size_t>(count)};
+    }
+    const std::string_view piece = buffered_.substr(0, std::min(size, allowed_));
+    std::ranges::copy(piece, bytes);
+    buffered_.remove_prefix(piece.size());
+    note_received(piece);
+    return static_cast<ssize_t>(piece.size());
+}
+
+ssize_t Connection::receive(char* bytes, std::size_t size) {
+    if (ssl_)
+        return SSL_read(ssl_, bytes, static_cast<int>(size));
+    ssize_t count;
+    do
+        count = recv(socket_, bytes, size, 0);
+    while (count < 0 && errno == EINTR);
     return count;
+}
+
+// The HTTP library takes a head byte by byte, so it never runs past the end into the body.
+void Connection::note_received(std::string_view bytes) {
+    allowed_ -= bytes.size();
+    if (head_received_)
+        return;
+    received_.append(bytes);
+    head_received_ = received_.ends_with(head_end);
+    if (head_received_)
+        allowed_ = 0;
 }
 
 ssize_t Connection::write(const char* bytes, std::size_t size) {

@@ -4,8 +4,10 @@
 
 #include <httplib.h>
 
+#include <array>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "lab/misbehaviour.h"
 
@@ -14,7 +16,9 @@ namespace lab {
 class Connection : public httplib::Stream {
   public:
     Connection(int socket, SSL* ssl, const Misbehaviour& misbehaviour)
-        : socket_(socket), ssl_(ssl), misbehaviour_(misbehaviour) {}
+        : socket_(socket), ssl_(ssl), misbehaviour_(misbehaviour), allowed_(longest_head) {}
+
+    static constexpr std::size_t longest_head = 32 << 10;
 
     // Everything up to and with the empty line; empty while that has not come.
     std::string head() const;
@@ -22,6 +26,10 @@ class Connection : public httplib::Stream {
     int port() const; // ours
     bool hung_up() const;
     const Misbehaviour& misbehaviour() const { return misbehaviour_; }
+
+    // What may come after the head, as it comes over the wire; nothing until this is said.
+    void allow_body(std::size_t most);
+    bool overran() const { return overran_; } // more came, or a head without an end
 
     // Announces the reply's body: what is written from here on is a head and `length` bytes.
     void expect_reply_body(std::size_t length);
@@ -38,6 +46,8 @@ class Connection : public httplib::Stream {
     std::function<void()> unsent; // what to do should the reply not get through
 
   private:
+    ssize_t receive(char* bytes, std::size_t size);
+    void note_received(std::string_view bytes);
     bool write_all(const char* bytes, std::size_t size);
     bool write_body(std::string_view bytes);
     bool write_slowly(std::string_view bytes);
@@ -50,6 +60,10 @@ class Connection : public httplib::Stream {
     const Misbehaviour misbehaviour_;
     std::string received_;
     bool head_received_ = false;
+    std::array<char, 16384> buffer_; // the HTTP library reads much byte by byte
+    std::string_view buffered_;      // of that, what the library has not had yet
+    std::size_t allowed_;            // bytes that may still come
+    bool overran_ = false;
     bool reply_expected_ = false;
     std::string reply_head_;
     std::size_t body_length_ = 0;

@@ -3,11 +3,19 @@
 
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <stdexcept>
+
+#include "lab/private_file.h"
 
 namespace lab {
 
 Database::Database(const std::string& path) {
+    // What SQLite keeps beside the file has the file's mode, but for what is there already.
+    make_private_file(path);
+    for (const char* suffix : {"-wal", "-shm", "-journal"})
+        if (std::filesystem::exists(path + suffix))
+            make_private_file(path + suffix);
     if (sqlite3_open(path.c_str(), &handle_) != SQLITE_OK) {
         const std::string reason = sqlite3_errmsg(handle_);
         sqlite3_close(handle_);

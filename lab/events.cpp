@@ -11,12 +11,28 @@ namespace lab {
 
 namespace {
 
-// Texts quote what strangers send: a line stays a line.
-std::string one_line(std::string text) {
+// Texts quote what strangers send: a line stays a line, and a short one.
+constexpr std::size_t longest_text = 1000;
+
+std::string clip(std::string text) {
+    if (text.size() > longest_text)
+        text.replace(longest_text, std::string::npos, "...");
+    return text;
+}
+
+std::string make_line(const std::string& whole) {
+    std::string text = clip(whole);
     for (char& c : text)
         if (static_cast<unsigned char>(c) < ' ' || c == 0x7f)
             c = '?';
     return text;
+}
+
+nlohmann::json clip_details(nlohmann::json details) {
+    for (auto& [name, value] : details.items())
+        if (value.is_string())
+            value = clip(value.get<std::string>());
+    return details;
 }
 
 } // namespace
@@ -30,9 +46,10 @@ void EventLog::note(
     const nlohmann::json& details) {
     const std::lock_guard lock(mutex_);
     const std::int64_t now = wall_seconds();
-    const std::string line = one_line(text);
+    const std::string line = make_line(text);
     const auto replace = nlohmann::json::error_handler_t::replace;
-    store_.add_event({0, now, kind, mac, line, details.dump(-1, ' ', false, replace)});
+    store_.add_event(
+        {0, now, kind, mac, line, clip_details(details).dump(-1, ' ', false, replace)});
     store_.count(kind);
     if (!quiet_) {
         std::printf("%s %s\n", utc_text(now).substr(11, 8).c_str(), line.c_str());

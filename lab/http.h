@@ -15,7 +15,7 @@ struct Call {
     std::map<std::string, std::string> query; // the first value of each name
     std::string head;                         // bytes as received, with the closing empty line
     std::string body;                         // bytes as received
-    bool body_whole = true;                   // false: less than announced, or not read at all
+    std::string body_flaw;                    // why the body is not whole; empty: it is
     bool tls = false;
     int port = 0;                  // at which it came in
     std::function<bool()> hung_up; // the peer has closed its connection

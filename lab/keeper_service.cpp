@@ -36,19 +36,22 @@ Reply KeeperService::listen(const Call& call) {
 // A switch that nobody registered waits like any other: an answer would make it ask again at once.
 Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
     std::unique_lock lock(mutex_);
-    const std::uint64_t number = ++latest_[mac];
+    const std::uint64_t number = ++last_number_;
+    Polls& polls = waiting_[mac];
+    polls.latest = number;
+    polls.count++;
     changed_.notify_all();
-    waiting_[mac]++;
     events_.note("poll", mac, mac + " waits on the keeper channel", {{"port", call.port}});
     const auto end = std::chrono::steady_clock::now() +
                      std::chrono::milliseconds(std::int64_t(policy_.get().poll_seconds * 1000));
     std::optional<ActionRecord> action;
-    while (!stopping_ && latest_[mac] == number && !call.hung_up()) {
+    while (!stopping_ && polls.latest == number && !call.hung_up()) {
         if ((action = store_.take_action(mac)) || std::chrono::steady_clock::now() >= end)
             break;
         changed_.wait_for(lock, glance);
     }
-    waiting_[mac]--;
+    if (--polls.count == 0)
+        waiting_.erase(mac);
     return action ? answer(*action, mac, call.port) : make_empty_reply();
 }
 
@@ -75,7 +78,7 @@ std::int64_t KeeperService::count_waiting(const std::string& mac) const {
     std::int64_t count = 0;
     for (const auto& [owner, polls] : waiting_)
         if (mac.empty() || mac == owner)
-            count += polls;
+            count += polls.count;
     return count;
 }
 

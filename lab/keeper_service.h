@@ -30,8 +30,12 @@ class KeeperService {
     const PolicyBox& policy_;
     mutable std::mutex mutex_;
     std::condition_variable changed_;
-    std::map<std::string, std::uint64_t> latest_; // the number of a switch's latest poll
-    std::map<std::string, std::int64_t> waiting_;
+    struct Polls {
+        std::uint64_t latest = 0; // the number of the latest
+        std::int64_t count = 0;
+    };
+    std::uint64_t last_number_ = 0;
+    std::map<std::string, Polls> waiting_; // by MAC, while there are any
     bool stopping_ = false;
 };
 

@@ -10,16 +10,16 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <condition_variable>
-#include <cstdio>
+#include <chrono>
 #include <exception>
-#include <mutex>
-#include <set>
 #include <stdexcept>
 #include <thread>
 #include <utility>
 
+#include "lab/body_share.h"
 #include "lab/connection.h"
+#include "lab/open_sockets.h"
+#include "lab/thread_each.h"
 
 namespace lab {
 
@@ -29,7 +29,9 @@ constexpr int first_byte_wait_ms = 5000;
 constexpr time_t io_timeout_seconds = 10;
 constexpr std::size_t most_threads = 256; // of one port; beyond that a new connection waits
 constexpr int backlog = 128;
-constexpr std::size_t longest_body = 64u << 20;
+constexpr auto most_patience = std::chrono::seconds(60); // with a slow peer, when threads run out
+constexpr auto drain_seconds = std::chrono::seconds(2);
+constexpr std::size_t little_body = 64 << 10;
 constexpr unsigned char tls_handshake_record = 0x16;
 
 std::string describe_failure(const std::exception_ptr& failure) {
@@ -42,66 +44,16 @@ std::string describe_failure(const std::exception_ptr& failure) {
     }
 }
 
-// A thread for each connection: a waiting long-poll never takes the place of another request.
-class ThreadEach : public httplib::TaskQueue {
+// The library's way to run a task, on a thread of its own.
+class ConnectionThreads : public httplib::TaskQueue {
   public:
-    void enqueue(std::function<void()> task) override {
-        std::unique_lock lock(mutex_);
-        changed_.wait(lock, [&] { return running_ < most_threads; });
-        running_++;
-        std::thread([this, task = std::move(task)] {
-            try {
-                task();
-            } catch (...) {
-                std::fprintf(
-                    stderr, "lab_cloud: %s", describe_failure(std::current_exception()).c_str());
-            }
-            // Notified under the lock: the queue may be gone as soon as the lock is.
-            const std::lock_guard done(mutex_);
-            running_--;
-            changed_.notify_all();
-        }).detach();
-    }
-
-    void shutdown() override {
-        std::unique_lock lock(mutex_);
-        changed_.wait(lock, [&] { return running_ == 0; });
-    }
+    explicit ConnectionThreads(std::function<void()> when_full)
+        : threads_(most_threads, std::move(when_full)) {}
+    void enqueue(std::function<void()> task) override { threads_.run(std::move(task)); }
+    void shutdown() override { threads_.wait_for_all(); }
 
   private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::size_t running_ = 0;
-};
-
-// The sockets in use, so that closing the listener can end them.
-class OpenSockets {
-  public:
-    bool add(int socket) {
-        const std::lock_guard lock(mutex_);
-        if (!closing_)
-            sockets_.insert(socket);
-        return !closing_;
-    }
-    void remove(int socket) {
-        const std::lock_guard lock(mutex_);
-        sockets_.erase(socket);
-    }
-    void end_all() {
-        const std::lock_guard lock(mutex_);
-        closing_ = true;
-        for (const int socket : sockets_)
-            shutdown(socket, SHUT_RDWR);
-    }
-    void reopen() {
-        const std::lock_guard lock(mutex_);
-        closing_ = false;
-    }
-
-  private:
-    std::mutex mutex_;
-    std::set<int> sockets_;
-    bool closing_ = false;
+    ThreadEach threads_;
 };
 
 // The library's handlers see its request only; the connection of the thread gives them the rest.
@@ -165,10 +117,45 @@ int hold_port(int port) {
     return -1;
 }
 
-// What the library would read without an end, or take apart, is left unread.
-bool is_body_readable(const httplib::Request& request) {
-    return !request.is_multipart_form_data() &&
-           (request.has_header("Content-Length") || request.has_header("Transfer-Encoding"));
+// A peer that is still sending would have its connection reset by a close, and never read the
+// reply.
+void drain(int socket) {
+    shutdown(socket, SHUT_WR);
+    const auto end = std::chrono::steady_clock::now() + drain_seconds;
+    pollfd entry{socket, POLLIN, 0};
+    char bytes[16384];
+    while (std::chrono::steady_clock::now() < end && poll(&entry, 1, 500) > 0 &&
+           recv(socket, bytes, sizeof bytes, MSG_DONTWAIT) > 0)
+        ;
+}
+
+struct Body {
+    std::string bytes;
+    std::string flaw; // as in Call
+};
+
+// Without either header the library would read until the peer closes.
+bool announces_body(const httplib::Request& request) {
+    return request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
+}
+
+// Counts what comes, for a header may announce anything.
+Body read_body(const httplib::ContentReader& reader, std::size_t most, BodyShare& share) {
+    Body body;
+    const bool whole = reader([&](const char* bytes, std::size_t size) {
+        if (body.bytes.size() + size > most)
+            body.flaw = "the body is longer than " + std::to_string(most) + " bytes";
+        else if (!share.grow(size))
+            body.flaw = "there are too many long bodies at once";
+        else
+            body.bytes.append(bytes, size);
+        return body.flaw.empty();
+    });
+    if (!whole && current_connection->overran())
+        body.flaw = "the body is longer than " + std::to_string(most) + " bytes";
+    else if (!whole && body.flaw.empty())
+        body.flaw = "the body ended after " + std::to_string(body.bytes.size()) + " bytes";
+    return body;
 }
 
 } // namespace
@@ -176,12 +163,11 @@ bool is_body_readable(const httplib::Request& request) {
 class Listener::Server : public httplib::Server {
   public:
     explicit Server(ListenerPlan plan) : plan_(std::move(plan)), port_(plan_.port) {
-        new_task_queue = [] { return new ThreadEach; };
+        new_task_queue = [this] { return new ConnectionThreads([this] { sockets_.end_slow(); }); };
         set_socket_options(reuse_address);
         set_tcp_nodelay(true);
         set_read_timeout(io_timeout_seconds);
         set_write_timeout(io_timeout_seconds);
-        set_payload_max_length(longest_body);
         route();
     }
 
@@ -217,18 +203,12 @@ class Listener::Server : public httplib::Server {
 
     void route() {
         const auto bare = [this](const Request& request, Response& response) {
-            answer(request, response, {}, true);
+            answer(make_call(request), response);
         };
         const auto with_body = [this](
                                    const Request& request, Response& response,
                                    const httplib::ContentReader& reader) {
-            std::string body;
-            const bool whole =
-                is_body_readable(request) && reader([&](const char* bytes, std::size_t size) {
-                    body.append(bytes, size);
-                    return true;
-                });
-            answer(request, response, std::move(body), whole);
+            answer_with_body(request, response, reader);
         };
         Get(".*", bare);
         Options(".*", bare);
@@ -239,7 +219,7 @@ class Listener::Server : public httplib::Server {
         // What the library itself finds fault with, such as an unreadable head.
         set_error_handler([this](const Request& request, Response& response) {
             if (response.body.empty())
-                answer(request, response, {}, false);
+                answer(make_call(request), response);
         });
         set_exception_handler([](const Request&, Response& response, std::exception_ptr failure) {
             response.status = 500;
@@ -258,15 +238,30 @@ class Listener::Server : public httplib::Server {
         ::listen(svr_sock_, backlog); // the library's own backlog of 5 is soon full
     }
 
-    void answer(const Request& request, Response& response, std::string body, bool whole) {
-        Connection& connection = *current_connection;
-        Reply reply;
-        if (connection.misbehaviour().fault == Fault::status) {
-            reply = {connection.misbehaviour().status, "told to fail\n", "text/plain"};
-        } else {
-            const Call call = make_call(request, connection, std::move(body), whole);
-            reply = connection.tls() ? plan_.tls(call) : plan_.plain(call);
+    void answer_with_body(
+        const Request& request, Response& response, const httplib::ContentReader& reader) {
+        Call call = make_call(request);
+        BodyShare share;
+        Body body{{}, "there is no Content-Length"};
+        if (announces_body(request)) {
+            const std::size_t most = plan_.body_limit ? plan_.body_limit(call) : little_body;
+            current_connection->allow_body(most);
+            body = read_body(reader, most, share);
         }
+        call.body = std::move(body.bytes);
+        call.body_flaw = std::move(body.flaw);
+        answer(call, response);
+    }
+
+    void answer(const Call& call, Response& response) {
+        Connection& connection = *current_connection;
+        sockets_.work(connection.socket());
+        Reply reply;
+        if (connection.misbehaviour().fault == Fault::status)
+            reply = {connection.misbehaviour().status, "told to fail\n", "text/plain"};
+        else
+            reply = connection.tls() ? plan_.tls(call) : plan_.plain(call);
+        sockets_.wait_for_peer(connection.socket());
         connection.unsent = reply.unsent;
         response.status = reply.status;
         for (const auto& [name, value] : reply.headers)
@@ -289,20 +284,29 @@ class Listener::Server : public httplib::Server {
             });
     }
 
-    static Call
-    make_call(const Request& request, Connection& connection, std::string body, bool whole) {
+    // A request without its body; nothing of it when not even the head is whole.
+    static Call make_call(const Request& request) {
+        const Connection& connection = *current_connection;
         Call call;
-        call.method = request.method;
-        call.path = request.path;
-        for (const auto& [name, value] : request.params)
-            call.query.emplace(name, value);
         call.head = connection.head();
-        call.body = std::move(body);
-        call.body_whole = whole;
+        if (!call.head.empty()) {
+            call.method = request.method;
+            call.path = request.path;
+            for (const auto& [name, value] : request.params)
+                call.query.emplace(name, value);
+        }
         call.tls = connection.tls();
         call.port = connection.port();
         call.hung_up = [&connection] { return connection.hung_up(); };
         return call;
+    }
+
+    // Bodies come in as they are, and replies go out whole and as they are: tests count their
+    // bytes.
+    static void take_as_it_is(Request& request) {
+        for (const char* name : {"Accept-Encoding", "Content-Encoding", "Content-Type"})
+            request.headers.erase(name);
+        request.ranges.clear();
     }
 
     bool process_and_close_socket(int socket) override {
@@ -363,21 +367,19 @@ class Listener::Server : public httplib::Server {
         Connection connection(socket, ssl, misbehaviour);
         current_connection = &connection;
         bool closed = false;
-        // Replies go out whole and as they are: tests count their bytes.
-        process_request(connection, true, closed, [](Request& request) {
-            request.headers.erase("Accept-Encoding");
-            request.ranges.clear();
-        });
+        process_request(connection, true, closed, take_as_it_is);
         current_connection = nullptr;
         if (connection.write_failed() && connection.unsent)
             connection.unsent();
+        if (connection.overran())
+            drain(socket);
         return !connection.write_failed();
     }
 
     const ListenerPlan plan_;
     int port_;
     int held_ = -1;
-    OpenSockets sockets_;
+    OpenSockets sockets_{most_patience};
     std::thread accepting_;
 };
 

@@ -21,6 +21,8 @@ struct ListenerPlan {
     Handler tls = {};
     const CertificateAuthority* authority = nullptr; // none: plain only
     Misbehaviours* misbehaviours = nullptr;          // none: always behaves
+    // How many bytes of a body a request may bring, asked before any is read. None: 64 KiB.
+    std::function<std::size_t(const Call& without_body)> body_limit = {};
     std::function<void(const std::string& text)> on_tls_failure = {};
     std::function<void(const std::string& listener, int port, Fault fault)> on_misbehaviour = {};
 };

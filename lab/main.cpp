@@ -1,4 +1,6 @@
 // lab_cloud: a cloud to which a switch can check in on a workstation.
+#include <sys/resource.h>
+
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -18,7 +20,16 @@ sigset_t stop_signals() {
     return signals;
 }
 
+// A connection is a descriptor, and a listener takes hundreds.
+void raise_descriptor_limit() {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 void run(const lab::Options& options) {
+    raise_descriptor_limit();
     const sigset_t signals = stop_signals();
     lab::Cloud cloud(options);
     cloud.start();

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "lab/json_text.h"
 #include "lab/request_head.h"
 
 namespace lab {
@@ -13,9 +14,6 @@ using Json = nlohmann::ordered_json;
 
 // Larger than any number a switch can store, small enough to be exact in every JSON library.
 constexpr std::int64_t largest_seqno = std::int64_t{1} << 53;
-
-// No section comes near this depth; beyond it, printing would use up the stack.
-constexpr int deepest = 64;
 
 // A switch takes the first member whose name fits without regard to letter case; a second "system"
 // beside a "System" would be lost, and the sequence number with it.
@@ -54,14 +52,9 @@ std::string find_flaw(const Json& document) {
 } // namespace
 
 std::variant<std::string, BadDocument> parse_settings(const std::string& text) {
-    bool too_deep = false;
-    const auto watch_depth = [&](int depth, Json::parse_event_t, Json&) {
-        too_deep = too_deep || depth > deepest;
-        return !too_deep;
-    };
-    const Json document = Json::parse(text, watch_depth, false);
-    if (too_deep)
+    if (is_nested_too_deeply(text))
         return BadDocument{"the document is nested too deeply"};
+    const Json document = parse_json(text);
     if (document.is_discarded())
         return BadDocument{"the body is not JSON"};
     if (auto reason = find_flaw(document); !reason.empty())
@@ -70,7 +63,9 @@ std::variant<std::string, BadDocument> parse_settings(const std::string& text) {
 }
 
 std::string number_settings(const std::string& document, std::int64_t seqno) {
-    Json reply = Json::parse(document);
+    Json reply = parse_json(document);
+    if (!reply.is_object())
+        return document;
     reply["system"]["cloud"]["config_seqno"] = seqno;
     return reply.dump();
 }

@@ -36,6 +36,16 @@ CREATE TABLE IF NOT EXISTS counters (name TEXT PRIMARY KEY, value INTEGER NOT NU
 // A lab left running for weeks keeps this much of the past.
 constexpr std::int64_t reports_kept = 50;
 constexpr std::int64_t events_kept = 10000;
+constexpr std::int64_t finished_kept = 1000; // actions and settings of a switch
+
+constexpr const char* forget_actions =
+    "DELETE FROM actions WHERE mac = ?1 AND state = 'answered' AND id <= (SELECT id FROM actions "
+    "WHERE mac = ?1 AND state = 'answered' ORDER BY id DESC LIMIT 1 OFFSET ?2)";
+constexpr const char* forget_settings =
+    "DELETE FROM settings WHERE mac = ?1 AND state IN ('acknowledged', 'refused') AND seqno <= "
+    "(SELECT seqno FROM settings WHERE mac = ?1 AND state IN ('acknowledged', 'refused') ORDER BY "
+    "seqno DESC LIMIT 1 OFFSET ?2)";
+
 constexpr const char* switch_columns =
     "SELECT mac, key, last_seen, reported_seqno, reports, (SELECT COUNT(*) FROM settings WHERE "
     "settings.mac = switches.mac AND state IN ('pending', 'delivered')) FROM switches ";
@@ -53,7 +63,7 @@ ActionRecord read_action(const Statement& row) {
 }
 
 ReportRecord read_report(const Statement& row) {
-    return {row.number(0), row.number(1), row.text(2)};
+    return {row.number(0), row.number(1), row.text(2), row.number(3)};
 }
 
 EventRecord read_event(const Statement& row) {
@@ -159,7 +169,8 @@ std::optional<ReportRecord> Store::find_report(const std::string& mac, std::int6
     const std::lock_guard lock(mutex_);
     Statement row(
         database_,
-        "SELECT id, time, body FROM reports WHERE mac = ?1 AND (?2 = 0 OR id = ?2) "
+        "SELECT id, time, body, LENGTH(CAST(body AS BLOB)) FROM reports WHERE mac = ?1 AND (?2 = 0 "
+        "OR id = ?2) "
         "ORDER BY id DESC LIMIT 1",
         mac, id);
     return read_first(row, read_report);
@@ -168,7 +179,10 @@ std::optional<ReportRecord> Store::find_report(const std::string& mac, std::int6
 std::vector<ReportRecord> Store::list_reports(const std::string& mac) {
     const std::lock_guard lock(mutex_);
     Statement rows(
-        database_, "SELECT id, time, body FROM reports WHERE mac = ? ORDER BY id DESC", mac);
+        database_,
+        "SELECT id, time, '', LENGTH(CAST(body AS BLOB)) FROM reports WHERE mac = ? ORDER BY id "
+        "DESC",
+        mac);
     return read_all(rows, read_report);
 }
 
@@ -189,6 +203,7 @@ Store::queue_settings(const std::string& mac, const std::string& document, std::
         database_, "INSERT INTO settings (mac, seqno, document, queued) VALUES (?, ?, ?, ?)", mac,
         seqno, document, now)
         .step();
+    Statement(database_, forget_settings, mac, finished_kept).step();
     transaction.keep();
     return seqno;
 }
@@ -298,7 +313,17 @@ Store::queue_action(const std::string& mac, const std::string& document, std::in
     Statement(
         database_, "INSERT INTO actions (mac, document, time) VALUES (?, ?, ?)", mac, document, now)
         .step();
-    return database_.last_id();
+    const std::int64_t id = database_.last_id();
+    Statement(database_, forget_actions, mac, finished_kept).step();
+    return id;
+}
+
+std::int64_t Store::count_queued_actions(const std::string& mac) {
+    const std::lock_guard lock(mutex_);
+    Statement row(
+        database_, "SELECT COUNT(*) FROM actions WHERE mac = ? AND state = 'queued'", mac);
+    row.step();
+    return row.number(0);
 }
 
 std::vector<ActionRecord> Store::list_actions(const std::string& mac) {

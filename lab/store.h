@@ -25,7 +25,8 @@ struct SwitchRecord {
 struct ReportRecord {
     std::int64_t id = 0;
     std::int64_t time = 0;
-    std::string body;
+    std::string body; // not in a list
+    std::int64_t bytes = 0;
 };
 
 struct SettingsRecord {
@@ -93,6 +94,7 @@ class Store {
 
     std::int64_t
     queue_action(const std::string& mac, const std::string& document, std::int64_t now);
+    std::int64_t count_queued_actions(const std::string& mac);
     std::vector<ActionRecord> list_actions(const std::string& mac);
     std::optional<ActionRecord> take_action(const std::string& mac); // becomes "answered"
     void put_back_action(std::int64_t id);

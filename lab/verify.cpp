@@ -126,10 +126,11 @@ Finding check_content_length(Examination& e) {
     const std::string received = std::to_string(e.call.body.size());
     if (!is_number(announced, 9))
         return reject("content-length", "Content-Length is \"" + announced + "\"");
-    if (!e.call.body_whole || announced != received)
+    if (!e.call.body_flaw.empty() || announced != received)
         return reject(
-            "content-length",
-            "Content-Length is " + announced + ", the body has " + received + " bytes");
+            "content-length", "Content-Length is " + announced + ", " +
+                                  (e.call.body_flaw.empty() ? "the body has " + received + " bytes"
+                                                            : e.call.body_flaw));
     return std::nullopt;
 }
 

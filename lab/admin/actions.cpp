@@ -8,6 +8,7 @@ Reply push_action(const Request& request) {
     const Json body = parse_object(request);
     if (!body.contains("action") || !body["action"].is_string())
         throw Refusal{400, "\"action\" must be a string"};
+    refuse_when_full(request.parts.store.count_queued_actions(mac), "actions");
     return reply_json({{"id", request.parts.keeper.push(mac, request.call.body)}}, 201);
 }
 
@@ -17,7 +18,7 @@ Reply list_actions(const Request& request) {
         list.push_back(
             {{"id", action.id},
              {"state", action.state},
-             {"document", Json::parse(action.document)},
+             {"document", show_document(action.document)},
              {"time", utc_text(action.time)}});
     return reply_json(list);
 }

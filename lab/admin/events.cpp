@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "lab/json_text.h"
+
 #include "lab/admin/handlers.h"
 
 namespace lab {
@@ -28,7 +30,8 @@ Json describe_event(const EventRecord& event) {
         {"kind", event.kind},
         {"mac", event.mac},
         {"text", event.text}};
-    entry.update(Json::parse(event.details));
+    if (const Json details = parse_json(event.details); details.is_object())
+        entry.update(details);
     return entry;
 }
 

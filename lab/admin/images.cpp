@@ -22,8 +22,7 @@ Reply list_images(const Request& request) {
 
 Reply put_image(const Request& request) {
     const std::string name = read_image_name(request);
-    if (!request.call.body_whole)
-        throw Refusal{400, "the image did not arrive whole"};
+    refuse_flawed_body(request);
     request.parts.images.put(name, request.call.body);
     return reply_json({{"name", name}, {"bytes", request.call.body.size()}}, 201);
 }

@@ -3,6 +3,7 @@
 
 #include "lab/admin/handlers.h"
 #include "lab/clock.h"
+#include "lab/json_text.h"
 
 namespace lab {
 
@@ -25,7 +26,8 @@ Json describe_time(std::int64_t seconds) {
 
 Json describe_refusal(std::int64_t time, const std::string& details) {
     Json refusal = {{"time", describe_time(time)}};
-    refusal.update(Json::parse(details));
+    if (const Json known = parse_json(details); known.is_object())
+        refusal.update(known);
     return refusal;
 }
 

@@ -30,7 +30,7 @@ Reply list_reports(const Request& request) {
     Json list = Json::array();
     for (const auto& report : request.parts.store.list_reports(require_switch(request)))
         list.push_back(
-            {{"id", report.id}, {"time", utc_text(report.time)}, {"bytes", report.body.size()}});
+            {{"id", report.id}, {"time", utc_text(report.time)}, {"bytes", report.bytes}});
     return reply_json(list);
 }
 

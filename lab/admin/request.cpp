@@ -3,12 +3,18 @@
 
 #include <algorithm>
 
+#include "lab/json_text.h"
 #include "lab/mac.h"
 
 namespace lab {
 
 Reply reply_json(const Json& body, int status) {
     return {status, body.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n"};
+}
+
+Json show_document(const std::string& text) {
+    const Json document = parse_json(text);
+    return document.is_discarded() ? Json(text) : document;
 }
 
 std::string read_mac(const std::string& text) {
@@ -30,8 +36,22 @@ std::string find_query(const Request& request, const std::string& name) {
     return found == request.call.query.end() ? std::string() : found->second;
 }
 
+void refuse_when_full(std::int64_t waiting, const std::string& what) {
+    constexpr std::int64_t most_waiting = 1000;
+    if (waiting >= most_waiting)
+        throw Refusal{409, std::to_string(waiting) + " " + what + " already wait for the switch"};
+}
+
+void refuse_flawed_body(const Request& request) {
+    if (!request.call.body_flaw.empty())
+        throw Refusal{400, request.call.body_flaw};
+}
+
 Json parse_object(const Request& request) {
-    const Json body = Json::parse(request.call.body, nullptr, false);
+    refuse_flawed_body(request);
+    if (is_nested_too_deeply(request.call.body))
+        throw Refusal{400, "the body is nested too deeply"};
+    const Json body = parse_json(request.call.body);
     if (!body.is_object())
         throw Refusal{400, "the body is not a JSON object"};
     return body;

@@ -29,6 +29,10 @@ struct Request {
     std::vector<std::string> words; // what stands for the "*" of the route's pattern
 };
 
+// A stored document; its text when it is none that could be shown as JSON, for an earlier version
+// stored whatever was nested however deeply.
+Json show_document(const std::string& text);
+
 Reply reply_json(const Json& body, int status = 200);
 
 // The switch of a "/switches/*" path. require_switch() refuses one that nobody registered.
@@ -37,6 +41,11 @@ std::string require_switch(const Request& request);
 
 // A parameter of the query; empty when it is not there.
 std::string find_query(const Request& request, const std::string& name);
+
+// What waits for one switch is bounded; `what` names it in the refusal.
+void refuse_when_full(std::int64_t waiting, const std::string& what);
+
+void refuse_flawed_body(const Request& request);
 
 // The body as an object, and the members in it that a request knows.
 Json parse_object(const Request& request);

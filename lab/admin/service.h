@@ -31,6 +31,7 @@ struct AdminParts {
 class AdminService {
   public:
     explicit AdminService(AdminParts parts) : parts_(std::move(parts)) {}
+    static std::size_t body_limit(const Call& call); // none for whom answer() will refuse
     Reply answer(const Call& call);
 
   private:

@@ -6,9 +6,11 @@ namespace lab {
 
 Reply queue_settings(const Request& request) {
     const std::string mac = require_switch(request);
+    refuse_flawed_body(request);
     const auto document = parse_settings(request.call.body);
     if (const auto* bad = std::get_if<BadDocument>(&document))
         throw Refusal{400, bad->reason};
+    refuse_when_full(request.parts.store.find_switch(mac).value().pending, "settings");
     const auto& text = std::get<std::string>(document);
     const std::int64_t seqno = request.parts.store.queue_settings(mac, text, wall_seconds());
     request.parts.events.note(
@@ -25,7 +27,7 @@ Reply list_settings(const Request& request) {
              {"state", settings.state},
              {"tries", settings.tries},
              {"queued", utc_text(settings.queued)},
-             {"document", Json::parse(settings.document)}});
+             {"document", show_document(settings.document)}});
     return reply_json(list);
 }
 

@@ -54,27 +54,6 @@ TEST_F(Admin, tells_unknown_paths_from_wrong_methods) {
     admin("DELETE", "/events", "", 405);
 }
 
-TEST_F(Admin, answers_its_own_origin_only) {
-    const std::string port = std::to_string(admin_listener().port);
-    const auto ask = [&](const std::string& lines) {
-        return talk(admin_listener(), "GET /switches HTTP/1.1\r\n" + lines + "\r\n");
-    };
-    const std::string own_hosts[] = {"127.0.0.1:" + port, "localhost:" + port, "localhost"};
-    for (const auto& host : own_hosts)
-        EXPECT_EQ(ask("Host: " + host + "\r\n").status, 200) << host;
-    EXPECT_EQ(ask("Host: localhost\r\nOrigin: http://localhost:" + port + "\r\n").status, 200);
-    for (const std::string host : {"page", "localhost:1", "localhost.page", "127.0.0.1.page"}) {
-        const Answer answer = ask("Host: " + host + "\r\n");
-        EXPECT_EQ(answer.status, 403) << host;
-        EXPECT_EQ(answer.body.find(mac), std::string::npos);
-    }
-    const std::string other_origins[] = {
-        "http://page", "null", "http://localhost", "http://localhost:1",
-        "https://localhost:" + port};
-    for (const auto& origin : other_origins)
-        EXPECT_EQ(ask("Host: localhost\r\nOrigin: " + origin + "\r\n").status, 403) << origin;
-}
-
 TEST_F(Admin, refuses_bad_actions) {
     for (const char* body : {"", "[]", "{}", R"({"action":1})", R"({"port":"1"})"})
         admin("POST", of_switch("/actions"), body, 400);

@@ -64,7 +64,7 @@ const Spoiling spoilings[] = {
     {"length_signed", "content-length", [](Checkin& c) { c.content_length = "+2"; }},
     {"form_type", "content-type",
      [](Checkin& c) { c.content_type = "application/x-www-form-urlencoded"; }},
-    {"multipart_type", "content-length",
+    {"multipart_type", "content-type",
      [](Checkin& c) { c.content_type = "multipart/form-data; boundary=b"; }},
     {"chunked", "encoding", [](Checkin& c) { add_line(c, "Transfer-Encoding: gzip"); }},
     {"compressed", "encoding", [](Checkin& c) { add_line(c, "Content-Encoding: identity"); }},

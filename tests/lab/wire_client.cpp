@@ -125,6 +125,10 @@ std::string hmac(const std::string& secret, const std::string& message) {
     return to_hex(mac, length);
 }
 
+std::string host_line(const Peer& peer) {
+    return "Host: localhost:" + std::to_string(peer.port) + "\r\n";
+}
+
 std::string or_else(const std::string& text, const std::string& otherwise) {
     return text.empty() ? otherwise : text;
 }
@@ -175,14 +179,14 @@ std::string Checkin::text() const {
 }
 
 Answer get(const Peer& peer, const std::string& path) {
-    return talk(peer, "GET " + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    return talk(peer, "GET " + path + " HTTP/1.1\r\n" + host_line(peer) + "\r\n");
 }
 
 Answer request(
     const Peer& peer, const std::string& method, const std::string& path, const std::string& body) {
     return talk(
-        peer, method + " " + path +
-                  " HTTP/1.1\r\nHost: localhost\r\nContent-Length: " + std::to_string(body.size()) +
+        peer, method + " " + path + " HTTP/1.1\r\n" + host_line(peer) +
+                  "Content-Length: " + std::to_string(body.size()) +
                   "\r\nContent-Type: application/json\r\n\r\n" + body);
 }
 
