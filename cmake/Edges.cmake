@@ -13,5 +13,5 @@ set(VX_EDGES
   __res_init
   malloc calloc realloc strdup
   pthread_create
-  curl_easy_setopt curl_easy_perform curl_easy_cleanup curl_multi_add_handle)
+  curl_easy_init curl_easy_setopt curl_easy_perform curl_easy_cleanup curl_multi_add_handle)
 list(TRANSFORM VX_EDGES PREPEND -Wl,--wrap= OUTPUT_VARIABLE VX_WRAP_EDGES)

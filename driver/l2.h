@@ -29,7 +29,8 @@ typedef struct L2MacBatch {
     L2MacEntry entries[L2_BATCH_SIZE];
 } L2MacBatch;
 
-// Forgets the learned addresses: all, and those of a port (the number is the driver's to judge).
+// Forgets the addresses, but for those of port security: all, and those of a port (the number is
+// the driver's to judge).
 int rsd_l2_macEntry_clear(void);
 int rsd_l2_macEntry_clear_byPort(uint32_t port);
 

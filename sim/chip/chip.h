@@ -1,4 +1,5 @@
-// The simulated switch chip: what answers a request on "/dev/ski".
+// The simulated switch chip: what answers a request on "/dev/ski". A command either does something
+// (handlers.h) or is only stored (chip_commands.h).
 #pragma once
 
 #include <array>
@@ -12,6 +13,12 @@
 #include <utility>
 #include <vector>
 
+#include "driver/acl.h"
+#include "sim/chip/addresses.h"
+#include "sim/chip/admission.h"
+#include "sim/chip/multicast.h"
+#include "sim/chip/vlans.h"
+
 namespace sim {
 
 constexpr int chip_mirror_groups = 4;
@@ -24,6 +31,11 @@ struct ChipTraffic {
     double rx_packets = 0;
     double tx_packets = 0;
     std::uint32_t packet_bytes = 512;
+};
+
+// What passed in one direction since the start, with the part of a packet that is on its way.
+struct ChipFlow {
+    double packets = 0;
 };
 
 // A pair of a copper cable, as a test finds it: without fault, or with one so many metres away.
@@ -43,10 +55,11 @@ struct ChipPort {
     std::uint32_t duplex = 1;          // 0 half, 1 full
     std::uint32_t max_frame_bytes = 0; // 0: the switch's own limit
     ChipTraffic traffic;
-    double rx_rest = 0, tx_rest = 0;                 // parts of a packet
+    ChipFlow rx, tx;
     std::map<std::uint32_t, std::uint64_t> counters; // by the command number of their read
     std::array<ChipPair, 4> cable{};                 // what a test would find now
     std::optional<std::array<ChipPair, 4>> tested;   // what the last test found
+    std::array<std::string, 3> acl_names;            // of the access lists bound to it, by kind
 };
 
 // A range of layer-4 ports. One that no entry of an access list refers to gives way when a new one
@@ -54,11 +67,17 @@ struct ChipPort {
 struct ChipL4Range {
     std::uint32_t kind = 0; // 0: free
     std::uint32_t first = 0, last = 0;
-    std::uint32_t users = 0; // references by entries
+    std::uint32_t users = 0; // references by entries of access lists
 };
 
 // An entry of an access list: the name of the list and the entry's sequence number.
 using ChipAclEntry = std::pair<std::string, std::uint32_t>;
+
+struct ChipAclList {
+    std::string name;
+    std::uint32_t kind = 0;
+    std::map<std::uint32_t, AclEntry> entries; // by sequence number
+};
 
 // A set of logical ports, bit p % 32 of word p / 32.
 using ChipPortSet = std::array<std::uint32_t, 3>;
@@ -80,11 +99,24 @@ struct ChipState {
     std::uint32_t max_frame_bytes = 1522;
     std::map<std::uint32_t, std::uint64_t> counters; // switch-wide ones
     std::array<ChipL4Range, chip_l4_ranges> l4_ranges{};
-    std::size_t last_l4_range = chip_l4_ranges;                  // the place that was set last
-    std::map<ChipAclEntry, std::vector<std::size_t>> acl_ranges; // those that an entry refers to
+    std::size_t last_l4_range = chip_l4_ranges; // the place that was set last
+    std::vector<ChipAclList> acl_lists;         // in the order of their creation
     std::array<std::optional<ChipMirror>, chip_mirror_groups> mirrors{};
     std::array<ChipTrunk, chip_trunk_groups> trunks{};
+    std::array<ChipPortSet, chip_trunk_groups> candidates{}; // of groups under the protocol
+    ChipAddresses addresses;
+    ChipMulticast multicast;
+    ChipVlans vlans;
+    ChipManagementLists management;
+    ChipBindings bindings{chip_bindings};
+    std::map<std::uint32_t, std::uint32_t> most_bindings; // by port; 0 is no limit
+    double running_s = 0;                                 // since the start
+
+    // The layer-4 ranges that entries refer to.
+    std::map<ChipAclEntry, std::vector<std::size_t>> acl_ranges() const;
 };
+
+struct StoredClear;
 
 // Every member may be called from any thread.
 class Chip {
@@ -122,6 +154,7 @@ class Chip {
     using Bytes = std::vector<std::byte>;
 
     int stored_request(std::uint32_t command, void* record);
+    void forget_answers(const StoredClear& clear, const void* record);
 
     const int ports_;
     mutable std::mutex mutex_;

@@ -1,4 +1,4 @@
-// The commands that the simulated chip only stores; see chip_commands.h.
+// The commands that the simulated chip only stores, in the order of their numbers.
 #include "sim/chip/chip_commands.h"
 
 #include <algorithm>
@@ -54,21 +54,9 @@ constexpr StoredCommand listed(std::uint32_t number, std::uint32_t written_by = 
     return {number, 16 + sizeof(Entry), 0, 16, true, written_by};
 }
 
-// An entry that is found by its own bytes from `begin` to `end`.
-template <class Entry>
-constexpr StoredCommand
-found(std::uint32_t number, std::size_t begin, std::size_t end, std::uint32_t written_by = 0) {
-    return {number, 16 + sizeof(Entry), 16 + begin, 16 + end, true, written_by};
-}
-
 template <std::size_t size>
 constexpr StoredCommand text(std::uint32_t number, std::uint32_t written_by = 0) {
     return {number, 16 + sizeof(TextEntry<size>), 0, 16, false, written_by};
-}
-
-// The record of the access lists; what is bound and entered there is the platform library's matter.
-constexpr StoredCommand acl(std::uint32_t number) {
-    return {number, sizeof(AclRecord), 0, sizeof(AclRecord), false, 0};
 }
 
 constexpr StoredCommand commands[] = {
@@ -84,21 +72,6 @@ constexpr StoredCommand commands[] = {
     words(70, 0),
     words(71, 0),
     words(72, 0, 5),
-    // Access control lists
-    acl(257),
-    acl(258),
-    acl(259),
-    acl(260),
-    acl(261),
-    acl(262),
-    acl(263),
-    acl(321),
-    acl(322),
-    acl(323),
-    acl(324),
-    acl(325),
-    acl(326),
-    acl(329),
     // Dynamic ARP inspection
     value(513),
     value(514),
@@ -183,114 +156,39 @@ constexpr StoredCommand commands[] = {
     value(1538),
     value(1539),
     value(1540),
-    entry<GvrpVlan>(1541),
-    value(1544),
-    entry<GvrpVlan>(1545),
     value(1546),
     value(1547),
     value(1548),
     entry<GvrpInfo>(1601),
-    listed<GvrpVlan>(1602, 1545),
     entry<GvrpStatistics>(1603),
     entry<GvrpErrorStatistics>(1604),
-    entry<VlanMask>(1605),
     value(1606),
-    value(1607),
     // Multicast snooping
-    value(1665),
-    value(1666),
-    value(1667),
-    value(1668),
-    value(1669),
-    entry<McastSnooping>(1670),
-    value(1671),
-    value(1672),
-    value(1673),
-    value(1674),
     entry<McastQuerier>(1675),
-    value(1676),
     value(1677),
     value(1678),
-    entry<PortBitmap>(1679),
-    entry<PortBitmap>(1680),
-    entry<McastGroup>(1681),
-    entry<McastMac>(1682),
     entry<McastSourceFilter>(1683),
-    value(1684),
-    value(1685),
     entry<McastProfile>(1686),
     value(1687),
-    value(1688),
-    value(1729),
-    value(1730, 1666),
-    entry<McastInfo>(1732),
-    entry<McastPortStatistics>(1733),
-    value(1734, 1667),
-    value(1735),
-    value(1736),
-    value(1737),
-    value(1738),
-    listed<McastGroup>(1739),
-    entry<McastSnooping>(1740, 1670),
-    entry<VlanMask>(1741),
-    entry<McastRouter>(1742),
-    listed<McastGroup>(1743),
-    entry<PortBitmap>(1744, 1680),
     entry<McastQuerier>(1745, 1675),
-    listed<McastMac>(1746, 1682),
-    found<McastMac>(
-        1747, offsetof(McastMac, vlan), offsetof(McastMac, mac) + sizeof McastMac::mac, 1682),
-    // The chip's multicast entries, walked from first to last
-    listed<L2McastEntry>(1857),
-    found<L2McastEntry>(1858, 0, sizeof(L2McastEntry)),
-    listed<IpMcastEntry>(1859),
-    found<IpMcastEntry>(1860, 0, sizeof(IpMcastEntry)),
     // IP source guard
     value(1921),
-    entry<IsgBinding>(1922),
-    entry<IsgBinding>(1923),
-    entry<IsgBinding>(1924),
-    value(1925),
     entry<IsgDatabase>(1926),
     value(1927),
-    listed<IsgBinding>(1985),
-    value(1986),
-    value(1987),
     value(1988, 1927),
     // Layer-2 table
-    words(2049, 0),
-    words(2050, 1),
-    entry<L2MacEntry>(2051),
-    entry<L2MacEntry>(2052),
-    entry<L2MacEntry>(2053),
-    entry<L2MacEntry>(2054),
     entry<PortBitmap>(2055),
     words(2057, 1),
-    words(2113, 0),
-    words(2114, 0),
-    found<L2MacEntry>(
-        2115, offsetof(L2MacEntry, vlan), offsetof(L2MacEntry, mac) + sizeof L2MacEntry::mac, 2051),
-    listed<L2MacEntry>(2116),
-    listed<L2MacBatch>(2117),
-    listed<L2MacEntry>(2118),
-    found<L2MacEntry>(
-        2119, offsetof(L2MacEntry, vlan), offsetof(L2MacEntry, mac) + sizeof L2MacEntry::mac, 2053),
     words(2121, 0, 2057),
-    words(2123, 0),
-    words(2124, 0),
-    words(2125, 0),
     // Link aggregation control protocol
     value(2177),
     value(2178),
-    entry<PortBitmap>(2179),
-    value(2180),
     value(2181),
     value(2182),
     value(2183),
     value(2184),
     value(2241, 2177),
     value(2242, 2178),
-    entry<LacpState>(2243),
     entry<LacpCounters>(2245),
     // LEDs
     words(2305, 2),
@@ -341,40 +239,11 @@ constexpr StoredCommand commands[] = {
     entry<LldpMedLocation>(2631, 2567),
     entry<LldpMedInventory>(2632, 2568),
     // Management access lists
-    text<ACL_MGMT_NAME_SIZE>(2817),
-    text<ACL_MGMT_NAME_SIZE>(2818),
-    entry<AclMgmtEntry>(2819),
-    entry<AclMgmtEntry>(2820),
-    entry<AclMgmtClass>(2821),
-    entry<AclMgmtClass>(2822),
-    words(2881, 0),
-    text<ACL_MGMT_NAME_SIZE>(2882),
-    found<AclMgmtCount>(
-        2883, offsetof(AclMgmtCount, name),
-        offsetof(AclMgmtCount, name) + sizeof AclMgmtCount::name),
-    words(2884, 0),
-    found<AclMgmtEntry>(
-        2885, offsetof(AclMgmtEntry, name),
-        offsetof(AclMgmtEntry, priority) + sizeof AclMgmtEntry::priority, 2819),
-    entry<AclMgmtClass>(2886, 2821),
-    // Counters. A counter is 64 bits wide and grows until it is cleared
-    words(2947, 0),
     words(3064, 1),
     // Port mirroring
     words(3079, 1),
     words(3140, 0, 3079),
     // Multicast snooping for IPv6
-    value(3201),
-    value(3202),
-    value(3203),
-    value(3204),
-    value(3205),
-    value(3206),
-    value(3207),
-    entry<McastInfo>(3265),
-    value(3266, 3204),
-    value(3267),
-    value(3268),
     // Fibre modules
     entry<OpticalData>(3393),
     // Ports
@@ -420,7 +289,6 @@ constexpr StoredCommand commands[] = {
     entry<PortSecurity>(3651, 3587),
     words(3652, 1, 3588),
     words(3653, 1, 3589),
-    words(3654, 1),
     // Quality of service
     words(3713, 1),
     words(3714, 1),
@@ -532,47 +400,25 @@ constexpr StoredCommand commands[] = {
     // Link aggregation in the chip. Groups (trunks) are numbered from 0
     words(4357, 1),
     // VLANs
-    words(4481, 1),
-    words(4482, 1),
-    words(4483, 1),
-    entry<ChipVlan>(4484),
-    text<CHIP_VLAN_NAME_SIZE>(4485),
     words(4486, 2),
     words(4487, 2),
     words(4488, 2),
     words(4489, 2),
     words(4490, 2),
-    entry<VlanMask>(4491),
-    entry<VlanMask>(4492),
     entry<VlanMask>(4493),
     words(4494, 1),
     words(4495, 2),
     words(4496, 1),
     words(4497, 1),
     words(4501, 1),
-    words(4545, 0, 4481),
-    words(4546, 1),
-    entry<ChipVlan>(4547, 4484),
-    words(4549, 0),
-    words(4550, 1),
-    entry<ChipVlan>(4551),
-    listed<ChipVlan>(4552),
     words(4555, 1, 4488),
     words(4556, 1, 4489),
     words(4557, 1, 4490),
-    entry<VlanMask>(4558),
-    words(4559, 2),
-    words(4560, 2),
     words(4561, 0, 4497),
-    words(4562, 1),
-    words(4563, 2),
-    words(4564, 2),
+    words(4562, 1, 4490),
     words(4565, 0, 4494),
     words(4566, 1, 4495),
-    words(4567, 0),
-    words(4568, 1),
     words(4573, 1),
-    words(4574, 0),
     // Voice VLAN
     value(4609),
     value(4610),
@@ -593,9 +439,27 @@ constexpr StoredCommand commands[] = {
     words(4739, 2),
 };
 
+// What a clear compares of the arguments: the port's word, the VLAN's, or nothing.
+constexpr StoredClear of_port(std::uint32_t number, std::uint32_t read) {
+    return {number, read, 4, 8};
+}
+constexpr StoredClear of_vlan(std::uint32_t number, std::uint32_t read) {
+    return {number, read, 8, 12};
+}
+constexpr StoredClear of_all(std::uint32_t number, std::uint32_t read) {
+    return {number, read, 0, 0};
+}
+
+constexpr StoredClear clears[] = {
+    of_port(520, 584),   of_vlan(521, 585),   of_port(650, 713),  of_port(1547, 1603),
+    of_port(1548, 1604), of_port(2184, 2245), of_all(2438, 2503), of_port(2444, 2500),
+    of_port(2444, 2501), of_port(2444, 2626), of_all(2947, 3064),
+};
+
 } // namespace
 
 std::span<const StoredCommand> stored_commands() { return commands; }
+std::span<const StoredClear> stored_clears() { return clears; }
 
 const StoredCommand* stored_command(std::uint32_t number) {
     const StoredCommand* command =

@@ -12,6 +12,7 @@
 #include "sim/library/board.h"
 
 extern "C" {
+CURL* __real_curl_easy_init();
 CURLcode __real_curl_easy_setopt(CURL* transfer, CURLoption option, ...);
 CURLcode __real_curl_easy_perform(CURL* transfer);
 void __real_curl_easy_cleanup(CURL* transfer);
@@ -131,11 +132,14 @@ CURLcode set_taker_argument(CURL* handle, Transfer& transfer, void* taker) {
     return transfer.take ? CURLE_OK : __real_curl_easy_setopt(handle, CURLOPT_WRITEDATA, taker);
 }
 
-// The switch's certificates are the board's, without the bundle that the workstation's libcurl
-// would trust, or miss, besides.
-CURLcode trust_board(CURL* handle, const char* folder) {
-    __real_curl_easy_setopt(handle, CURLOPT_CAINFO, nullptr);
-    return __real_curl_easy_setopt(handle, CURLOPT_CAPATH, board().path(folder).c_str());
+// The switch's libcurl was built with a bundle of authorities that is not on the switch: whoever
+// does not say that he wants none gets no transfer over TLS.
+CURL* start_transfer() {
+    CURL* handle = __real_curl_easy_init();
+    if (handle && has_board())
+        __real_curl_easy_setopt(
+            handle, CURLOPT_CAINFO, board().path("/etc/ssl/built_in_bundle.pem").c_str());
+    return handle;
 }
 
 CURLcode set_pointer(CURL* handle, CURLoption option, void* value) {
@@ -149,7 +153,8 @@ CURLcode set_pointer(CURL* handle, CURLoption option, void* value) {
     case CURLOPT_WRITEDATA:
         return set_taker_argument(handle, transfer, value);
     case CURLOPT_CAPATH:
-        return trust_board(handle, static_cast<const char*>(value));
+        return __real_curl_easy_setopt(
+            handle, option, board().path(static_cast<const char*>(value)).c_str());
     default:
         break;
     }
@@ -178,6 +183,8 @@ CURLcode __wrap_curl_easy_setopt(CURL* transfer, unsigned option, ...) {
     va_end(arguments);
     return result;
 }
+
+CURL* __wrap_curl_easy_init() { return sim::start_transfer(); }
 
 CURLcode __wrap_curl_easy_perform(CURL* transfer) { return sim::traced_transfer(transfer); }
 

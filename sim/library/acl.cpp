@@ -12,7 +12,9 @@ namespace sim {
 
 namespace {
 
-// The driver's command, for a configuration that is loaded before the board runs.
+// The driver's commands, for a configuration that is loaded before the board runs.
+constexpr std::uint32_t list_create = 257;
+constexpr std::uint32_t list_bind = 259;
 constexpr std::uint32_t entry_create = 261;
 
 bool is_type(std::uint32_t type) { return type == ACL_MAC || type == ACL_IPV4; }
@@ -51,6 +53,13 @@ template <class Visit> int each_port(Switch& s, const PortBitmap& ports, Visit v
     return code_ok;
 }
 
+AclBinding driver_binding(std::uint32_t type, const std::string& name) {
+    AclBinding binding{};
+    binding.kind = type;
+    copy_text(binding.name[type], sizeof binding.name[type], name);
+    return binding;
+}
+
 std::vector<Ace>::iterator position(AclList& list, std::uint32_t sequence) {
     return std::ranges::lower_bound(list.entries, sequence, {}, &Ace::sequence);
 }
@@ -70,6 +79,11 @@ void entry_fields(Fields& f, AclList& list, Ace& ace, Chip& chip) {
 void list_fields(Fields& f, AclList& list, Chip& chip) {
     f.text("name", list.name, ACL_NAME_LENGTH);
     f.integer("type", list.type, ACL_MAC, ACL_IPV4);
+    AclRecord record{};
+    copy_text(record.name, sizeof record.name, list.name);
+    record.kind = list.type;
+    if (f.reading() && chip.request(list_create, &record))
+        f.refuse("there is no name, or a list with it already");
     f.list(
         "entries",
         [&](int count) {
@@ -80,6 +94,26 @@ void list_fields(Fields& f, AclList& list, Chip& chip) {
         [&](Fields& inner, std::size_t i) { entry_fields(inner, list, list.entries[i], chip); });
     if (f.reading())
         std::ranges::sort(list.entries, {}, &Ace::sequence);
+}
+
+void empty_lists(Chip& chip) {
+    chip.change([](ChipState& state) {
+        state.acl_lists.clear();
+        for (ChipPort& port : state.ports)
+            port.acl_names = {};
+        for (ChipL4Range& range : state.l4_ranges)
+            range.users = 0;
+    });
+}
+
+void bind_on_chip(
+    Fields& f, Chip& chip, std::size_t port, std::uint32_t type, const std::string& name) {
+    AclRecord record{};
+    record.kind = type;
+    record.binding = driver_binding(type, name);
+    record.ports.words[port / 32] = 1u << (port % 32);
+    if (!name.empty() && chip.request(list_bind, &record))
+        f.refuse("there is no list \"" + name + "\" to bind");
 }
 
 // ---- The trace ----
@@ -119,8 +153,10 @@ void Acl::config(Fields& f, Chip& chip) {
     f.list(
         "lists",
         [&](int size) {
-            if (size >= 0)
+            if (size >= 0) {
+                empty_lists(chip);
                 lists.assign(static_cast<std::size_t>(size), AclList{});
+            }
             return lists.size();
         },
         [&](Fields& inner, std::size_t i) { list_fields(inner, lists[i], chip); });
@@ -136,6 +172,9 @@ void Acl::config(Fields& f, Chip& chip) {
                 return;
             inner.text("mac", bound[port][ACL_MAC], ACL_NAME_LENGTH);
             inner.text("ipv4", bound[port][ACL_IPV4], ACL_NAME_LENGTH);
+            for (std::uint32_t type : {ACL_MAC, ACL_IPV4})
+                if (inner.reading())
+                    bind_on_chip(inner, chip, port, type, bound[port][type]);
         });
 }
 
@@ -155,6 +194,8 @@ int sal_acl_entry_create(const char* name, uint32_t type) {
                 return code_exists;
             if (s.acl.count(type) >= s.acl.list_capacity)
                 return code_table_full;
+            if (int code = rsd_acl_entry_create(name, type))
+                return code;
             s.acl.lists.push_back({name, type, {}});
             return code_ok;
         },
@@ -247,6 +288,9 @@ int sal_acl_entry_bind(const AclPortBinding* binding, PortBitmap ports) {
             });
             if (refused)
                 return refused;
+            const AclBinding written = driver_binding(binding->type, name);
+            if (int code = rsd_acl_entry_bind(&written, &ports))
+                return code;
             return each_port(s, ports, [&](auto& bound) {
                 bound[binding->type] = name;
                 return code_ok;
@@ -262,6 +306,8 @@ int sal_acl_entry_unbind(uint32_t type, PortBitmap ports) {
             if (!is_type(type))
                 return code_bad_value;
             if (int code = each_port(s, ports, [](auto&) { return code_ok; }))
+                return code;
+            if (int code = rsd_acl_entry_unbind(type, &ports))
                 return code;
             return each_port(s, ports, [&](auto& bound) {
                 bound[type].clear();

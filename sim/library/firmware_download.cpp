@@ -43,6 +43,7 @@ int fetch_from_network(const std::string& url, std::string& content) {
     };
     set(CURLOPT_URL, url.c_str());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
+    set(CURLOPT_CAINFO, static_cast<char*>(nullptr));
     set(CURLOPT_CAPATH, certificates.c_str());
     set(CURLOPT_PROXY, "");
     set(CURLOPT_FAILONERROR, 1L);

@@ -1,4 +1,5 @@
-// Platform library: MAC addresses.
+// Platform library: MAC addresses. A free place of the static table holds what was there before,
+// and one that was never used what the flash holds then; only the flag tells.
 #include "sim/library/mac_table.h"
 
 #include <algorithm>
@@ -25,6 +26,14 @@ void fill(MacEntry& entry, const MacAddress& address, std::uint32_t flags) {
     entry.flags = flags;
 }
 
+// A place of the flash that was never written: ones, but for the flag and the ports.
+void fill_unwritten(MacEntry& entry) {
+    entry = {};
+    std::memset(entry.mac, 0xFF, sizeof entry.mac);
+    entry.vlan = 0xFFFF;
+    entry.flags = ~std::uint32_t{MAC_ENTRY_IN_USE};
+}
+
 } // namespace
 
 // What answers behind the ports that have link on a switch as it comes.
@@ -33,7 +42,7 @@ MacTable::MacTable()
           {{0x02, 0xAA, 0, 0, 0, 0x01}, 1, {{1u << 0, 0, 0}}, true},
           {{0x02, 0xAA, 0, 0, 0, 0x02}, 1, {{1u << 1, 0, 0}}, true},
           {{0x02, 0xAA, 0, 0, 0, 0x03}, 1, {{1u << 4, 0, 0}}, true},
-          {{0x02, 0xAA, 0, 0, 0, 0x04}, 1, {{1u << 4, 0, 0}}, true}} {}
+          {{0x02, 0xAA, 0, 0, 0, 0x04}, 1, {{1u << 7, 0, 0}}, true}} {}
 
 void MacAddress::fields(Fields& f) {
     f.mac("mac", mac);
@@ -107,9 +116,10 @@ int sal_l2_static_macEntry_get(uint32_t index, MacEntry* entry) {
         [&](Switch& s) -> int {
             if (index >= STATIC_MAC_ENTRIES)
                 return code_bad_value;
-            *entry = {};
-            if (index < s.macs.fixed.size() && !s.macs.fixed[index].freed)
-                fill(*entry, s.macs.fixed[index], MAC_ENTRY_IN_USE);
+            if (index < s.macs.fixed.size())
+                fill(*entry, s.macs.fixed[index], s.macs.fixed[index].freed ? 0 : MAC_ENTRY_IN_USE);
+            else
+                fill_unwritten(*entry);
             return code_ok;
         },
         index);

@@ -136,8 +136,9 @@ TEST(Scenario, a_plain_account_is_bound_to_the_switch_with_a_remark) {
         EXPECT_EQ(board.device.cloud.key, "plain02000000000a");
         EXPECT_EQ(board.device.cloud.secret, "bound02000000000a");
         EXPECT_EQ(
-            board.remarks, Lines{"the key of the scenario does not end in this switch's MAC: stored "
-                                 "with 02000000000a behind it, as the platform keeps it"});
+            board.remarks,
+            Lines{"the key of the scenario does not end in this switch's MAC: stored "
+                  "with 02000000000a behind it, as the platform keeps it"});
         EXPECT_EQ(sal_vxcloud_key_set("of another switch"), 0);
     }
     sim::Board again(folder.path() / "board", file);
@@ -171,10 +172,10 @@ TEST(Clock, refuses_the_dates_that_linux_refuses) {
     sim::Clock clock;
     clock.sleep(100);
     const std::time_t before = clock.calendar();
-    for (std::timespec date : {
-             std::timespec{-1, 0}, std::timespec{99, 0}, std::timespec{9000000000, 0},
-             std::timespec{INT64_MAX, 0}, std::timespec{1000000000, 1000000000},
-             std::timespec{1000000000, -1}})
+    for (std::timespec date :
+         {std::timespec{-1, 0}, std::timespec{99, 0}, std::timespec{9000000000, 0},
+          std::timespec{INT64_MAX, 0}, std::timespec{1000000000, 1000000000},
+          std::timespec{1000000000, -1}})
         EXPECT_FALSE(clock.set_calendar(date)) << date.tv_sec << " " << date.tv_nsec;
     EXPECT_EQ(clock.calendar(), before);
     EXPECT_TRUE(clock.set_calendar({100, 0}));

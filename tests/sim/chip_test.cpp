@@ -9,6 +9,7 @@
 #include "driver/cablediag.h"
 #include "driver/dai.h"
 #include "driver/l2.h"
+#include "driver/lldp.h"
 #include "driver/mcast.h"
 #include "driver/mib.h"
 #include "driver/mirror.h"
@@ -171,6 +172,7 @@ TEST_F(ChipTest, switch_wide_counters_are_no_ports) {
 
 // An entry of the list "web" that refers to a range for its source port.
 int create_entry(std::uint32_t sequence, std::uint8_t range) {
+    rsd_acl_entry_create("web", 2);
     AclEntry entry = {};
     entry.sequence = sequence;
     entry.valid = ACL_VALID_SOURCE_RANGE;
@@ -371,15 +373,20 @@ TEST_F(ChipTest, a_list_that_is_empty_has_no_first_entry) {
     EXPECT_EQ(entries, 0u);
 }
 
-TEST_F(ChipTest, an_answer_can_be_preset) {
+TEST_F(ChipTest, an_answer_can_be_preset_until_a_clear_forgets_it) {
     struct {
         std::uint32_t words[4];
-        L2MacEntry entry;
-    } record = {{7, 0, 0, 0}, {7, 1, {2, 0, 0, 0, 0, 9}, {}, 0, 60, ports({2})}};
-    chip.preset(2116, &record);
-    L2MacEntry entry = {};
-    EXPECT_EQ(rsd_l2_macEntry_get(7, &entry), 0);
-    EXPECT_EQ(entry.age_s, 60u);
+        LldpVlanNameTlv tlv;
+    } record = {{2, 7, 0, 0}, {20, "printers", {}}}; // of the third neighbour of port 7
+    static_assert(offsetof(decltype(record), tlv) == 16);
+    chip.preset(2501, &record);
+    LldpVlanNameTlv tlv = {};
+    EXPECT_EQ(lldp_portRemoteVlanNameTlv_get(7, 2, &tlv), 0);
+    EXPECT_STREQ(tlv.name, "printers");
+    EXPECT_EQ(lldp_portRemoteEntry_clear(6), 0);
+    EXPECT_EQ(lldp_portRemoteVlanNameTlv_get(7, 2, &tlv), 0);
+    EXPECT_EQ(lldp_portRemoteEntry_clear(7), 0);
+    EXPECT_EQ(lldp_portRemoteVlanNameTlv_get(7, 2, &tlv), sim::code_not_found);
 }
 
 TEST_F(ChipTest, every_operation_of_the_driver_is_a_command_of_the_chip) {
@@ -435,7 +442,10 @@ TEST_F(ChipTest, requests_may_come_from_many_threads_while_time_passes) {
         });
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(count(rsd_mib_ifInUcastPkts_get, 0), 1600u);
+    EXPECT_EQ(count(rsd_mib_etherStatsPkts_get, 0), 1600u);
+    EXPECT_EQ(count(rsd_mib_ifInUcastPkts_get, 0), 1440u);
+    EXPECT_EQ(count(rsd_mib_ifInMulticastPkts_get, 0), 96u);
+    EXPECT_EQ(count(rsd_mib_ifInBroadcastPkts_get, 0), 64u);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// What the agent's calls become on the board: descriptors of the chip, sleeps, the clock, transfers,
-// and the process itself.
+// What the agent's calls become on the board: descriptors of the chip, sleeps, the clock,
+// transfers, and the process itself.
 #include <curl/curl.h>
 #include <fcntl.h>
 #include <pthread.h>
@@ -84,8 +84,7 @@ TEST_F(OnBoard, a_local_request_does_not_come_while_the_trace_is_written) {
     const int reader = ::openat(AT_FDCWD, pipe.c_str(), O_RDWR | O_NONBLOCK);
     ASSERT_GE(reader, 0);
     const std::string filling(4096, 'x');
-    while (::write(reader, filling.data(), filling.size()) > 0) {
-    }
+    while (::write(reader, filling.data(), filling.size()) > 0) {}
     board.trace.write_to(pipe);
     std::thread sender([&, sleeper = pthread_self()] {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -131,8 +130,9 @@ TEST_F(OnBoard, only_the_calendar_is_set_and_only_to_a_date_that_linux_takes) {
     EXPECT_EQ(clock_settime(CLOCK_REALTIME, &right), 0);
     EXPECT_EQ(time(nullptr), 1800000000);
     EXPECT_EQ(
-        trace(), (Lines{"clock_settime(-5) = -1", "clock_settime(1800000000) = -1",
-                        "clock_settime(1800000000) = 0"}));
+        trace(), (Lines{
+                     "clock_settime(-5) = -1", "clock_settime(1800000000) = -1",
+                     "clock_settime(1800000000) = 0"}));
 }
 
 // --- Failed check-ins.
@@ -171,8 +171,8 @@ TEST_F(FailedCheckIn, is_told_with_the_reason_when_no_answer_came) {
     board.faults.plan({sim::Edge::transfer, "", 1, false, CURLE_COULDNT_CONNECT, 0});
     transfer("http://" + host() + "/cloud-switch/02:1B:2C:3D:4E:5F/checkin");
     EXPECT_EQ(
-        told, Lines{"check-in at " + host() + ": " + curl_easy_strerror(CURLE_COULDNT_CONNECT) +
-                    " (7)"});
+        told,
+        Lines{"check-in at " + host() + ": " + curl_easy_strerror(CURLE_COULDNT_CONNECT) + " (7)"});
 }
 
 TEST_F(FailedCheckIn, is_not_told_of_what_went_well_or_is_no_check_in) {
@@ -181,6 +181,21 @@ TEST_F(FailedCheckIn, is_not_told_of_what_went_well_or_is_no_check_in) {
     stub.answer({500, "no time"});
     transfer("http://" + host() + "/time");
     EXPECT_EQ(told, Lines{});
+}
+
+// --- Certificates.
+
+TEST_F(OnBoard, a_bundle_that_libcurl_was_built_with_is_missing_unless_none_is_wanted) {
+    HttpStub no_tls;
+    const std::string url = "https://" + no_tls.host() + "/";
+    CURL* handle = curl_easy_init();
+    curl_easy_setopt(handle, CURLOPT_URL, url.c_str());
+    curl_easy_setopt(handle, CURLOPT_PROXY, "");
+    curl_easy_setopt(handle, CURLOPT_CAPATH, "/etc/ssl/certs/");
+    EXPECT_EQ(curl_easy_perform(handle), CURLE_SSL_CACERT_BADFILE);
+    curl_easy_setopt(handle, CURLOPT_CAINFO, static_cast<char*>(nullptr));
+    EXPECT_EQ(curl_easy_perform(handle), CURLE_SSL_CONNECT_ERROR);
+    curl_easy_cleanup(handle);
 }
 
 // --- The agent's process.

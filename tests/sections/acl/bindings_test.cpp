@@ -322,6 +322,7 @@ TEST(AclBindingOfALargeSwitch, ports_up_to_the_96th_are_bound) {
     board.device.acl.lists.push_back({"M", ACL_MAC, {Ace{}}});
     board.device.acl.lists[0].entries[0].sequence = 1;
     board.device.acl.lists[0].entries[0].type = ACL_MAC;
+    copy_lists_to_chip(board);
     EXPECT_EQ(vxc_acl_port_bind(95, "M", ACL_IPV4, nullptr), 0);
     EXPECT_EQ(board.device.acl.bound[95][ACL_MAC], "M");
     EXPECT_EQ(_acl_unbind(ACL_MAC, "M"), 0);

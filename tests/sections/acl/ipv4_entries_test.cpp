@@ -336,13 +336,13 @@ TEST_F(AceIpv4s, a_report_fed_back_as_modifications_changes_nothing) {
     ASSERT_EQ(recorded(), Codes{});
     std::string before = report_of(ace_ipv4_get).text;
     Lines stored_before = entries("A");
-    auto ranges_before = device.chip.state().acl_ranges;
+    auto ranges_before = device.chip.state().acl_ranges();
     for (int round = 0; round < 3; ++round) {
         Json items(as_modification(before));
         EXPECT_EQ(ace_ipv4_set(items), 0);
         EXPECT_EQ(report_of(ace_ipv4_get).text, before);
         EXPECT_EQ(entries("A"), stored_before);
-        EXPECT_EQ(device.chip.state().acl_ranges, ranges_before);
+        EXPECT_EQ(device.chip.state().acl_ranges(), ranges_before);
         EXPECT_EQ(bound(ACL_IPV4, 3), "A");
         EXPECT_EQ(recorded(), Codes{});
     }

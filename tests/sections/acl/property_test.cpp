@@ -588,13 +588,13 @@ TEST_F(AclProperty, any_report_fed_back_as_settings_changes_nothing) {
         bind_some(author);
         Value before = model.report();
         auto bound_before = model.bound;
-        auto ranges_before = device.chip.state().acl_ranges;
+        auto ranges_before = device.chip.state().acl_ranges();
         start_afresh();
         apply(report_as_settings());
         ASSERT_TRUE(same()) << round;
         ASSERT_EQ(model.report(), before) << round;
         ASSERT_EQ(model.bound, bound_before) << round;
-        ASSERT_EQ(device.chip.state().acl_ranges, ranges_before) << round;
+        ASSERT_EQ(device.chip.state().acl_ranges(), ranges_before) << round;
         ASSERT_EQ(recorded(), Codes{}) << round;
         bound_lists += bound_before[1].size() + bound_before[2].size();
     }

@@ -3,7 +3,25 @@
 
 #include <algorithm>
 
+#include "driver/acl.h"
 #include "sections/acl/lists.h"
+#include "sim/library/call.h"
+
+void copy_lists_to_chip(sim::Board& on) {
+    const sim::InsideLibrary unseen;
+    on.device.chip.change([](sim::ChipState& chip) {
+        chip.acl_lists.clear();
+        for (sim::ChipPort& port : chip.ports)
+            port.acl_names = {};
+    });
+    for (const sim::AclList& list : on.device.acl.lists) {
+        EXPECT_EQ(rsd_acl_entry_create(list.name.c_str(), list.type), 0);
+        for (const Ace& ace : list.entries) {
+            const AclEntry entry = sim::driver_entry(ace);
+            EXPECT_EQ(rsd_acl_ace_entry_create(list.name.c_str(), &entry), 0);
+        }
+    }
+}
 
 void OnBoardWithLists::put_list(
     sim::Board& on, const std::string& name, std::uint32_t type, int entries) {
@@ -18,6 +36,7 @@ void OnBoardWithLists::put_list(
         list.entries.push_back(ace);
     }
     on.device.acl.lists.push_back(list);
+    copy_lists_to_chip(on);
 }
 
 Lines OnBoardWithLists::entries(const std::string& list) {

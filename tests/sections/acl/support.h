@@ -9,6 +9,9 @@
 #include "sim/instruments/codes.h"
 #include "tests/support/on_board.h"
 
+// Gives the chip the lists that a test has put on the board, as the firmware would have.
+void copy_lists_to_chip(sim::Board& on);
+
 class OnBoardWithLists : public OnBoard {
   protected:
     // A list with `entries` entries that match anything and permit, with sequence numbers 1, 2, ...
