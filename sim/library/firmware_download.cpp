@@ -14,6 +14,8 @@
 #include "sim/library/firmware_image.h"
 
 extern "C" {
+CURL* __real_curl_easy_init();
+void __real_curl_easy_cleanup(CURL* transfer);
 CURLcode __real_curl_easy_setopt(CURL* transfer, CURLoption option, ...);
 CURLcode __real_curl_easy_perform(CURL* transfer);
 }
@@ -33,8 +35,8 @@ std::size_t receive(char* bytes, std::size_t, std::size_t count, void* content) 
 }
 
 int fetch_from_network(const std::string& url, std::string& content) {
-    std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> transfer(
-        curl_easy_init(), curl_easy_cleanup);
+    std::unique_ptr<CURL, decltype(&__real_curl_easy_cleanup)> transfer(
+        __real_curl_easy_init(), __real_curl_easy_cleanup);
     if (!transfer)
         return code_failed;
     std::string certificates = board().path("/etc/ssl/certs").string();

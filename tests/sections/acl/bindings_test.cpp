@@ -8,7 +8,7 @@
 
 namespace {
 
-class AclBinding : public OnBoardWithLists {
+class AclBindings : public OnBoardWithLists {
   protected:
     static void list_at_ports_3_and_5(sim::Board& fresh) {
         put_list(fresh, "A", ACL_MAC);
@@ -22,7 +22,7 @@ class AclBinding : public OnBoardWithLists {
 
 } // namespace
 
-TEST_F(AclBinding, a_list_at_ports_3_and_5_is_taken_off_once_and_put_back_port_by_port) {
+TEST_F(AclBindings, a_list_at_ports_3_and_5_is_taken_off_once_and_put_back_port_by_port) {
     list_at_ports_3_and_5(board);
     set(R"({"mac_ace":[{"acl_name":"A","sequence":1,"method":0},
                        {"acl_name":"A","sequence":7,"method":1,"action":0}]})");
@@ -40,7 +40,7 @@ TEST_F(AclBinding, a_list_at_ports_3_and_5_is_taken_off_once_and_put_back_port_b
     EXPECT_EQ(bind_recover_names[3].type, 0u);
 }
 
-TEST_F(AclBinding, a_list_left_without_entries_stays_off) {
+TEST_F(AclBindings, a_list_left_without_entries_stays_off) {
     list_at_ports_3_and_5(board);
     set(R"({"mac_ace":[{"acl_name":"A","sequence":1,"method":0}]})");
     EXPECT_EQ(bound(ACL_MAC, 3), "");
@@ -51,7 +51,7 @@ TEST_F(AclBinding, a_list_left_without_entries_stays_off) {
     EXPECT_EQ(recorded(), Codes{});
 }
 
-TEST_F(AclBinding, lists_of_the_other_type_stay_where_they_are) {
+TEST_F(AclBindings, lists_of_the_other_type_stay_where_they_are) {
     list_at_ports_3_and_5(board);
     put_list("I", ACL_IPV4);
     bind(ACL_IPV4, "I", 3);
@@ -65,7 +65,7 @@ TEST_F(AclBinding, lists_of_the_other_type_stay_where_they_are) {
     EXPECT_EQ(acl_recover_bind, 0u);
 }
 
-TEST_F(AclBinding, both_types_are_put_back_at_one_port) {
+TEST_F(AclBindings, both_types_are_put_back_at_one_port) {
     list_at_ports_3_and_5(board);
     put_list("I", ACL_IPV4);
     bind(ACL_IPV4, "I", 3);
@@ -77,7 +77,7 @@ TEST_F(AclBinding, both_types_are_put_back_at_one_port) {
     EXPECT_EQ(recorded(), Codes{});
 }
 
-TEST_F(AclBinding, a_list_that_no_port_uses_is_not_unbound) {
+TEST_F(AclBindings, a_list_that_no_port_uses_is_not_unbound) {
     list_at_ports_3_and_5(board);
     put_list("B", ACL_MAC);
     EXPECT_EQ(_acl_unbind(ACL_MAC, "B"), 0);
@@ -87,7 +87,7 @@ TEST_F(AclBinding, a_list_that_no_port_uses_is_not_unbound) {
     EXPECT_EQ(writes(), Lines{});
 }
 
-TEST_F(AclBinding, while_another_list_is_off_a_list_without_ports_is_unbound_from_none) {
+TEST_F(AclBindings, while_another_list_is_off_a_list_without_ports_is_unbound_from_none) {
     list_at_ports_3_and_5(board);
     put_list("B", ACL_MAC);
     _acl_unbind(ACL_MAC, "A");
@@ -96,7 +96,7 @@ TEST_F(AclBinding, while_another_list_is_off_a_list_without_ports_is_unbound_fro
     EXPECT_EQ(writes(), Lines{"sal_acl_entry_unbind(1, {}) = 0"});
 }
 
-TEST_F(AclBinding, lists_whose_name_begins_with_the_given_one_are_taken_off_as_well) {
+TEST_F(AclBindings, lists_whose_name_begins_with_the_given_one_are_taken_off_as_well) {
     put_list("Lab", ACL_MAC);
     put_list("Laboratory", ACL_MAC);
     put_list("La", ACL_MAC);
@@ -108,7 +108,7 @@ TEST_F(AclBinding, lists_whose_name_begins_with_the_given_one_are_taken_off_as_w
     EXPECT_EQ(remembered(1, ACL_MAC), "Laboratory");
 }
 
-TEST_F(AclBinding, once_a_longer_name_is_remembered_the_shorter_list_stays_at_its_ports) {
+TEST_F(AclBindings, once_a_longer_name_is_remembered_the_shorter_list_stays_at_its_ports) {
     put_list("Lab", ACL_MAC);
     put_list("Laboratory", ACL_MAC);
     bind(ACL_MAC, "Lab", 0);
@@ -120,7 +120,7 @@ TEST_F(AclBinding, once_a_longer_name_is_remembered_the_shorter_list_stays_at_it
     EXPECT_EQ(bound(ACL_MAC, 0), "Lab");
 }
 
-TEST_F(AclBinding, every_call_of_unbinding_and_its_prescribed_outcome) {
+TEST_F(AclBindings, every_call_of_unbinding_and_its_prescribed_outcome) {
     auto runs =
         fail_each_call(list_at_ports_3_and_5, [](cJSON*) { return _acl_unbind(ACL_MAC, "A"); });
     EXPECT_EQ(runs.size(), 4u);
@@ -132,7 +132,7 @@ TEST_F(AclBinding, every_call_of_unbinding_and_its_prescribed_outcome) {
               });
 }
 
-TEST_F(AclBinding, a_port_whose_list_cannot_be_looked_up_is_skipped) {
+TEST_F(AclBindings, a_port_whose_list_cannot_be_looked_up_is_skipped) {
     list_at_ports_3_and_5(board);
     fail("sal_acl_entry_typeByName_get", 41);
     EXPECT_EQ(_acl_unbind(ACL_MAC, "A"), 0);
@@ -140,7 +140,7 @@ TEST_F(AclBinding, a_port_whose_list_cannot_be_looked_up_is_skipped) {
     EXPECT_EQ(remembered(3, ACL_MAC), "");
 }
 
-TEST_F(AclBinding, every_call_of_rebinding_and_its_prescribed_outcome) {
+TEST_F(AclBindings, every_call_of_rebinding_and_its_prescribed_outcome) {
     auto runs = fail_each_call(
         [](sim::Board& fresh) {
             list_at_ports_3_and_5(fresh);
@@ -156,7 +156,7 @@ TEST_F(AclBinding, every_call_of_rebinding_and_its_prescribed_outcome) {
               });
 }
 
-TEST_F(AclBinding, a_count_that_fails_leaves_the_flag_and_the_names) {
+TEST_F(AclBindings, a_count_that_fails_leaves_the_flag_and_the_names) {
     list_at_ports_3_and_5(board);
     _acl_unbind(ACL_MAC, "A");
     fail("sal_ace_entry_count_get", 41, 2);
@@ -167,7 +167,7 @@ TEST_F(AclBinding, a_count_that_fails_leaves_the_flag_and_the_names) {
     EXPECT_EQ(bound(ACL_MAC, 3), "A");
 }
 
-TEST_F(AclBinding, a_failed_bind_keeps_its_name_and_clears_the_flag_all_the_same) {
+TEST_F(AclBindings, a_failed_bind_keeps_its_name_and_clears_the_flag_all_the_same) {
     list_at_ports_3_and_5(board);
     _acl_unbind(ACL_MAC, "A");
     fail("sal_acl_entry_bind", 41);
@@ -178,7 +178,7 @@ TEST_F(AclBinding, a_failed_bind_keeps_its_name_and_clears_the_flag_all_the_same
     EXPECT_EQ(acl_recover_bind, 0u);
 }
 
-TEST_F(AclBinding, a_section_that_ended_early_leaves_its_lists_off) {
+TEST_F(AclBindings, a_section_that_ended_early_leaves_its_lists_off) {
     list_at_ports_3_and_5(board);
     set(R"({"mac_ace":[{"acl_name":"A","sequence":9,"method":0}]})");
     EXPECT_EQ(recorded(), Codes{sim::code_not_found});
@@ -191,7 +191,7 @@ TEST_F(AclBinding, a_section_that_ended_early_leaves_its_lists_off) {
     EXPECT_EQ(acl_recover_bind, 0u);
 }
 
-TEST_F(AclBinding, binding_both_types_to_a_port) {
+TEST_F(AclBindings, binding_both_types_to_a_port) {
     put_list("M", ACL_MAC);
     put_list("I", ACL_IPV4);
     EXPECT_EQ(vxc_acl_port_bind(3, "M", ACL_IPV4, "I"), 0);
@@ -207,7 +207,7 @@ TEST_F(AclBinding, binding_both_types_to_a_port) {
     EXPECT_EQ(bound(ACL_IPV4, 3), "I");
 }
 
-TEST_F(AclBinding, another_list_of_the_type_gives_way_first) {
+TEST_F(AclBindings, another_list_of_the_type_gives_way_first) {
     put_list("M", ACL_MAC);
     put_list("N", ACL_MAC);
     bind(ACL_MAC, "N", 31 - 4);
@@ -217,7 +217,7 @@ TEST_F(AclBinding, another_list_of_the_type_gives_way_first) {
         (Lines{"sal_acl_entry_unbind(1, {27}) = 0", "sal_acl_entry_bind(\"M\", 1, {27}) = 0"}));
 }
 
-TEST_F(AclBinding, an_empty_text_takes_the_list_off_even_where_there_is_none) {
+TEST_F(AclBindings, an_empty_text_takes_the_list_off_even_where_there_is_none) {
     put_list("I", ACL_IPV4);
     bind(ACL_IPV4, "I", 3);
     EXPECT_EQ(vxc_acl_port_bind(3, "", ACL_IPV4, ""), 0);
@@ -226,7 +226,7 @@ TEST_F(AclBinding, an_empty_text_takes_the_list_off_even_where_there_is_none) {
     EXPECT_EQ(bound(ACL_IPV4, 3), "");
 }
 
-TEST_F(AclBinding, a_name_that_is_bound_already_changes_nothing) {
+TEST_F(AclBindings, a_name_that_is_bound_already_changes_nothing) {
     put_list("M", ACL_MAC);
     put_list("I", ACL_IPV4);
     bind(ACL_MAC, "M", 3);
@@ -235,7 +235,7 @@ TEST_F(AclBinding, a_name_that_is_bound_already_changes_nothing) {
     EXPECT_EQ(calls(), Lines{"sal_acl_entry_portBinding_get"});
 }
 
-TEST_F(AclBinding, an_empty_list_is_not_bound_and_the_bound_one_stays) {
+TEST_F(AclBindings, an_empty_list_is_not_bound_and_the_bound_one_stays) {
     put_list("M", ACL_MAC);
     put_list("Empty", ACL_MAC, 0);
     put_list("I", ACL_IPV4);
@@ -246,14 +246,14 @@ TEST_F(AclBinding, an_empty_list_is_not_bound_and_the_bound_one_stays) {
     EXPECT_EQ(recorded(), Codes{});
 }
 
-TEST_F(AclBinding, absent_names_leave_the_port_as_it_is) {
+TEST_F(AclBindings, absent_names_leave_the_port_as_it_is) {
     put_list("M", ACL_MAC);
     bind(ACL_MAC, "M", 3);
     EXPECT_EQ(vxc_acl_port_bind(3, nullptr, ACL_IPV4, nullptr), 0);
     EXPECT_EQ(bound(ACL_MAC, 3), "M");
 }
 
-TEST_F(AclBinding, a_list_that_is_not_there_or_of_the_other_type_ends_it) {
+TEST_F(AclBindings, a_list_that_is_not_there_or_of_the_other_type_ends_it) {
     put_list("I", ACL_IPV4);
     EXPECT_EQ(vxc_acl_port_bind(3, "None", ACL_IPV4, "I"), sim::code_not_found);
     EXPECT_EQ(vxc_acl_port_bind(3, "I", ACL_IPV4, "I"), sim::code_not_found);
@@ -261,7 +261,7 @@ TEST_F(AclBinding, a_list_that_is_not_there_or_of_the_other_type_ends_it) {
     EXPECT_EQ(recorded(), Codes(2, sim::code_not_found));
 }
 
-TEST_F(AclBinding, every_call_of_a_port_binding_ends_it_when_it_fails) {
+TEST_F(AclBindings, every_call_of_a_port_binding_ends_it_when_it_fails) {
     auto runs = fail_each_call(
         [](sim::Board& fresh) {
             for (std::uint32_t type : {ACL_MAC, ACL_IPV4}) {
@@ -281,7 +281,7 @@ TEST_F(AclBinding, every_call_of_a_port_binding_ends_it_when_it_fails) {
               });
 }
 
-TEST_F(AclBinding, a_port_that_does_not_exist_is_refused) {
+TEST_F(AclBindings, a_port_that_does_not_exist_is_refused) {
     put_list("M", ACL_MAC);
     for (int port : {-1, 28, 95, 96, 1000000, -2147483647}) {
         forget();
@@ -291,14 +291,14 @@ TEST_F(AclBinding, a_port_that_does_not_exist_is_refused) {
     }
 }
 
-TEST_F(AclBinding, a_name_longer_than_a_name_field_is_the_platforms_to_refuse) {
+TEST_F(AclBindings, a_name_longer_than_a_name_field_is_the_platforms_to_refuse) {
     std::string name(33, 'x');
     put_list(name.substr(0, 32), ACL_MAC);
     EXPECT_EQ(vxc_acl_port_bind(3, name.c_str(), ACL_IPV4, nullptr), sim::code_not_found);
     EXPECT_EQ(bound(ACL_MAC, 3), "");
 }
 
-TEST_F(AclBinding, the_names_of_a_report_bound_again_change_nothing) {
+TEST_F(AclBindings, the_names_of_a_report_bound_again_change_nothing) {
     put_list("M", ACL_MAC);
     put_list("I", ACL_IPV4);
     bind(ACL_MAC, "M", 3);
@@ -333,7 +333,7 @@ TEST(AclBindingOfALargeSwitch, ports_up_to_the_96th_are_bound) {
 
 // --- The platform's side of it.
 
-TEST_F(AclBinding, the_platform_refuses_what_would_break_a_binding) {
+TEST_F(AclBindings, the_platform_refuses_what_would_break_a_binding) {
     list_at_ports_3_and_5(board);
     put_list("Empty", ACL_MAC, 0);
     AclPortBinding binding{};
