@@ -144,13 +144,30 @@ template <typename Integer> void put_integer(Printer* out, Integer value) {
         static_cast<size_t>(std::to_chars(start, start + number_size, value).ptr - start);
 }
 
+// "%.1f" of a value between 1e-6 and 1e9 on either side of 0, digit for digit: to the nearest
+// tenth, and from the very middle between two to the even one. The fraction is counted in units of
+// 2^-60, which leaves nothing of it out from 2^-8 up, and below that it is no tenth.
+void put_tenths(Printer* out, double value) {
+    constexpr uint64_t one = uint64_t{1} << 60;
+    double size = fabs(value);
+    uint32_t whole = static_cast<uint32_t>(size);
+    uint64_t tenths = static_cast<uint64_t>((size - whole) * one) * 10;
+    uint64_t digit = tenths / one, rest = tenths % one;
+    if (rest > one / 2 || (rest == one / 2 && digit % 2))
+        ++digit;
+    if (signbit(value))
+        put(out, '-');
+    put_integer(out, digit == 10 ? whole + 1 : whole);
+    put(out, '.');
+    put(out, static_cast<char>('0' + digit % 10));
+}
+
 // The C library's decimal sign is a point, for the agent sets no locale.
-int format_double(char* text, double value, bool whole) {
-    if (whole)
-        return snprintf(text, number_size, "%.0f", value);
-    if (fabs(value) < 1e-6 || fabs(value) > 1e9)
-        return snprintf(text, number_size, "%e", value);
-    return snprintf(text, number_size, "%.1f", value);
+void put_rare(Printer* out, double value, bool whole) {
+    char* start = out->text + out->length;
+    int length = whole ? snprintf(start, number_size, "%.0f", value)
+                       : snprintf(start, number_size, "%e", value);
+    out->length += static_cast<size_t>(length);
 }
 
 void put_double(Printer* out, double value, int truncated) {
@@ -161,8 +178,10 @@ void put_double(Printer* out, double value, int truncated) {
         put_integer(out, truncated);
     else if (whole && fabs(value) < int64_limit)
         put_integer(out, static_cast<int64_t>(floor(value)));
+    else if (whole || fabs(value) < 1e-6 || fabs(value) > 1e9)
+        put_rare(out, value, whole);
     else
-        out->length += static_cast<size_t>(format_double(out->text + out->length, value, whole));
+        put_tenths(out, value);
 }
 
 bool print_number(Printer* out, const cJSON* node) {

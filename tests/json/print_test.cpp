@@ -105,6 +105,44 @@ TEST(Number, rules_hold_for_doubles_of_every_size) {
     }
 }
 
+std::string c_library_tenths(double value) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.1f", value);
+    return text;
+}
+
+// Powers come from the switch in tenths of a watt, voltages and the like would in the same way.
+TEST(Number, every_count_of_tenths_prints_as_the_c_library_rounds) {
+    std::mt19937 random(3);
+    for (int32_t count = 1; count < 400000; ++count) {
+        for (int32_t tenths : {count, -count, static_cast<int32_t>(random())}) {
+            double value = tenths / 10.0;
+            if (tenths % 10 && std::fabs(value) < 1e9)
+                ASSERT_EQ(number(value), c_library_tenths(value)) << tenths;
+        }
+    }
+}
+
+// Next to where the tenth changes, where the smallest part of a double decides, and on the very
+// middle, which is a quarter or three.
+TEST(Number, fractions_round_as_in_the_c_library) {
+    std::mt19937_64 random(4);
+    std::uniform_real_distribution<double> exponent(-20, 30);
+    for (int round = 0; round < 40000; ++round) {
+        double size = std::exp2(exponent(random)) * (round % 2 ? 1 : -1);
+        double middle = std::trunc(size) + static_cast<double>(random() % 20) / 20;
+        double quarter = std::trunc(size) + static_cast<double>(random() % 8) / 8;
+        for (double value :
+             {size, middle, quarter, std::nextafter(middle, -1e9), std::nextafter(middle, 1e9),
+              std::nextafter(quarter, -1e9), std::nextafter(quarter, 1e9)}) {
+            bool tenths = std::fabs(value) >= 1e-6 && std::fabs(value) <= 1e9;
+            if (tenths && std::fabs(std::floor(value) - value) > DBL_EPSILON &&
+                std::fabs(std::trunc(value) - value) > DBL_EPSILON)
+                ASSERT_EQ(number(value), c_library_tenths(value)) << std::hexfloat << value;
+        }
+    }
+}
+
 TEST(Number, rules_hold_around_their_limits) {
     for (double limit :
          {0.0, 1.0, 1e-6, 1e9, 1e60, 2147483647.0, -2147483648.0, 9e18, 1e15, 0.05}) {
