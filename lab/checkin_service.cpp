@@ -78,7 +78,7 @@ Reply CheckinService::reject(const Call& call, const Rejection& rejection) {
     const std::string mac = find_mac(target);
     store_.count("rejected." + rejection.code);
     events_.note(
-        "rejected", mac, "rejected " + target + ": " + rejection.reason,
+        "rejected", mac, "rejected " + target + ": " + rejection.code + ": " + rejection.reason,
         {{"code", rejection.code}, {"reason", rejection.reason}, {"target", target}});
     // Plain text on purpose: a switch applies the body of any reply that is a JSON document.
     return {403, rejection.code + ": " + rejection.reason + "\n", "text/plain"};

@@ -52,6 +52,12 @@ ListenerPlan Cloud::plan_plain(int port, const std::string& name, Handler handle
     plan.plain = std::move(handler);
     if (name != "admin")
         plan.misbehaviours = &misbehaviours_;
+    if (name != "admin") // browsers open connections there in advance
+        plan.on_no_request = [this](const std::string& listener, int at, const std::string& how) {
+            events_.note(
+                "no-request", "", how + " (" + listener + " port " + std::to_string(at) + ")",
+                {{"listener", listener}, {"port", at}});
+        };
     plan.on_misbehaviour = [this](const std::string& listener, int at, Fault fault) {
         events_.note(
             "misbehaviour", "",

@@ -28,7 +28,7 @@ Reply KeeperService::listen(const Call& call) {
     const std::string reason = call.method + " " + call.path + " is not GET /router/listen/MAC";
     store_.count("rejected.path");
     events_.note(
-        "rejected", "", "rejected on the keeper channel: " + reason,
+        "rejected", "", "rejected on the keeper channel: path: " + reason,
         {{"code", "path"}, {"reason", reason}, {"target", call.path}});
     return {403, "path: " + reason + "\n", "text/plain"};
 }

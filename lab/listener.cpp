@@ -3,6 +3,7 @@
 
 #include <openssl/err.h>
 #include <openssl/ssl.h>
+#include <openssl/x509v3.h>
 
 #include <netinet/in.h>
 #include <poll.h>
@@ -84,6 +85,15 @@ int peek_first_byte(int socket) {
 void reset(int socket) {
     const linger at_once{1, 0};
     setsockopt(socket, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+}
+
+// The server sees the wrong name by what the peer asked for, if it asked for a name at all.
+std::string describe_name(SSL* ssl) {
+    const char* asked = SSL_get_servername(ssl, TLSEXT_NAMETYPE_host_name);
+    X509* certificate = SSL_get_certificate(ssl);
+    if (!asked || X509_check_host(certificate, asked, 0, 0, nullptr) == 1)
+        return {};
+    return std::string("; it asked for \"") + asked + "\", which is not a name of the certificate";
 }
 
 std::string take_tls_error() {
@@ -324,7 +334,7 @@ class Listener::Server : public httplib::Server {
     void serve(int socket) {
         const int byte = peek_first_byte(socket);
         if (byte < 0)
-            return;
+            return note_no_request(plan_.plain_name, "a connection closed without a request");
         const bool tls = byte == tls_handshake_record;
         if (tls && !plan_.authority)
             return;
@@ -335,6 +345,11 @@ class Listener::Server : public httplib::Server {
             serve_tls(socket, misbehaviour);
         else
             serve_request(socket, nullptr, misbehaviour);
+    }
+
+    void note_no_request(const std::string& name, const std::string& how) const {
+        if (plan_.on_no_request && !sockets_.closing())
+            plan_.on_no_request(name, port_, how);
     }
 
     Misbehaviour take_misbehaviour(bool tls) {
@@ -354,7 +369,7 @@ class Listener::Server : public httplib::Server {
             return;
         if (SSL_accept(ssl.get()) != 1) {
             if (plan_.on_tls_failure)
-                plan_.on_tls_failure(take_tls_error());
+                plan_.on_tls_failure(take_tls_error() + describe_name(ssl.get()));
             return;
         }
         // After a body cut short, no farewell either: the peer must see a broken connection.
@@ -369,6 +384,13 @@ class Listener::Server : public httplib::Server {
         bool closed = false;
         process_request(connection, true, closed, take_as_it_is);
         current_connection = nullptr;
+        if (connection.head().empty())
+            note_no_request(
+                ssl ? plan_.tls_name : plan_.plain_name,
+                ssl ? "TLS came about, and the peer closed without a request, as one does that "
+                      "finds another name in the certificate" +
+                          describe_name(ssl)
+                    : std::string("a connection closed in the middle of a request's head"));
         if (connection.write_failed() && connection.unsent)
             connection.unsent();
         if (connection.overran())

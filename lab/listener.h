@@ -24,6 +24,9 @@ struct ListenerPlan {
     // How many bytes of a body a request may bring, asked before any is read. None: 64 KiB.
     std::function<std::size_t(const Call& without_body)> body_limit = {};
     std::function<void(const std::string& text)> on_tls_failure = {};
+    // A connection that ended before a request came; `listener` is the side's name.
+    std::function<void(const std::string& listener, int port, const std::string& how)>
+        on_no_request = {};
     std::function<void(const std::string& listener, int port, Fault fault)> on_misbehaviour = {};
 };
 

@@ -114,6 +114,7 @@ TEST_P(Rejection, is_answered_logged_and_counted) {
     const Json rejected = events("rejected");
     ASSERT_EQ(rejected.size(), 1u);
     EXPECT_EQ(rejected[0]["code"], code);
+    EXPECT_NE(std::string(rejected[0]["text"]).find(": " + code + ": "), std::string::npos);
     EXPECT_EQ(counter("rejected"), 1);
     EXPECT_EQ(counter("rejected." + code), 1);
     EXPECT_EQ(counter("checkin"), 0);
@@ -125,6 +126,17 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<Spoiling>& one) { return one.param.name; });
 
 using Checkins = Lab;
+
+TEST_F(Checkins, a_connection_that_closes_without_a_request_is_told) {
+    { const IdleConnection silent(keeper_listener().port); }
+    const Json plain = events("no-request")[0];
+    EXPECT_EQ(plain["listener"], "keeper");
+    EXPECT_EQ(plain["port"], keeper_listener().port);
+    talk(checkin_listener(), "", true);
+    const Json tls = nth_event("no-request", 2);
+    EXPECT_EQ(tls["listener"], "checkin");
+    EXPECT_NE(std::string(tls["text"]).find("another name in the certificate"), std::string::npos);
+}
 
 TEST_F(Checkins, a_good_one_is_accepted_and_its_report_kept) {
     Checkin checkin;
