@@ -10,6 +10,7 @@ BUILD = pathlib.Path(os.environ["VX_BUILD"])
 SOURCE = pathlib.Path(os.environ["VX_SOURCE"])
 JUDGE_ON_SIM = BUILD / "sim/platform_judge_sim"
 JUDGE_ON_NULL = BUILD / "tests/judge/platform_judge_null"
+ON_SIM = ("platform_judge_sim", "platform_judge_habits")
 
 # What cannot be put back, as far as a simulated switch is concerned.
 IRREVOCABLE = ("--unread-settings", "--poe-reset", "--clear-counters", "--cable-test", "--services",
@@ -23,7 +24,7 @@ class JudgeCase(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
 
     def command(self, program, *options):
-        board = ("--root", "board") if program != JUDGE_ON_NULL else ()
+        board = ("--root", "board") if program.name in ON_SIM else ()
         return [program, *board, "--json", "report.json", *options]
 
     def judge(self, program, *options, status, **environment):

@@ -3,6 +3,6 @@
 set -euo pipefail
 clang_format=$1
 cd "$2"
-find base core driver json judge lab platform sections sim tests transport bench \
-  \( -name '*.cpp' -o -name '*.h' \) -print0 |
+find base core driver examples json judge lab platform sections sim tests transport bench \
+  \( -name '*.cpp' -o -name '*.c' -o -name '*.h' \) -print0 |
   xargs -0 "$clang_format" --dry-run -Werror
