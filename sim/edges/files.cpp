@@ -34,9 +34,9 @@ bool open_fails(const char* path) {
 }
 
 // The console is a device: what is written comes after what it showed before.
-int open_console() {
+int open_console(int flags) {
     return __real_open(
-        board().path(console_device).c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+        board().path(console_device).c_str(), flags | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
 }
 
 int open_on_board(const char* path, int flags, mode_t mode) {
@@ -45,7 +45,7 @@ int open_on_board(const char* path, int flags, mode_t mode) {
     if (std::strcmp(path, chip_device) == 0)
         return open_chip();
     if (std::strcmp(path, console_device) == 0)
-        return open_console();
+        return open_console(flags);
     return __real_open(board().path(path).c_str(), flags | O_CLOEXEC, mode);
 }
 

@@ -1,7 +1,10 @@
-// Transfers of the agent, which are real ones: traced, failed where the fault plan says so, checked
+// Transfers of the agent are real ones, traced, failed where the fault plan says so, checked
 // against the board's certificates, and heard where a check-in fails.
+#include "sim/edges/transfers.h"
+
 #include <curl/curl.h>
 
+#include <atomic>
 #include <cctype>
 #include <cstdarg>
 #include <map>
@@ -31,7 +34,8 @@ struct Transfer {
     std::string url;
     curl_write_callback take = nullptr; // the agent's, and its argument
     void* taker = nullptr;
-    std::string heard; // how the answer begins
+    std::string heard;           // how the answer begins
+    std::map<int, long> numbers; // that libcurl accepted for its options
 };
 
 class Transfers {
@@ -42,12 +46,20 @@ class Transfers {
     }
     void forget(CURL* handle) {
         std::lock_guard guard(mutex_);
+        Transfer& ended = all_[handle];
+        last_numbers_[ended.url] = ended.numbers;
         all_.erase(handle);
+    }
+    std::optional<long> last_number(const std::string& url, int option) {
+        std::lock_guard guard(mutex_);
+        auto found = last_numbers_[url].find(option);
+        return found == last_numbers_[url].end() ? std::nullopt : std::optional(found->second);
     }
 
   private:
     std::mutex mutex_;
     std::map<CURL*, Transfer> all_;
+    std::map<std::string, std::map<int, long>> last_numbers_; // by URL
 };
 
 Transfers& transfers() {
@@ -161,15 +173,32 @@ CURLcode set_pointer(CURL* handle, CURLoption option, void* value) {
     return __real_curl_easy_setopt(handle, option, value);
 }
 
+std::atomic<long> longest_transfer = 0;
+
+CURLcode set_number(CURL* handle, CURLoption option, long value) {
+    CURLcode result = __real_curl_easy_setopt(handle, option, value);
+    if (result == CURLE_OK)
+        transfers().of(handle).numbers[option] = value;
+    if (option == CURLOPT_TIMEOUT && longest_transfer > 0)
+        __real_curl_easy_setopt(handle, option, longest_transfer.load());
+    return result;
+}
+
 CURLcode set_option(CURL* handle, CURLoption option, va_list arguments) {
     if (option >= CURLOPTTYPE_OFF_T && option < CURLOPTTYPE_BLOB)
         return __real_curl_easy_setopt(handle, option, va_arg(arguments, curl_off_t));
     if (option < CURLOPTTYPE_OBJECTPOINT)
-        return __real_curl_easy_setopt(handle, option, va_arg(arguments, long));
+        return set_number(handle, option, va_arg(arguments, long));
     return set_pointer(handle, option, va_arg(arguments, void*));
 }
 
 } // namespace
+
+void cut_time_outs(long seconds) { longest_transfer = seconds; }
+
+std::optional<long> transfer_option(const std::string& url, int option) {
+    return transfers().last_number(url, option);
+}
 
 } // namespace sim
 

@@ -5,6 +5,7 @@
 #include <regex>
 
 #include "on_wire.h"
+#include "transport/transfer_options.h"
 
 namespace {
 
@@ -17,8 +18,7 @@ class TransferInfo : public OnWire {
         Transfer transfer(curl_easy_init(), curl_easy_cleanup);
         api_reply discard = {REPLY_DISCARD, {nullptr}, 0};
         curl_easy_setopt(transfer.get(), CURLOPT_URL, url.c_str());
-        curl_easy_setopt(transfer.get(), CURLOPT_WRITEFUNCTION, api_write_cb);
-        curl_easy_setopt(transfer.get(), CURLOPT_WRITEDATA, &discard);
+        set_common_options(transfer.get(), &discard);
         curl_easy_perform(transfer.get());
         EXPECT_EQ(get_infos(transfer.get()), 0);
     }
