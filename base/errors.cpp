@@ -1,4 +1,4 @@
-// The error list and the system log; see errors.h.
+// The error list is filled by every thread that applies settings, without a lock.
 #include "base/errors.h"
 
 #include <string.h>
@@ -8,9 +8,23 @@
 uint32_t error_flags[ERROR_LIST_SIZE];
 uint32_t error_count;
 
+namespace {
+
+// The next place of the list, or ERROR_LIST_SIZE. Handlers of two threads never get the same one.
+uint32_t take_place() {
+    uint32_t place = __atomic_load_n(&error_count, __ATOMIC_RELAXED);
+    while (place < ERROR_LIST_SIZE &&
+           !__atomic_compare_exchange_n(
+               &error_count, &place, place + 1, true, __ATOMIC_RELAXED, __ATOMIC_RELAXED)) {}
+    return place;
+}
+
+} // namespace
+
 int record_error(int code) {
-    if (error_count < ERROR_LIST_SIZE)
-        error_flags[error_count++] = static_cast<uint32_t>(code);
+    uint32_t place = take_place();
+    if (place < ERROR_LIST_SIZE)
+        error_flags[place] = static_cast<uint32_t>(code);
     return code;
 }
 
