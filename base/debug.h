@@ -8,5 +8,6 @@ extern uint32_t debug_flag; // 0 silences the console; re-read from the store at
 }
 
 // Writes a text to "/dev/console" when debug_flag is set, and formats nothing when it is clear.
-// Never fails: a text that cannot be formatted or written is lost.
+// Never fails: a text that cannot be formatted or written is lost, and so is the rest of one when
+// the console takes nothing for a second.
 void debug_print(const char* format, ...) __attribute__((format(printf, 1, 2)));
