@@ -1,10 +1,11 @@
-// Actions of the connection keeper; see keeper_actions.h.
+// A table of the actions, each with the port it needs and what it does.
 #include "core/keeper_actions.h"
 
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
 
+#include "base/command.h"
 #include "base/debug.h"
 #include "base/errors.h"
 #include "base/port_id.h"
@@ -22,7 +23,7 @@ namespace {
 
 void check_in(const cJSON*, int) { api_checkin(); }
 
-void reboot(const cJSON*, int) { system("handler -f reboot 1> /dev/null 2> /dev/null &"); }
+void reboot(const cJSON*, int) { run_command("handler -f reboot 1> /dev/null 2> /dev/null &"); }
 
 void bounce_power(int port) {
     if (port >= POE_PORTS)

@@ -4,6 +4,7 @@
 #include <stdint.h>
 #include <stdlib.h>
 
+#include "base/command.h"
 #include "base/errors.h"
 #include "platform/access.h"
 #include "sections/section.h"
@@ -29,7 +30,7 @@ int set_telnet(int on) {
     if (int code = reload_inetd())
         return code;
     if (!on)
-        system("handler -c telnet &");
+        run_command("handler -c telnet &");
     return 0;
 }
 

@@ -6,6 +6,7 @@
 #include <string.h>
 #include <unistd.h>
 
+#include "base/command.h"
 #include "base/debug.h"
 #include "base/errors.h"
 #include "base/numbers.h"
@@ -116,7 +117,7 @@ bool add_text(cJSON* diagnostic, const char* key, const char* text) {
 void remove_output(const char* path) {
     char command[sizeof "rm " + OUTPUT_PATH_SIZE];
     snprintf(command, sizeof command, "rm %s", path);
-    system(command);
+    run_command(command);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "base/command.h"
 #include "base/errors.h"
 #include "platform/diag.h"
 #include "platform/util.h"
@@ -119,7 +120,7 @@ int run_locked(const char* command) {
     if (int code = sal_sys_tracerouteLock_take())
         return record_error(code);
     traceroute_status = DIAGNOSTIC_RUNNING;
-    system(command);
+    run_command(command);
     if (int code = sal_sys_tracerouteLock_give())
         return record_error(code);
     traceroute_status = DIAGNOSTIC_READY;
@@ -181,7 +182,7 @@ int vxc_ping_ipv4(const cJSON* message) {
     if (!command)
         return record_error(ERROR_REFUSED);
     ping_status = DIAGNOSTIC_RUNNING;
-    system(command.get());
+    run_command(command.get());
     ping_status = DIAGNOSTIC_READY;
     return 0;
 }

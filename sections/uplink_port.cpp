@@ -7,6 +7,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "base/command.h"
 #include "base/errors.h"
 #include "base/port_list.h"
 #include "json/json_document.h"
@@ -115,7 +116,7 @@ int vxc_uplink_port_get(cJSON* system) {
     char gateway[GATEWAY_TEXT_SIZE] = "";
     read_gateway(gateway);
     uint32_t addresses = refresh_addresses();
-    ::system("cat /proc/net/arp > /tmp/arpinfo");
+    run_command("cat /proc/net/arp > /tmp/arpinfo");
     int port = 0;
     if (FILE* arp_table = fopen("/tmp/arpinfo", "r")) {
         port = port_of_gateway(arp_table, gateway, addresses);
