@@ -1,4 +1,4 @@
-// The account's key and secret in the platform's store; see credentials.h.
+// The account in the platform's store, each value with the MAC behind it.
 #include "base/credentials.h"
 
 #include <stdio.h>

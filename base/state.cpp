@@ -1,4 +1,4 @@
-// The agent's state; see state.h.
+// What the agent's state is when the process starts.
 #include "base/state.h"
 
 int32_t CheckinInterval = 300;
@@ -14,8 +14,8 @@ CloudAttributes gCattr;
 uint32_t checkin_connect_establish;
 uint32_t checkin_connect_retry;
 uint32_t checkin_retry_count;
-int32_t checkin_timeout = 120;
-int32_t checkin_connect_timeout = 120;
+int32_t checkin_timeout = TRANSFER_TIMEOUT;
+int32_t checkin_connect_timeout = TRANSFER_TIMEOUT;
 int32_t checkin_type = CHECKIN_ANY_ADDRESS;
 uint32_t setting_from_cloud;
 uint32_t connection_url_change;

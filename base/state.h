@@ -15,6 +15,8 @@ enum {
     PORT_RESET_FLAGS = 72,
 };
 
+enum { TRANSFER_TIMEOUT = 120 }; // seconds, until the cloud sets others
+
 // How the host of a check-in is resolved; the values are libcurl's CURL_IPRESOLVE_*.
 enum { CHECKIN_ANY_ADDRESS = 0, CHECKIN_IPV4_ONLY = 1, CHECKIN_IPV6_ONLY = 2 };
 

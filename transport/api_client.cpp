@@ -1,4 +1,4 @@
-// One signed request to the cloud API; see api_client.h.
+// A request's way: arguments, header lines, transfer, result.
 #include "transport/api_client.h"
 
 #include <curl/curl.h>
@@ -32,8 +32,8 @@ struct ApiRequest {
     time_t timestamp;
 };
 
-// The header lines made so far. Once one was lost for want of memory the request is not worth
-// sending: the cloud would refuse it.
+// The header lines made so far. Once one was lost, for want of memory or because it would have been
+// several, the request is not worth sending: the cloud would refuse it.
 struct HeaderList {
     curl_slist* lines;
     bool lost;
@@ -93,6 +93,16 @@ void empty_reply_file(const api_reply& reply) {
         file_trunc_to_zero(reply.path);
 }
 
+// A line end in a stored key would make a header line of what follows it.
+bool is_one_line(const char* text) {
+    for (; *text; ++text) {
+        unsigned char character = static_cast<unsigned char>(*text);
+        if (character < ' ' || character == 0x7F)
+            return false;
+    }
+    return true;
+}
+
 void add_header(HeaderList* headers, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 void add_header(HeaderList* headers, const char* format, ...) {
@@ -101,7 +111,9 @@ void add_header(HeaderList* headers, const char* format, ...) {
     vsnprintf(header_line, sizeof header_line, format, arguments);
     va_end(arguments);
     debug_print("curl_slist_append(): %s\n", header_line);
-    curl_slist* grown = curl_slist_append(headers->lines, present_line().text);
+    HeaderLine line = present_line();
+    curl_slist* grown =
+        is_one_line(line.text) ? curl_slist_append(headers->lines, line.text) : nullptr;
     if (grown)
         headers->lines = grown;
     else
@@ -174,10 +186,16 @@ void set_address_family(CURL* curl) {
         debug_print("CURLOPT_IPRESOLVE set to CURL_IPRESOLVE_V6\n");
 }
 
-void set_limits(CURL* curl) {
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT, static_cast<long>(checkin_timeout));
+// A time that libcurl refuses, such as a negative one, would mean that a transfer never ends.
+void set_time_out(CURL* curl, CURLoption option, int32_t seconds) {
+    if (curl_easy_setopt(curl, option, static_cast<long>(seconds)) != CURLE_OK)
+        curl_easy_setopt(curl, option, static_cast<long>(TRANSFER_TIMEOUT));
+}
+
+void set_time_outs(CURL* curl) {
+    set_time_out(curl, CURLOPT_TIMEOUT, checkin_timeout);
     debug_print("CURLOPT_TIMEOUT: %d\n", static_cast<int>(checkin_timeout));
-    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, static_cast<long>(checkin_connect_timeout));
+    set_time_out(curl, CURLOPT_CONNECTTIMEOUT, checkin_connect_timeout);
     debug_print("CURLOPT_CONNECTTIMEOUT: %d\n", static_cast<int>(checkin_connect_timeout));
 }
 
@@ -187,7 +205,7 @@ void set_options(CURL* curl, const ApiRequest& request, const HeaderList& header
         set_tls(curl);
     set_common_options(curl, request.reply);
     set_address_family(curl);
-    set_limits(curl);
+    set_time_outs(curl);
     curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.lines);
     if (debug_flag) {
         curl_easy_setopt(curl, CURLOPT_VERBOSE, 1L);
@@ -223,20 +241,16 @@ int32_t result_of_status(long status) {
     return status >= 500 && status <= 599 ? API_FAILED : API_REJECTED;
 }
 
-// Releases the headers.
 int32_t transfer(const ApiRequest& request, const HeaderList& headers) {
     CURL* curl = curl_easy_init();
-    if (!curl) {
-        curl_slist_free_all(headers.lines);
+    if (!curl)
         return API_FAILED;
-    }
     char error[CURL_ERROR_SIZE] = "";
     long status = 0;
     set_options(curl, request, headers, error);
     CURLcode code = curl_easy_perform(curl);
     curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
     get_infos(curl);
-    curl_slist_free_all(headers.lines);
     curl_easy_cleanup(curl);
     return code == CURLE_OK ? result_of_status(status) : result_of_failure(code, error);
 }
@@ -249,11 +263,11 @@ int32_t run(ApiRequest& request) {
     empty_reply_file(*request.reply);
     debug_print("connection attempt %d\n", 0);
     HeaderList headers = {nullptr, false};
-    if (int32_t code = add_headers(request, &headers)) {
-        curl_slist_free_all(headers.lines);
-        return code;
-    }
-    return transfer(request, headers);
+    int32_t result = add_headers(request, &headers);
+    if (result == API_OK)
+        result = transfer(request, headers);
+    curl_slist_free_all(headers.lines);
+    return result;
 }
 
 } // namespace

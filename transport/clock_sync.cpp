@@ -1,4 +1,4 @@
-// The switch's clock from the cloud's time API; see clock_sync.h.
+// The time is asked for, taken apart, and set.
 #include "transport/clock_sync.h"
 
 #include <curl/curl.h>
@@ -107,7 +107,7 @@ time_t fetch_time() {
     if (!curl)
         return no_time;
     char error[CURL_ERROR_SIZE] = "";
-    api_reply reply = {REPLY_IN_MEMORY, {nullptr}, 0};
+    api_reply reply = {REPLY_IN_MEMORY, {nullptr}, 0, LONGEST_NOTE};
     CURLcode code = request_time(curl, &reply, error);
     time_t result = time_of_transfer(code, error, reply);
     free(reply.text);

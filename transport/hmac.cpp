@@ -1,4 +1,5 @@
-// HMAC-SHA256; see hmac.h. The hash is computed in software, where its result codes are always 0.
+// The pads are hashed before the message and before its digest. The hash is computed in software,
+// where its result codes are always 0.
 #include "transport/hmac.h"
 
 #include <string.h>

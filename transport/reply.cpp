@@ -1,4 +1,4 @@
-// Capture of replies; see reply.h.
+// Capture of replies, chunk by chunk.
 #include "transport/reply.h"
 
 #include <fcntl.h>
@@ -32,7 +32,7 @@ size_t abandon_text(api_reply* reply) {
 
 size_t append_to_text(api_reply* reply, const char* data, size_t bytes) {
     size_t kept = reply->text ? reply->length - 1 : 0;
-    if (bytes >= UINT32_MAX - kept)
+    if (bytes > reply->limit - kept)
         return abandon_text(reply);
     char* grown = static_cast<char*>(realloc(reply->text, kept + bytes + 1));
     if (!grown)

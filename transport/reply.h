@@ -7,6 +7,11 @@
 // Any other type of reply is discarded too.
 enum { REPLY_DISCARD = 0, REPLY_TO_FILE = 1, REPLY_IN_MEMORY = 2 };
 
+// The longest replies that are taken into memory, in bytes as they are after decoding: a document
+// of settings, and a few words. Whoever is in the way of a transfer could fill the memory
+// otherwise.
+enum { LONGEST_DOCUMENT = 1048576, LONGEST_NOTE = 65536 };
+
 struct api_reply {
     uint32_t type;
     union {
@@ -14,14 +19,16 @@ struct api_reply {
         char* text;       // REPLY_IN_MEMORY: null until something arrives, then NUL-terminated;
                           // whoever made the descriptor frees it with free()
     };
-    uint32_t length; // REPLY_IN_MEMORY: bytes in `text` with its terminator
+    uint32_t length;                   // REPLY_IN_MEMORY: bytes in `text` with its terminator
+    uint32_t limit = LONGEST_DOCUMENT; // REPLY_IN_MEMORY: most bytes without it
 };
 
 extern "C" {
 
 // A CURLOPT_WRITEFUNCTION whose CURLOPT_WRITEDATA is an api_reply or null. Returns the bytes taken;
-// a file that cannot be opened takes all of them and loses them. Where memory is short the text is
-// freed, the descriptor is empty again, and the result 0 makes libcurl end the transfer.
+// a file that cannot be opened takes all of them and loses them. Where memory is short, or the
+// text would exceed its limit, it is freed, the descriptor is empty again, and the result 0 makes
+// libcurl end the transfer.
 size_t api_write_cb(char* data, size_t size, size_t count, void* descriptor);
 
 // 1 if `path` exists in any form, else 0.

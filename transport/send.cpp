@@ -1,4 +1,4 @@
-// Send helpers; see send.h.
+// Requests whose body is a text or a file, and whose reply is a text, a file or nothing.
 #include "transport/send.h"
 
 #include <errno.h>

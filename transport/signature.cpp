@@ -1,4 +1,4 @@
-// Nonce and signature of a request; see signature.h.
+// The nonce is a digest of the MAC and chance; the signature covers header, path and body.
 #include "transport/signature.h"
 
 #include <stdlib.h>

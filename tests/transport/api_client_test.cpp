@@ -9,6 +9,7 @@
 
 #include "hex.h"
 #include "on_wire.h"
+#include "sim/edges/transfers.h"
 #include "tests/support/environment.h"
 
 namespace {
@@ -428,4 +429,67 @@ TEST_F(ApiCall, proxy_of_the_environment_is_not_asked) {
     Environment proxies({"http_proxy", "all_proxy", "ALL_PROXY"}, "http://127.0.0.1:9");
     cloud.answer({});
     EXPECT_EQ(call(), API_OK);
+}
+
+TEST_F(ApiCall, redirection_is_not_followed) {
+    HttpAnswer moved;
+    moved.status = 302;
+    moved.headers = {"Location: " + url("/elsewhere")};
+    EXPECT_EQ(result_of(moved), API_REJECTED);
+    EXPECT_EQ(cloud.lines(), Lines{"POST /p HTTP/1.1"});
+}
+
+TEST_F(ApiCall, time_outs_are_the_ones_that_are_set) {
+    checkin_timeout = 77;
+    checkin_connect_timeout = 33;
+    EXPECT_EQ(result_of({}), API_OK);
+    EXPECT_EQ(sim::transfer_option(url("/p"), CURLOPT_TIMEOUT), 77);
+    EXPECT_EQ(sim::transfer_option(url("/p"), CURLOPT_CONNECTTIMEOUT), 33);
+    EXPECT_EQ(sim::transfer_option(url("/p"), CURLOPT_TCP_KEEPALIVE), 1);
+    EXPECT_EQ(sim::transfer_option(url("/p"), CURLOPT_NOSIGNAL), 1);
+}
+
+TEST_F(ApiCall, time_out_that_libcurl_refuses_is_the_default_one) {
+    for (std::int32_t refused : {-1, INT32_MIN, INT32_MAX, INT32_MAX / 1000 + 1}) {
+        checkin_timeout = checkin_connect_timeout = refused;
+        EXPECT_EQ(result_of({}), API_OK);
+        EXPECT_EQ(sim::transfer_option(url("/p"), CURLOPT_TIMEOUT), 120) << refused;
+        EXPECT_EQ(sim::transfer_option(url("/p"), CURLOPT_CONNECTTIMEOUT), 120) << refused;
+    }
+    checkin_timeout = INT32_MAX / 1000 - 1;
+    EXPECT_EQ(result_of({}), API_OK);
+    EXPECT_EQ(sim::transfer_option(url("/p"), CURLOPT_TIMEOUT), INT32_MAX / 1000 - 1);
+}
+
+TEST_F(ApiCall, key_that_would_become_several_header_lines_is_not_sent) {
+    for (const char* key :
+         {"one\r\nX-Admin: 1", "one\ntwo", "one\rtwo", "\t", "\x01", "\x1f", "\x7f", "key\n"}) {
+        forget();
+        EXPECT_EQ(call({.key = key}), API_FAILED) << key;
+        EXPECT_FALSE(called("transfer")) << key;
+    }
+    EXPECT_EQ(call({.extra = "X-Extra: 1\r\nX-Admin: 1"}), API_FAILED);
+    EXPECT_TRUE(cloud.requests().empty());
+    cloud.answer({});
+    EXPECT_EQ(call({.key = " !~"}), API_OK);
+    EXPECT_TRUE(cloud.requests().at(0).header("Authorization").starts_with("key= !~,timestamp="));
+}
+
+TEST_F(ApiCall, signature_covers_as_much_of_the_body_as_the_length_says) {
+    checkin_timeout = 1;
+    cloud.answer({});
+    call({.body = "12345", .length = 3});
+    ASSERT_TRUE(cloud.wait_for(1));
+    HttpRequest request = cloud.requests().at(0);
+    EXPECT_EQ(
+        request.header("Signature"),
+        independent_hmac("thesecret", request.header("Authorization") + "/p123"));
+}
+
+TEST_F(ApiCall, timestamp_outlives_32_bits) {
+    board.clock.set_calendar(4'500'000'000);
+    EXPECT_EQ(result_of({}), API_OK);
+    EXPECT_NE(
+        cloud.requests().at(0).header("Authorization").find(",timestamp=4500000000,"),
+        std::string::npos);
 }

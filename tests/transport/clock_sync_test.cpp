@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "on_wire.h"
+#include "sim/edges/transfers.h"
 #include "tests/support/environment.h"
 
 namespace {
@@ -64,6 +65,42 @@ TEST_F(ClockSync, proxy_of_the_environment_is_not_asked) {
     answer_time(good);
     sync_clock();
     EXPECT_EQ(cloud.requests().size(), 1u);
+}
+
+TEST_F(ClockSync, summer_time_is_not_taken_into_account) {
+    set_zone("ABC-1DEF,M3.5.0,M10.5.0/3");
+    EXPECT_EQ(parse_time_reply(R"({"time": "2026-07-01T12:00:00Z"})"), 1782903600);
+    EXPECT_EQ(parse_time_reply(R"({"time": "2026-12-01T12:00:00Z"})"), 1796122800);
+}
+
+TEST_F(ClockSync, patience_with_the_time_host_is_short) {
+    answer_time(good);
+    sync_clock();
+    EXPECT_EQ(sim::transfer_option(time_url(), CURLOPT_TIMEOUT), 20);
+    EXPECT_EQ(sim::transfer_option(time_url(), CURLOPT_CONNECTTIMEOUT), 10);
+}
+
+TEST_F(ClockSync, longest_host_is_asked_under_its_whole_name) {
+    std::string host(HOST_SIZE - 1, 'h');
+    std::strcpy(fallback_host, host.c_str());
+    std::string url = "http://" + host + "/time";
+    board.faults.plan({sim::Edge::transfer, url, 1, true, CURLE_COULDNT_RESOLVE_HOST, 0});
+    sync_clock();
+    std::string attempt = "transfer(\"" + url + "\") = 6";
+    EXPECT_EQ(trace(), (Lines{attempt, attempt}));
+}
+
+TEST_F(ClockSync, reply_of_more_than_64_kib_is_no_time) {
+    const std::string start = R"({"time": "2026-11-16T05:30:00Z", "pad": ")";
+    auto padded = [&](std::size_t size) {
+        return start + std::string(size - start.size() - 2, 'x') + "\"}";
+    };
+    answer_time(padded(65537));
+    answer_time(padded(65537));
+    expect_untouched_after(2);
+    answer_time(padded(65536));
+    sync_clock();
+    EXPECT_TRUE(called("clock_settime"));
 }
 
 TEST_F(ClockSync, unreachable_time_host_is_asked_exactly_twice) {

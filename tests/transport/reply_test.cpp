@@ -89,6 +89,26 @@ TEST_F(Reply, out_of_memory_ends_the_transfer_and_leaves_an_empty_descriptor) {
     EXPECT_EQ(raw_console(), "cannot allocate buffer for output\n");
 }
 
+TEST_F(Reply, text_beyond_its_limit_ends_the_transfer_as_a_want_of_memory_does) {
+    debug_flag = 1;
+    api_reply reply = {REPLY_IN_MEMORY, {nullptr}, 0, 10};
+    EXPECT_EQ(take("12345", &reply), 5u);
+    EXPECT_EQ(take("67890", &reply), 5u);
+    EXPECT_STREQ(reply.text, "1234567890");
+    EXPECT_EQ(take("x", &reply), 0u);
+    EXPECT_EQ(reply.text, nullptr);
+    EXPECT_EQ(reply.length, 0u);
+    EXPECT_EQ(raw_console(), "cannot allocate buffer for output\n");
+    EXPECT_EQ(take("12345678901", &reply), 0u);
+    EXPECT_EQ(reply.text, nullptr);
+}
+
+TEST_F(Reply, text_may_have_a_mebibyte_where_nothing_else_is_said) {
+    api_reply reply = {REPLY_IN_MEMORY, {nullptr}, 0};
+    EXPECT_EQ(take(std::string(1048576, 'x'), &reply), 1048576u);
+    EXPECT_EQ(take("x", &reply), 0u);
+}
+
 TEST_F(Reply, file_exists_in_any_form) {
     debug_flag = 1;
     put_file("/tmp/here", "");
