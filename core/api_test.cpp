@@ -1,4 +1,4 @@
-// Settings by the keeper channel; see api_test.h.
+// Three sections, applied without the dispatch around them: no save, no flag.
 #include "core/api_test.h"
 
 #include "sections/access.h"

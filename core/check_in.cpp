@@ -1,4 +1,4 @@
-// The check-in; see check_in.h.
+// A check-in's way: report, attempts, fallback, settings, acknowledgement.
 #include "core/check_in.h"
 
 #include <stdint.h>
@@ -11,6 +11,7 @@
 #include "base/errors.h"
 #include "base/state.h"
 #include "core/dispatch.h"
+#include "core/local_request.h"
 #include "core/redact.h"
 #include "json/json_document.h"
 #include "json/json_print.h"
@@ -27,21 +28,23 @@ enum {
     FALLBACK_ATTEMPTS = 2,
 };
 
-cJSON* build_report() {
-    cJSON* report = createJsonObject();
-    debug_print("api_checkin: before vxc_get pid %d\n", getpid());
-    if (report)
-        vxc_get(report);
-    debug_print("api_checkin: after vxc_get pid %d\n", getpid());
-    return report;
-}
-
-char* print_report(const cJSON* report) {
-    char* body = printJson(report);
-    if (!body)
-        return nullptr;
+void show_report(const char* body) {
     debug_print("api_checkin: pid %d send data %s\n \n", getpid(), body);
     debug_print("api_checkin: pid %d json send data finish\n", getpid());
+}
+
+// The report as text, or null where memory is short.
+char* write_report() {
+    cJSON* report = createJsonObject();
+    if (!report)
+        return nullptr;
+    debug_print("api_checkin: before vxc_get pid %d\n", getpid());
+    vxc_get(report);
+    debug_print("api_checkin: after vxc_get pid %d\n", getpid());
+    char* body = printJson(report);
+    deleteJsonObject(report);
+    if (body)
+        show_report(body);
     return body;
 }
 
@@ -77,7 +80,7 @@ int32_t retry_after(int32_t result, const char* body, char** reply) {
             debug_print("api_checkin: CheckinRetry pid %d\n", getpid());
         weight = weigh_failure(result, weight);
         checkin_type = checkin_type == CHECKIN_IPV4_ONLY ? CHECKIN_ANY_ADDRESS : CHECKIN_IPV4_ONLY;
-        sleep(RETRY_PAUSE);
+        sleep_out(RETRY_PAUSE); // a local request may mend the host meanwhile
         debug_print("api_checkin: start re-connect pid %d\n", getpid());
         result = send_report(CheckinHost, body, reply);
         if (!is_unreachable(result))
@@ -107,8 +110,6 @@ int32_t send_to_fallback(const char* body, char** reply) {
 }
 
 int32_t exchange(const char* body, char** reply) {
-    if (!body)
-        return API_REJECTED;
     checkin_type = CHECKIN_IPV4_ONLY;
     int32_t result = send_report(CheckinHost, body, reply);
     debug_print("api_checkin: api_send_buff1 finish pid %d\n", getpid());
@@ -158,12 +159,10 @@ void apply_reply(const char* reply) {
 void api_checkin() {
     setting_from_cloud = 0;
     debug_print("api_checkin: prepare json send data pid %d\n", getpid());
-    cJSON* report = build_report();
-    char* body = print_report(report);
+    char* body = write_report();
     char* reply = nullptr;
-    int32_t result = exchange(body, &reply);
+    int32_t result = body ? exchange(body, &reply) : API_REJECTED;
     debug_print("api_checkin: %d\n", result);
-    deleteJsonObject(report);
     if (body)
         memset(gCattr.port_reset_flags, 0, sizeof gCattr.port_reset_flags);
     free(body);

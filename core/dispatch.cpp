@@ -1,6 +1,7 @@
-// Section dispatch; see dispatch.h.
+// The sections of a report and of a settings document are tables, in the order of their handling.
 #include "core/dispatch.h"
 
+#include <stddef.h>
 #include <unistd.h>
 
 #include "base/debug.h"
@@ -96,56 +97,68 @@ int vxc_system_get(cJSON* document) {
 
 namespace {
 
-// Where a section's key stands and what its setter is given: its own object, or "system", in which
-// it looks its key up itself. Orders are those of "system" that come after the save.
-enum Level { TOP_SECTION, SYSTEM_SECTION, SYSTEM_ORDER };
-
 struct SectionSetter {
-    Level level;
     const char* key;
     int (*apply)(const cJSON* object);
     const char* failure; // for the system log; without one the section always counts as applied
 };
 
-const SectionSetter section_setters[] = {
-    {TOP_SECTION, "acl", vxc_acl_set, "Acl set fail"},
-    {TOP_SECTION, "qos", vxc_qos_set, "Qos set fail"},
-    {TOP_SECTION, "vlan", vxc_voice_vlan_set, "Voice Vlan set fail"},
-    {TOP_SECTION, "lldp", vxc_lldp_set, "LLDP set fail"},
-    {SYSTEM_SECTION, "jumbo_frames", vxc_jumbo_frmSet, nullptr},
-    {SYSTEM_SECTION, "cloud", without_result<const cJSON, vxc_cloud_set>, nullptr},
-    {SYSTEM_SECTION, "summary_info", vxc_summary_set, "summary info set fail"},
-    {SYSTEM_SECTION, "dark_mode", vxc_dark_mode_set, "dark mode set fail"},
-    {SYSTEM_SECTION, "ports", vxc_port_set, "port set fail"},
-    {SYSTEM_SECTION, "snmp", vxc_snmp_set, "snmp set fail"},
-    {SYSTEM_SECTION, "stp", vxc_stp_set, "stp set fail"},
-    {SYSTEM_SECTION, "igmp", vxc_igmp_set, "igmp set fail"},
-    {SYSTEM_SECTION, "port_mirror", vxc_mirror_set, "mirror set fail"},
-    {SYSTEM_SECTION, "link_aggregation", vxc_trunk_set, "trunk set fail"},
-    {SYSTEM_SECTION, "device_access", vxc_access_set, "access set fail"},
-    {SYSTEM_ORDER, "firmware", vxc_firmware_set, "firmware set fail"},
-    {SYSTEM_ORDER, "reboot", vxc_reboot_set, "reboot set fail"},
+// Each is given its own object.
+const SectionSetter top_setters[] = {
+    {"acl", vxc_acl_set, "Acl set fail"},
+    {"qos", vxc_qos_set, "Qos set fail"},
+    {"vlan", vxc_voice_vlan_set, "Voice Vlan set fail"},
+    {"lldp", vxc_lldp_set, "LLDP set fail"},
 };
 
+// These are given "system", in which they look their own key up.
+const SectionSetter system_setters[] = {
+    {"jumbo_frames", vxc_jumbo_frmSet, nullptr},
+    {"cloud", without_result<const cJSON, vxc_cloud_set>, nullptr},
+    {"summary_info", vxc_summary_set, "summary info set fail"},
+    {"dark_mode", vxc_dark_mode_set, "dark mode set fail"},
+    {"ports", vxc_port_set, "port set fail"},
+    {"snmp", vxc_snmp_set, "snmp set fail"},
+    {"stp", vxc_stp_set, "stp set fail"},
+    {"igmp", vxc_igmp_set, "igmp set fail"},
+    {"port_mirror", vxc_mirror_set, "mirror set fail"},
+    {"link_aggregation", vxc_trunk_set, "trunk set fail"},
+    {"device_access", vxc_access_set, "access set fail"},
+};
+
+// The same, for after the save.
+const SectionSetter system_orders[] = {
+    {"firmware", vxc_firmware_set, "firmware set fail"},
+    {"reboot", vxc_reboot_set, "reboot set fail"},
+};
+
+// Whether the section counts as applied.
 bool apply_section(const SectionSetter& setter, const cJSON* object) {
-    int code = setter.apply(object);
-    if (setter.level == TOP_SECTION)
-        setting_from_cloud = 1;
-    if (!code || !setter.failure)
+    if (setter.apply(object) == 0 || !setter.failure)
         return true;
     log_failure(setter.failure);
     return false;
 }
 
-// Applies what `holder` holds of one level; how many sections were applied.
-int apply_level(Level level, const cJSON* holder) {
+// How many sections were applied.
+int apply_top_sections(const cJSON* document) {
     int applied = 0;
-    for (const SectionSetter& setter : section_setters) {
-        if (setter.level != level)
+    for (const SectionSetter& setter : top_setters) {
+        const cJSON* section = getJsonObjectForKey(document, setter.key);
+        if (!section)
             continue;
-        const cJSON* section = getJsonObjectForKey(holder, setter.key);
-        if (section && apply_section(setter, level == TOP_SECTION ? section : holder))
-            ++applied;
+        applied += apply_section(setter, section);
+        setting_from_cloud = 1;
+    }
+    return applied;
+}
+
+template <size_t Count>
+int apply_to_system(const SectionSetter (&setters)[Count], const cJSON* system) {
+    int applied = 0;
+    for (const SectionSetter& setter : setters) {
+        if (getJsonObjectForKey(system, setter.key))
+            applied += apply_section(setter, system);
     }
     return applied;
 }
@@ -153,16 +166,16 @@ int apply_level(Level level, const cJSON* holder) {
 } // namespace
 
 int vxc_set(const cJSON* document) {
-    int applied = apply_level(TOP_SECTION, document);
+    int applied = apply_top_sections(document);
     const cJSON* system = getJsonObjectForKey(document, "system");
     if (system) {
         setting_from_cloud = 1;
-        applied += apply_level(SYSTEM_SECTION, system);
+        applied += apply_to_system(system_setters, system);
     }
     if (applied > 0) {
         debug_print("conf_startupConfig_save\n");
         cmd_conf_startupConfig_save();
     }
-    apply_level(SYSTEM_ORDER, system);
+    apply_to_system(system_orders, system);
     return 0;
 }

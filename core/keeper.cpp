@@ -1,6 +1,6 @@
-// The connection keeper; see keeper.h.
+// The keeper's thread: one request after another, and what the answers ask for.
 //
-// The main thread may cancel this one at any time, so cancellation is enabled only while the thread
+// The main thread may cancel it at any time, so cancellation is enabled only while the thread
 // waits for the network or sleeps: it then holds no lock and has no allocation in progress. That is
 // why the transfer is driven step by step instead of by one call that waits inside libcurl.
 #include "core/keeper.h"
@@ -31,6 +31,8 @@ enum {
     FAILURES_TO_REPORT = 10,
     LONGEST_WAIT = 60000, // milliseconds; libcurl asks for far less when it has a timer running
     WAIT_WITHOUT_SOCKET = 100,
+    LONGEST_JOIN = 2000, // milliseconds
+    JOIN_STEP = 10,
     WAITED_SOCKETS = 16, // a transfer has one, or two while it chooses between address families
 };
 
@@ -56,7 +58,7 @@ short poll_events(int socket, const fd_set* readable, const fd_set* writable) {
 }
 
 // The sockets for which the transfer waits; their number.
-nfds_t waited_sockets(pollfd* sockets) {
+nfds_t list_sockets(pollfd* sockets) {
     fd_set readable;
     fd_set writable;
     fd_set exceptional;
@@ -82,7 +84,7 @@ int longest_wait(bool has_sockets) {
 
 void wait_for_network() {
     pollfd sockets[WAITED_SOCKETS];
-    nfds_t count = waited_sockets(sockets);
+    nfds_t count = list_sockets(sockets);
     int milliseconds = longest_wait(count > 0);
     allow_cancellation(true);
     poll(sockets, count, milliseconds);
@@ -135,6 +137,7 @@ void release_transfer() {
 CURLcode listen_once(const char* url) {
     release_capture();
     capture.type = REPLY_IN_MEMORY;
+    capture.limit = LONGEST_NOTE;
     CURL* transfer = curl_easy_init();
     thread_curl = transfer;
     if (transfer)
@@ -213,13 +216,29 @@ void start_keeper(KeeperThread* keeper) {
         connection_url_change = 1;
 }
 
+namespace {
+
+bool join_soon(pthread_t thread) {
+    for (int waited = 0; pthread_tryjoin_np(thread, nullptr) != 0; waited += JOIN_STEP) {
+        if (waited >= LONGEST_JOIN)
+            return false;
+        poll(nullptr, 0, JOIN_STEP);
+    }
+    return true;
+}
+
+} // namespace
+
 // The host may change once more while the thread ends, so the flag is cleared before that.
-void stop_keeper(KeeperThread* keeper) {
-    if (keeper->running)
+bool stop_keeper(KeeperThread* keeper) {
+    if (keeper->running && !keeper->ending)
         pthread_cancel(keeper->handle);
+    keeper->ending = keeper->running;
     connection_url_change = 0;
-    if (keeper->running)
-        pthread_join(keeper->handle, nullptr);
+    if (keeper->running && !join_soon(keeper->handle))
+        return false;
     keeper->running = false;
+    keeper->ending = false;
     release_transfer();
+    return true;
 }

@@ -7,6 +7,7 @@
 struct KeeperThread {
     pthread_t handle;
     bool running; // false until it could be started
+    bool ending;  // it was told to end, but has something to finish first
 };
 
 // Starts the thread for the current ConnectionKeeperHost. Where the system has no room for another
@@ -14,8 +15,10 @@ struct KeeperThread {
 void start_keeper(KeeperThread* keeper);
 
 // Ends the thread, also amidst a transfer, and releases what it was using. Clears
-// connection_url_change.
-void stop_keeper(KeeperThread* keeper);
+// connection_url_change. An action is finished first, and a check-in that follows it: where that
+// takes more than two seconds the result is false, and the thread ends when it can. Then this is to
+// be called again, until the result is true.
+bool stop_keeper(KeeperThread* keeper);
 
 // "http://HOST/router/listen/MAC"; at most `size` bytes with the terminator.
 void format_listen_url(char* url, int size);

@@ -1,12 +1,15 @@
-// Local requests; see local_request.h.
+// The request file is read, applied and removed within the signal's handler.
 #include "core/local_request.h"
 
 #include <errno.h>
+#include <fcntl.h>
+#include <pthread.h>
 #include <signal.h>
-#include <stdio.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/command.h"
 #include "base/debug.h"
 #include "core/dispatch.h"
 #include "core/redact.h"
@@ -14,8 +17,11 @@
 
 namespace {
 
-const char request_path[] = "/tmp/vx_cloud_post";
-enum { LONGEST_REQUEST = 20480, COMMAND_SIZE = 128 };
+enum { LONGEST_REQUEST = 20480 };
+
+// The thread that takes requests, once there is one.
+pthread_t taker;
+bool has_taker;
 
 void apply_request(const char* content) {
     cJSON* document = parseJsonString(content);
@@ -33,24 +39,43 @@ void show_content(const char* content) {
     free(shown);
 }
 
+// Anybody may put something else under the name: opening a FIFO would wait for its other end.
+int open_request() {
+    int file = open("/tmp/vx_cloud_post", O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    struct stat status;
+    if (file < 0 || (fstat(file, &status) == 0 && S_ISREG(status.st_mode)))
+        return file;
+    close(file);
+    return -1;
+}
+
+size_t read_content(int file, char* content) {
+    size_t length = 0;
+    while (length < LONGEST_REQUEST) {
+        ssize_t count = read(file, content + length, LONGEST_REQUEST - length);
+        if (count <= 0)
+            break;
+        length += static_cast<size_t>(count);
+    }
+    return length;
+}
+
 // Reads the request into a buffer that is zeroed and one byte longer than the longest request.
 bool read_request(char* content) {
-    FILE* file = fopen(request_path, "r");
-    if (!file) {
+    int file = open_request();
+    if (file < 0) {
         debug_print("\ncontent not exist\n\n\n");
         return false;
     }
-    size_t length = fread(content, 1, LONGEST_REQUEST, file);
-    fclose(file);
+    size_t length = read_content(file, content);
+    close(file);
     debug_print("\n\ncontent length : %d\n\n\n", static_cast<int>(length));
     show_content(content);
     return true;
 }
 
 void remove_request() {
-    char command[COMMAND_SIZE] = "";
-    snprintf(command, sizeof command, "rm %s", request_path);
-    system(command);
+    run_command("rm /tmp/vx_cloud_post");
     debug_print("\n\nDone and clean content\n\n\n");
 }
 
@@ -69,6 +94,8 @@ void serve_signal(int signal_number, char* content) {
 } // namespace
 
 void handleAction(int signal_number) {
+    if (is_put_off_by_command(has_taker ? taker : pthread_self()))
+        return;
     int interrupted = errno;
     char* content = static_cast<char*>(calloc(LONGEST_REQUEST + 1, 1));
     if (content)
@@ -88,7 +115,11 @@ void change_mask(int how) {
 
 } // namespace
 
-void block_local_requests() { change_mask(SIG_BLOCK); }
+void block_local_requests() {
+    taker = pthread_self();
+    has_taker = true;
+    change_mask(SIG_BLOCK);
+}
 
 // A signal that waits is delivered before its unblocking returns.
 void take_local_requests() {
@@ -97,8 +128,15 @@ void take_local_requests() {
 }
 
 unsigned sleep_taking_requests(unsigned seconds) {
+    if (!has_taker || !pthread_equal(pthread_self(), taker))
+        return sleep(seconds);
     change_mask(SIG_UNBLOCK);
     unsigned left = sleep(seconds);
     change_mask(SIG_BLOCK);
     return left;
+}
+
+void sleep_out(unsigned seconds) {
+    while (seconds)
+        seconds = sleep_taking_requests(seconds);
 }

@@ -1,4 +1,4 @@
-// The main loop; see main_loop.h.
+// A turn of the main loop, and the sleeps between turns.
 #include "core/main_loop.h"
 
 #include "base/debug.h"
@@ -11,9 +11,13 @@ namespace {
 
 enum { PAUSE_WITHOUT_CONNECTION = 10 }; // seconds
 
+// A keeper amidst an action, such as a traceroute of many minutes, does not hold up the check-ins:
+// it is looked after again in the next turn.
 void follow_keeper_host(KeeperThread* keeper) {
-    debug_print("connection_url_change\n\n");
-    stop_keeper(keeper);
+    if (!keeper->ending)
+        debug_print("connection_url_change\n\n");
+    if (!stop_keeper(keeper))
+        return;
     start_keeper(keeper);
     debug_print("connection_url_change end\n\n");
 }
@@ -47,7 +51,7 @@ void main_loop_turn(KeeperThread* keeper) {
     debug_print("main : restart to api_checkin\n");
     api_checkin();
     debug_print("main : api_checkin finish\n");
-    if (connection_url_change)
+    if (connection_url_change || keeper->ending)
         follow_keeper_host(keeper);
     take_local_requests();
     if (setting_from_cloud)

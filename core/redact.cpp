@@ -1,4 +1,4 @@
-// Settings documents without the account; see redact.h.
+// The account's values are starred out in a copy of the text, without parsing the document.
 #include "core/redact.h"
 
 #include <stdlib.h>

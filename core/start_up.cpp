@@ -1,4 +1,4 @@
-// Start-up; see start_up.h.
+// The start, in the order in which the firmware's services can bear it.
 #include "core/start_up.h"
 
 #include <curl/curl.h>
@@ -17,7 +17,7 @@
 
 namespace {
 
-enum { SERVICES_COME_UP = 30, KEEPER_COMES_UP = 2, TRANSFER_TIMEOUT = 120 }; // seconds
+enum { SERVICES_COME_UP = 30, KEEPER_COMES_UP = 2 }; // seconds
 
 void write_process_id() {
     FILE* file = fopen("/var/run/vx_cloud.pid", "w");
@@ -64,12 +64,15 @@ void load_credentials() {
     api_secret_get(gCattr.secret);
 }
 
+void outlive_signal(int) {}
+
 } // namespace
 
 void start_up(KeeperThread* keeper) {
     block_local_requests();
     // A cloud that closes a connection while it is written to costs the transfer, not the process.
-    signal(SIGPIPE, SIG_IGN);
+    // Commands would inherit that a signal is ignored, but not a handler.
+    signal(SIGPIPE, outlive_signal);
     write_process_id();
     signal(SIGUSR1, handleAction);
     name_switch();

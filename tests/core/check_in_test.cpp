@@ -47,6 +47,28 @@ Lines operator+(Lines left, const Lines& right) {
     return left;
 }
 
+// Blanks packed as they are in an unkind reply: one, and then again and again "the last byte 258
+// times more" in 13 bits. What ends such a stream is left out.
+std::string gzipped_blanks(std::size_t count) {
+    std::string bits = "110"; // the last block, with the fixed code
+    auto append = [&](const char* code) { bits += code; };
+    append("01010000"); // a blank
+    std::string packed("\x1f\x8b\x08\x00\x00\x00\x00\x00\x00\x03", 10);
+    std::size_t at = 0;
+    for (std::size_t made = 1; made < count; made += 258) {
+        append("1100010100000"); // length 258, distance 1
+        for (; bits.size() - at >= 8; at += 8) {
+            int byte = 0;
+            for (std::size_t bit = 0; bit < 8; ++bit)
+                byte |= (bits[at + bit] - '0') << bit;
+            packed += static_cast<char>(byte);
+        }
+        bits.erase(0, at);
+        at = 0;
+    }
+    return packed;
+}
+
 } // namespace
 
 TEST_F(CheckIn, posts_the_signed_report_to_the_checkin_host) {
@@ -116,7 +138,7 @@ TEST_F(CheckIn, reply_that_does_not_parse_changes_nothing) {
 }
 
 TEST_F(CheckIn, bad_reply_leaves_the_settings_and_the_next_checkin_works) {
-    const std::string pad(20 << 20, 'x');
+    const std::string pad(1'000'000, 'x');
     const std::string replies[] = {
         "",
         "{",
@@ -152,6 +174,38 @@ TEST_F(CheckIn, reply_that_breaks_off_is_not_applied_though_what_came_is_whole) 
     EXPECT_EQ(attempts(), (Lines{"CLOUD=18", "FALLBACK=0", "FALLBACK=0"}));
     EXPECT_FALSE(called("sal_switch_maxFrameSize_set"));
     EXPECT_EQ(setting_from_cloud, 0u);
+}
+
+TEST_F(CheckIn, reply_of_more_than_a_mebibyte_fails_whatever_its_status) {
+    const std::string start = R"({"system": {"cloud": {"config_seqno": 42}}, "pad": ")";
+    auto padded = [&](std::size_t size) {
+        return reply(start + std::string(size - start.size() - 2, 'x') + "\"}");
+    };
+    for (int status : {200, 403, 500}) {
+        forget();
+        HttpAnswer longer = padded(1048577);
+        longer.status = status;
+        cloud.answer(longer);
+        fallback.answer(longer);
+        fallback.answer(longer);
+        api_checkin();
+        EXPECT_EQ(attempts(), (Lines{"CLOUD=23", "FALLBACK=23", "FALLBACK=23"})) << status;
+        EXPECT_EQ(stored_seqno(), 1);
+    }
+    cloud.answer(padded(1048576));
+    api_checkin();
+    EXPECT_EQ(stored_seqno(), 42);
+}
+
+TEST_F(CheckIn, reply_is_measured_after_it_was_unpacked) {
+    HttpAnswer packed;
+    packed.headers = {"Transfer-Encoding: gzip"};
+    packed.chunked = true;
+    packed.pieces = {gzipped_blanks(200'000'000)};
+    EXPECT_LT(packed.pieces[0].size(), 1'500'000u);
+    cloud.answer(packed);
+    api_checkin();
+    EXPECT_EQ(attempts().front(), "CLOUD=23");
 }
 
 TEST_F(CheckIn, other_failure_goes_straight_to_the_fallback_host) {

@@ -1,6 +1,7 @@
 // The connection keeper: its requests, its patience, and its restart.
 #include "core/keeper.h"
 
+#include <curl/curl.h>
 #include <sched.h>
 
 #include <atomic>
@@ -9,6 +10,7 @@
 
 #include "base/debug.h"
 #include "core/main_loop.h"
+#include "sim/edges/transfers.h"
 #include "tests/core/name_service.h"
 #include "tests/core/running_keeper.h"
 #include "tests/support/environment.h"
@@ -165,8 +167,8 @@ TEST_F(Keeper, bodies_that_say_nothing_are_ignored) {
         R"({"action": "Reboot"})",
         R"({"action": "reboot "})",
         R"({"action": "port_reset", "port": {"port": "3"}})",
-        R"({"action": "reboot", "pad": )" + std::string(100'000, '['),
-        std::string(20 << 20, 'x'),
+        R"({"action": "reboot", "pad": )" + std::string(60'000, '['),
+        std::string(65536, 'x'),
     };
     for (const std::string& body : bodies) {
         forget();
@@ -174,6 +176,45 @@ TEST_F(Keeper, bodies_that_say_nothing_are_ignored) {
         EXPECT_EQ(calls(), (Lines{"sal_vxcloud_debug_flag_get", "listen"})) << body.substr(0, 60);
     }
     EXPECT_FALSE(checked_in());
+}
+
+TEST_F(Keeper, answer_of_more_than_64_kib_is_a_failure) {
+    const std::string start = R"({"action": "counter_reset", "port": "3", "pad": ")";
+    auto padded = [&](std::size_t size) {
+        return reply(start + std::string(size - start.size() - 2, 'x') + "\"}");
+    };
+    turn(padded(65537));
+    EXPECT_EQ(failures, 1);
+    EXPECT_FALSE(called("sal_mib_cntr_clr"));
+    turn(padded(65536));
+    EXPECT_EQ(failures, 0);
+    EXPECT_TRUE(called("sal_mib_cntr_clr"));
+}
+
+TEST_F(Keeper, request_is_held_for_half_an_hour_and_kept_alive) {
+    turn(reply("{}"));
+    EXPECT_EQ(sim::transfer_option(listen_url(), CURLOPT_TIMEOUT), 1800);
+    EXPECT_EQ(sim::transfer_option(listen_url(), CURLOPT_CONNECTTIMEOUT), std::nullopt);
+    EXPECT_EQ(sim::transfer_option(listen_url(), CURLOPT_TCP_KEEPALIVE), 1);
+    EXPECT_EQ(sim::transfer_option(listen_url(), CURLOPT_TCP_KEEPINTVL), 60);
+    EXPECT_EQ(sim::transfer_option(listen_url(), CURLOPT_NOSIGNAL), 1);
+    EXPECT_EQ(sim::transfer_option(listen_url(), CURLOPT_VERBOSE), 0);
+}
+
+TEST_F(Keeper, request_that_is_never_answered_is_a_failure) {
+    sim::cut_time_outs(1);
+    turn(silence());
+    sim::cut_time_outs(0);
+    EXPECT_EQ(failures, 1);
+    EXPECT_EQ(traced("sleep("), (Lines{"sleep(10) = 0"}));
+}
+
+TEST_F(Keeper, redirection_is_not_followed) {
+    HttpAnswer moved = reply("");
+    moved.status = 302;
+    moved.headers = {"Location: http://" + keeper.host() + "/elsewhere"};
+    turn(moved);
+    EXPECT_EQ(keeper.requests().size(), 1u);
 }
 
 TEST_F(Keeper, unknown_action_still_passes_on_a_flag_that_was_raised) {
@@ -292,4 +333,44 @@ TEST_F(Keeper, thread_that_finds_no_memory_is_tried_again_after_the_next_checkin
     EXPECT_TRUE(running.thread.running);
     EXPECT_EQ(connection_url_change, 0u);
     EXPECT_TRUE(keeper.wait_for(1));
+}
+
+TEST_F(Keeper, action_of_many_minutes_does_not_hold_up_the_checkins) {
+    HttpStub second;
+    second.answer(silence());
+    keeper.answer(reply(R"({"action": "port_reset", "port": "3"})"));
+    device.cloud.connkeeper_host = second.host();
+    device.cloud.debug = true;
+    std::atomic<bool> acting = false;
+    std::atomic<bool> may_end = false;
+    board.clock.on_sleep = [&](unsigned seconds) {
+        for (acting = acting || seconds == 1; seconds == 1 && !may_end;)
+            sched_yield();
+        return 0u;
+    };
+    running.start();
+    while (!acting)
+        sched_yield();
+    std::strcpy(ConnectionKeeperHost, second.host().c_str());
+    connection_url_change = 1;
+    for (std::size_t turns = 1; turns <= 2; ++turns) {
+        cloud.forget_answers();
+        cloud.answer(reply("{}"));
+        main_loop_turn(&running.thread);
+        EXPECT_EQ(cloud.requests().size(), turns);
+        EXPECT_TRUE(running.thread.ending);
+        EXPECT_EQ(connection_url_change, 0u);
+    }
+    cloud.answer(reply("{}"));
+    may_end = true;
+    main_loop_turn(&running.thread);
+    EXPECT_FALSE(running.thread.ending);
+    EXPECT_TRUE(second.wait_for(1));
+    EXPECT_EQ(
+        traced("sal_port_enable_set"),
+        (Lines{"sal_port_enable_set(2, 0) = 0", "sal_port_enable_set(2, 1) = 0"}));
+    running.stop();
+    Lines shown = console();
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), "connection_url_change"), 1);
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), "connection_url_change end"), 1);
 }

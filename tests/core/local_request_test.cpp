@@ -2,9 +2,12 @@
 #include "core/local_request.h"
 
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <cerrno>
+#include <thread>
 
+#include "base/command.h"
 #include "base/debug.h"
 #include "tests/core/running_keeper.h"
 
@@ -107,8 +110,17 @@ TEST_F(LocalRequest, file_of_one_byte_more_is_cut_and_so_no_longer_json) {
 TEST_F(LocalRequest, directory_in_place_of_the_file) {
     std::filesystem::create_directories(board.path(request));
     handleAction(SIGUSR1);
-    EXPECT_NE(raw_console().find("content length : 0\n"), std::string::npos);
-    EXPECT_EQ(traced("system"), (Lines{"system(\"rm /tmp/vx_cloud_post\") = 256"}));
+    EXPECT_TRUE(raw_console().ends_with("\ncontent not exist\n\n\n"));
+    EXPECT_TRUE(trace().empty());
+}
+
+TEST_F(LocalRequest, fifo_in_place_of_the_file_is_not_waited_for) {
+    put_file(request, "");
+    std::filesystem::remove(board.path(request));
+    ASSERT_EQ(mkfifo(board.path(request).c_str(), 0600), 0);
+    handleAction(SIGUSR1);
+    EXPECT_TRUE(raw_console().ends_with("\ncontent not exist\n\n\n"));
+    EXPECT_TRUE(trace().empty());
 }
 
 TEST_F(LocalRequest, account_in_the_document_is_not_shown) {
@@ -146,5 +158,62 @@ TEST_F(LocalRequest, blocked_signal_waits_until_requests_are_taken) {
     forget();
     put_file(request, R"({"system": {}})");
     EXPECT_EQ(sleep_taking_requests(5), 0u);
+    EXPECT_FALSE(request_exists());
+}
+
+TEST_F(LocalRequest, sleep_is_slept_out_whatever_comes_in) {
+    block_local_requests();
+    board.clock.on_sleep = [](unsigned seconds) { return seconds == 10 ? 4u : 0u; };
+    sleep_out(10);
+    EXPECT_EQ(traced("sleep"), (Lines{"sleep(10) = 4", "sleep(4) = 0"}));
+}
+
+TEST_F(LocalRequest, only_the_thread_that_takes_requests_lets_them_in) {
+    block_local_requests();
+    signal(SIGUSR1, handleAction);
+    put_file(request, R"({"system": {}})");
+    bool open = true;
+    board.clock.on_sleep = [&](unsigned) {
+        sigset_t blocked;
+        pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+        open = !sigismember(&blocked, SIGUSR1);
+        return 0u;
+    };
+    std::thread([] { sleep_taking_requests(5); }).join();
+    EXPECT_FALSE(open);
+    sleep_taking_requests(5);
+    EXPECT_TRUE(open);
+}
+
+TEST_F(LocalRequest, request_amidst_a_command_comes_again_after_it) {
+    block_local_requests();
+    signal(SIGUSR1, handleAction);
+    put_file(request, R"({"system": {}})");
+    device.network.hosts.push_back({"silent.example", 0x0A000001, 0, 1});
+    bool applied_amidst = true;
+    board.clock.on_sleep = [&](unsigned) {
+        raise(SIGUSR1);
+        applied_amidst = !request_exists();
+        return 0u;
+    };
+    run_command("ping -c 1 -s 56 -i 1 silent.example > /tmp/out");
+    EXPECT_FALSE(applied_amidst);
+    EXPECT_TRUE(request_exists());
+    take_local_requests();
+    EXPECT_FALSE(request_exists());
+}
+
+TEST_F(LocalRequest, request_amidst_a_command_of_another_thread_comes_to_the_one_that_takes_it) {
+    block_local_requests();
+    signal(SIGUSR1, handleAction);
+    put_file(request, R"({"system": {}})");
+    device.network.hosts.push_back({"silent.example", 0x0A000001, 0, 1});
+    board.clock.on_sleep = [](unsigned) {
+        raise(SIGUSR1);
+        return 0u;
+    };
+    std::thread([] { run_command("ping -c 1 -s 56 -i 1 silent.example > /tmp/out"); }).join();
+    EXPECT_TRUE(request_exists());
+    take_local_requests();
     EXPECT_FALSE(request_exists());
 }

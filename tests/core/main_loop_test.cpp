@@ -152,22 +152,41 @@ TEST_F(MainLoop, local_request_that_waits_is_applied_between_checkin_and_sleep) 
     EXPECT_EQ(setting_from_cloud, 1u);
 }
 
-TEST_F(MainLoop, local_request_never_interrupts_a_checkin) {
+TEST_F(MainLoop, local_request_in_the_pause_of_a_retry_is_applied_in_it) {
     block_local_requests();
     signal(SIGUSR1, handleAction);
     put_file("/tmp/vx_cloud_post", R"({"system": {"jumbo_frames": {"size": 2000}}})");
     fail_transfer(cloud, 6);
-    bool applied_in_retry = false;
     board.clock.on_sleep = [&](unsigned seconds) {
-        if (seconds == 10) {
+        if (seconds == 10)
             raise(SIGUSR1);
-            applied_in_retry = called("sal_switch_maxFrameSize_set");
-        }
+        return seconds == 10 ? 7u : 0u;
+    };
+    turn();
+    EXPECT_EQ(sleeps(), (Lines{"sleep(10) = 7", "sleep(7) = 0"}));
+    Lines names = calls();
+    std::erase_if(names, [](const std::string& name) {
+        return name != "transfer" && name != "sal_switch_maxFrameSize_set";
+    });
+    EXPECT_EQ(names, (Lines{"transfer", "sal_switch_maxFrameSize_set", "transfer"}));
+    EXPECT_EQ(setting_from_cloud, 1u);
+}
+
+TEST_F(MainLoop, local_request_mends_the_host_that_a_checkin_is_trying) {
+    block_local_requests();
+    signal(SIGUSR1, handleAction);
+    put_file(
+        "/tmp/vx_cloud_post",
+        R"({"system": {"cloud": {"checkin_host": ")" + cloud.host() + "\"}}}");
+    std::strcpy(CheckinHost, "127.0.0.1:9");
+    board.clock.on_sleep = [&](unsigned seconds) {
+        if (seconds == 10)
+            raise(SIGUSR1);
         return 0u;
     };
     turn();
-    EXPECT_FALSE(applied_in_retry);
-    EXPECT_TRUE(called("sal_switch_maxFrameSize_set"));
+    EXPECT_EQ(cloud.requests().size(), 1u);
+    EXPECT_EQ(sleeps(), (Lines{"sleep(10) = 0"}));
 }
 
 TEST_F(MainLoop, local_request_in_the_interval_is_applied_in_it) {

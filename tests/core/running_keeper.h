@@ -9,14 +9,17 @@
 // Must be destroyed before the board.
 struct RunningKeeper {
     RunningKeeper() = default;
-    ~RunningKeeper() { stop_keeper(&thread); }
+    ~RunningKeeper() { stop(); }
     RunningKeeper(const RunningKeeper&) = delete;
     RunningKeeper& operator=(const RunningKeeper&) = delete;
 
     void start() { start_keeper(&thread); }
+    void stop() {
+        while (!stop_keeper(&thread)) {}
+    }
     void restart() {
-        stop_keeper(&thread);
-        start_keeper(&thread);
+        stop();
+        start();
     }
 
     KeeperThread thread{};

@@ -70,7 +70,10 @@ TEST_F(StartUp, leaves_no_way_for_a_closed_connection_to_end_the_process) {
     start();
     struct sigaction now {};
     sigaction(SIGPIPE, nullptr, &now);
-    EXPECT_EQ(now.sa_handler, SIG_IGN);
+    EXPECT_NE(now.sa_handler, SIG_DFL);
+    EXPECT_NE(now.sa_handler, SIG_IGN) << "commands would inherit it";
+    raise(SIGPIPE);
+    signal(SIGPIPE, SIG_DFL);
 }
 
 TEST_F(StartUp, derives_the_names_of_the_switch_from_its_mac) {
@@ -150,4 +153,12 @@ TEST_F(StartUp, local_requests_are_blocked_but_for_the_sleeps) {
     put_file("/tmp/vx_cloud_post", "{}");
     raise(SIGUSR1);
     EXPECT_EQ(file("/tmp/vx_cloud_post"), "{}");
+}
+
+TEST_F(StartUp, random_numbers_are_not_seeded) {
+    srandom(1); // as in a process that never seeds
+    long first = random();
+    srandom(1);
+    start();
+    EXPECT_EQ(random(), first);
 }

@@ -13,7 +13,7 @@ HARMLESS = """
     __isoc23_sscanf strlen strcmp strncmp strcasecmp strncasecmp strcpy strncpy strchr strrchr strstr
     strcspn strspn strtok_r strtol strtoul strtoull strtod __isoc23_strtol __isoc23_strtoul strnlen
     strdup strndup strerror memcpy memset memmove memcmp memchr explicit_bzero free atoi qsort
-    write __errno_location perror stderr stdout printf puts fputs fflush putchar fputc
+    write read __read_chk fstat fstat64 __fstat64_time64 __errno_location perror stderr stdout printf puts fputs fflush putchar fputc
     fclose fread fwrite feof ferror fgets fgetc getc fprintf fputs __fdelt_chk __assert_fail
     mktime gmtime_r random getpid signal sigaction sigemptyset sigaddset raise poll
     floor floorf fabs trunc isdigit isspace __ctype_b_loc __ctype_tolower_loc tolower
