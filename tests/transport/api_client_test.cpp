@@ -487,7 +487,7 @@ TEST_F(ApiCall, signature_covers_as_much_of_the_body_as_the_length_says) {
 }
 
 TEST_F(ApiCall, timestamp_outlives_32_bits) {
-    board.clock.set_calendar(4'500'000'000);
+    board.clock.set_calendar({4'500'000'000, 0});
     EXPECT_EQ(result_of({}), API_OK);
     EXPECT_NE(
         cloud.requests().at(0).header("Authorization").find(",timestamp=4500000000,"),
