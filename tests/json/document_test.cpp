@@ -130,6 +130,11 @@ TEST(Read, boolean_is_the_type_number_of_any_member) {
     EXPECT_EQ(type, 9);
 }
 
+TEST(Read, a_node_of_none_of_the_types_is_false) {
+    Document raw(cJSON_CreateRaw("true"));
+    EXPECT_EQ(getJsonBoolValue(raw.get()), JSON_FALSE);
+}
+
 TEST(Read, array_items_are_counted_from_zero) {
     Document root = parse("[10, 11, 12]");
     EXPECT_EQ(getJsonArraySize(root.get()), 3);

@@ -133,6 +133,21 @@ TEST_F(OutOfMemory, any_allocation_of_a_print_may_fail_and_gives_null) {
     }
 }
 
+// The padding moves the place at which the text outgrows its buffer through all that is written.
+TEST_F(OutOfMemory, a_print_may_fail_wherever_its_text_outgrows_its_buffer) {
+    for (std::size_t padding = 900; padding < 1024; ++padding) {
+        Document root = parse(
+            R"({"padding": ")" + std::string(padding, 'x') +
+            R"(", "list": [[1, 2.5, {"a": {}}], "\n", null], "b": {"c": {"d": true}}})");
+        std::uint64_t nulls = 0;
+        std::uint64_t count = fail_every_allocation(false, [&](const Failure&) {
+            Text result(printJson(root.get()));
+            nulls += result == nullptr;
+        });
+        ASSERT_EQ(nulls, count - 1) << padding;
+    }
+}
+
 TEST_F(OutOfMemory, address_check_refuses) {
     Failure failure(0);
     EXPECT_EQ(ipv4_addr_validate("192.168.1.1"), -1);
