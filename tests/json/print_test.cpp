@@ -84,6 +84,14 @@ TEST(Number, whole_double_from_1e60_on_is_in_exponent_form) {
     EXPECT_EQ(number(DBL_MAX), "1.797693e+308");
 }
 
+TEST(Number, every_form_stands_in_its_place) {
+    EXPECT_EQ(
+        printed(parse("[7, 10000000000.5, 1e-7, 1e59, 0.5, -2.5, 1e18]")),
+        "[7, 1.000000e+10, 1.000000e-07, "
+        "99999999999999997168788049560464200849936328366177157906432"
+        ", 0.5, -2.5, 1000000000000000000]");
+}
+
 TEST(Number, what_is_no_finite_number_is_null) {
     EXPECT_EQ(number(std::nan("")), "null");
     EXPECT_EQ(number(std::numeric_limits<double>::infinity()), "null");
