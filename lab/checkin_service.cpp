@@ -3,6 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <chrono>
+#include <cmath>
 #include <limits>
 
 #include "lab/json_text.h"
@@ -43,6 +45,13 @@ std::string find_mac(const std::string& target) {
 std::string find_target(const Call& call) {
     const auto head = parse_request_head(call.head);
     return head ? head->target : std::string();
+}
+
+// From the first packet of the connection to the whole request: what the way to the cloud takes.
+double milliseconds_since(std::chrono::steady_clock::time_point begin) {
+    const std::chrono::duration<double, std::milli> spent =
+        std::chrono::steady_clock::now() - begin;
+    return std::round(spent.count() * 10) / 10;
 }
 
 } // namespace
@@ -88,8 +97,8 @@ Reply CheckinService::accept(
     const Call& call, const Verified& verified, const nlohmann::json& report) {
     const std::string& mac = verified.mac;
     const std::int64_t seqno = find_reported_seqno(report).value_or(0);
-    store_.add_report(mac, wall_seconds(), call.body, seqno);
-    note_report(call, mac, report, seqno);
+    const std::int64_t id = store_.add_report(mac, wall_seconds(), call.body, seqno);
+    note_report(call, mac, report, seqno, id);
     if (store_.acknowledge(mac, seqno))
         events_.note(
             "settings-acknowledged", mac, mac + " acknowledged settings " + std::to_string(seqno),
@@ -98,12 +107,17 @@ Reply CheckinService::accept(
 }
 
 void CheckinService::note_report(
-    const Call& call, const std::string& mac, const nlohmann::json& report, std::int64_t seqno) {
+    const Call& call, const std::string& mac, const nlohmann::json& report, std::int64_t seqno,
+    std::int64_t id) {
     events_.note(
         "checkin", mac,
         mac + " checked in: signature verified, " + std::to_string(call.body.size()) +
             " bytes, sections " + join_keys(report) + "; config_seqno " + std::to_string(seqno),
-        {{"bytes", call.body.size()}, {"sections", list_keys(report)}, {"config_seqno", seqno}});
+        {{"bytes", call.body.size()},
+         {"sections", list_keys(report)},
+         {"config_seqno", seqno},
+         {"report", id},
+         {"milliseconds", milliseconds_since(call.connected_at)}});
 }
 
 Reply CheckinService::deliver(const std::string& mac, std::int64_t seqno) {

@@ -23,7 +23,8 @@ class CheckinService {
     Reply reject(const Call& call, const Rejection& rejection);
     Reply accept(const Call& call, const Verified& verified, const nlohmann::json& report);
     void note_report(
-        const Call& call, const std::string& mac, const nlohmann::json& report, std::int64_t seqno);
+        const Call& call, const std::string& mac, const nlohmann::json& report, std::int64_t seqno,
+        std::int64_t id);
     Reply deliver(const std::string& mac, std::int64_t seqno);
 
     Store& store_;

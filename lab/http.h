@@ -1,6 +1,7 @@
 // A request as it came in and the reply to it, free of any HTTP library: all that a service sees.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <string>
@@ -17,8 +18,9 @@ struct Call {
     std::string body;                         // bytes as received
     std::string body_flaw;                    // why the body is not whole; empty: it is
     bool tls = false;
-    int port = 0;                  // at which it came in
-    std::function<bool()> hung_up; // the peer has closed its connection
+    int port = 0;                                       // at which it came in
+    std::chrono::steady_clock::time_point connected_at; // when the peer's connection was taken
+    std::function<bool()> hung_up;                      // the peer has closed its connection
 };
 
 struct Reply {

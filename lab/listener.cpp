@@ -59,6 +59,7 @@ class ConnectionThreads : public httplib::TaskQueue {
 
 // The library's handlers see its request only; the connection of the thread gives them the rest.
 thread_local Connection* current_connection = nullptr;
+thread_local std::chrono::steady_clock::time_point connected_at;
 
 Certificate choose_certificate(Fault fault) {
     switch (fault) {
@@ -307,6 +308,7 @@ class Listener::Server : public httplib::Server {
         }
         call.tls = connection.tls();
         call.port = connection.port();
+        call.connected_at = connected_at;
         call.hung_up = [&connection] { return connection.hung_up(); };
         return call;
     }
@@ -332,6 +334,7 @@ class Listener::Server : public httplib::Server {
     }
 
     void serve(int socket) {
+        connected_at = std::chrono::steady_clock::now();
         const int byte = peek_first_byte(socket);
         if (byte < 0)
             return note_no_request(plan_.plain_name, "a connection closed without a request");

@@ -82,6 +82,24 @@ SwitchOverview read_switch(const Statement& row) {
     return entry;
 }
 
+EventRecord read_event(const Statement& row) {
+    return {row.number(0), row.number(1), row.text(2), row.text(3), row.text(4), row.text(5)};
+}
+
+std::vector<std::string> read_texts(Statement& row) {
+    std::vector<std::string> texts;
+    while (row.step())
+        texts.push_back(row.text(0));
+    return texts;
+}
+
+std::vector<EventRecord> read_events(Statement& row) {
+    std::vector<EventRecord> events;
+    while (row.step())
+        events.push_back(read_event(row));
+    return events;
+}
+
 std::string lower_case(std::string text) {
     for (char& c : text)
         if (c >= 'A' && c <= 'Z')
@@ -131,6 +149,122 @@ std::vector<Stranger> Overview::list_strangers() {
     while (row.step())
         strangers.push_back({row.text(0), row.number(1), row.text(2)});
     return strangers;
+}
+
+// --- Lists of one switch.
+
+TextPage Overview::list_texts(
+    const char* count_sql, const char* rows_sql, const std::string& mac, const Page& page) {
+    const std::lock_guard lock(mutex_);
+    TextPage texts;
+    Statement count(database_, count_sql, mac);
+    if (count.step())
+        texts.total = count.number(0);
+    Statement row(database_, rows_sql, mac, page.count, page.from);
+    texts.entries = read_texts(row);
+    return texts;
+}
+
+TextPage Overview::list_reports(const std::string& mac, const Page& page) {
+    return list_texts(
+        "SELECT count(*) FROM reports WHERE mac = ?",
+        "SELECT json_object('id', id, 'time', strftime('%Y-%m-%dT%H:%M:%SZ', time, 'unixepoch'), "
+        "'bytes', length(CAST(body AS BLOB))) FROM reports WHERE mac = ? ORDER BY id DESC LIMIT ? "
+        "OFFSET ?",
+        mac, page);
+}
+
+TextPage Overview::list_settings(const std::string& mac, const Page& page) {
+    return list_texts(
+        "SELECT count(*) FROM settings WHERE mac = ?",
+        "SELECT json_object('config_seqno', seqno, 'state', state, 'tries', tries, 'queued', "
+        "strftime('%Y-%m-%dT%H:%M:%SZ', queued, 'unixepoch'), 'document', json(document)) FROM "
+        "settings WHERE mac = ? ORDER BY seqno DESC LIMIT ? OFFSET ?",
+        mac, page);
+}
+
+TextPage Overview::list_actions(const std::string& mac, const Page& page) {
+    return list_texts(
+        "SELECT count(*) FROM actions WHERE mac = ?",
+        "SELECT json_object('id', id, 'state', state, 'time', strftime('%Y-%m-%dT%H:%M:%SZ', "
+        "time, 'unixepoch'), 'document', json(document)) FROM actions WHERE mac = ? "
+        "ORDER BY id DESC LIMIT ? OFFSET ?",
+        mac, page);
+}
+
+std::vector<std::string>
+Overview::list_history(const std::string& mac, const std::string& port, std::int64_t count) {
+    const std::lock_guard lock(mutex_);
+    Statement row(
+        database_,
+        "SELECT json_object('report', id, 'time', strftime('%Y-%m-%dT%H:%M:%SZ', time, "
+        "'unixepoch'), 'uptime', json_extract(body, '$.system.summary_info.uptime_seconds'), "
+        "'budget', json_extract(body, '$.system.poe.total_power_watts'), "
+        "'available', json_extract(body, '$.system.poe.available_power_watts'), "
+        "'statistics', json((SELECT json_extract(value, '$.statistics') FROM json_each(body, "
+        "'$.system.ports') WHERE json_extract(value, '$.id') = ?2))) "
+        "FROM reports WHERE mac = ?1 AND json_valid(body) ORDER BY id DESC LIMIT ?3",
+        mac, port, count);
+    return read_texts(row);
+}
+
+std::vector<std::string> Overview::list_checkins(const std::string& mac, std::int64_t count) {
+    const std::lock_guard lock(mutex_);
+    Statement row(
+        database_,
+        "SELECT json_object('report', json_extract(details, '$.report'), 'time', "
+        "strftime('%Y-%m-%dT%H:%M:%SZ', time, 'unixepoch'), 'milliseconds', json_extract(details, "
+        "'$.milliseconds')) FROM events WHERE mac = ? AND kind = 'checkin' ORDER BY id DESC "
+        "LIMIT ?",
+        mac, count);
+    return read_texts(row);
+}
+
+std::vector<std::string> Overview::list_diagnostics(const std::string& mac) {
+    const std::lock_guard lock(mutex_);
+    Statement row(
+        database_,
+        "SELECT json_object('report', id, 'time', strftime('%Y-%m-%dT%H:%M:%SZ', time, "
+        "'unixepoch'), 'diagnostic', json_extract(body, '$.diagnostic')) FROM reports WHERE mac = "
+        "? AND json_valid(body) AND json_type(body, '$.diagnostic') = 'object' ORDER BY id DESC",
+        mac);
+    return read_texts(row);
+}
+
+// --- The way of a settings document.
+
+std::vector<EventRecord>
+Overview::list_settings_events(const std::string& mac, std::int64_t seqno) {
+    const std::lock_guard lock(mutex_);
+    Statement row(
+        database_,
+        "SELECT id, time, kind, mac, text, details FROM events WHERE mac = ? AND kind IN "
+        "('settings-queued', 'settings-delivered', 'settings-acknowledged', 'settings-refused') "
+        "AND json_extract(details, '$.config_seqno') = ? ORDER BY id",
+        mac, seqno);
+    return read_events(row);
+}
+
+std::int64_t Overview::find_verdict(const std::string& mac, std::int64_t seqno) {
+    const std::lock_guard lock(mutex_);
+    Statement row(
+        database_,
+        "SELECT json_extract(details, '$.report') FROM events WHERE mac = ?1 AND kind = 'checkin' "
+        "AND id > (SELECT max(id) FROM events WHERE mac = ?1 AND kind = 'settings-delivered' AND "
+        "json_extract(details, '$.config_seqno') = ?2) ORDER BY id LIMIT 1",
+        mac, seqno);
+    return row.step() ? row.number(0) : 0;
+}
+
+std::vector<EventRecord>
+Overview::list_events_before(std::int64_t before, const EventFilter& filter, std::int64_t count) {
+    const std::lock_guard lock(mutex_);
+    Statement row(
+        database_,
+        "SELECT id, time, kind, mac, text, details FROM events WHERE id < ?1 AND (?2 = '' OR kind "
+        "= ?2) AND (?3 = '' OR mac = ?3) ORDER BY id DESC LIMIT ?4",
+        before, filter.kind, filter.mac, count);
+    return read_events(row);
 }
 
 } // namespace lab

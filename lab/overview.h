@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "lab/events.h"
 #include "lab/store.h"
 
 namespace lab {
@@ -55,6 +56,12 @@ struct Stranger {
     std::string refusal;
 };
 
+// JSON texts, and of how many in all.
+struct TextPage {
+    std::int64_t total = 0;
+    std::vector<std::string> entries;
+};
+
 class Overview {
   public:
     // After the store has made the file.
@@ -64,7 +71,29 @@ class Overview {
     std::optional<SwitchOverview> find_switch(const std::string& mac, std::int64_t now);
     std::vector<Stranger> list_strangers(); // the newest first, a few
 
+    // Of one switch, each the newest first.
+    TextPage list_reports(const std::string& mac, const Page& page);
+    TextPage list_settings(const std::string& mac, const Page& page);
+    TextPage list_actions(const std::string& mac, const Page& page);
+    // What the last reports tell of the switch's power and of one port's counters.
+    std::vector<std::string>
+    list_history(const std::string& mac, const std::string& port, std::int64_t count);
+    std::vector<std::string> list_checkins(const std::string& mac, std::int64_t count);
+    std::vector<std::string> list_diagnostics(const std::string& mac);
+
+    // What happened to one settings document, the oldest first, and the report that a switch sent
+    // next after it was delivered last; 0 while there is none.
+    std::vector<EventRecord> list_settings_events(const std::string& mac, std::int64_t seqno);
+    std::int64_t find_verdict(const std::string& mac, std::int64_t seqno);
+
+    // Events before an id, the newest first.
+    std::vector<EventRecord>
+    list_events_before(std::int64_t before, const EventFilter& filter, std::int64_t count);
+
   private:
+    TextPage list_texts(
+        const char* count_sql, const char* rows_sql, const std::string& mac, const Page& page);
+
     std::mutex mutex_;
     Database database_;
 };

@@ -143,13 +143,14 @@ bool Store::record_nonce(const Authorization& authorization, std::int64_t oldest
     return database_.changes() == 1;
 }
 
-void Store::add_report(
+std::int64_t Store::add_report(
     const std::string& mac, std::int64_t time, const std::string& body,
     std::int64_t reported_seqno) {
     const std::lock_guard lock(mutex_);
     Transaction transaction(database_);
     Statement(database_, "INSERT INTO reports (mac, time, body) VALUES (?, ?, ?)", mac, time, body)
         .step();
+    const std::int64_t id = database_.last_id();
     Statement(
         database_,
         "UPDATE switches SET last_seen = ?, reported_seqno = ?, reports = reports + 1 WHERE mac = "
@@ -163,6 +164,7 @@ void Store::add_report(
         mac, reports_kept)
         .step();
     transaction.keep();
+    return id;
 }
 
 std::optional<ReportRecord> Store::find_report(const std::string& mac, std::int64_t id) {

@@ -77,7 +77,8 @@ class Store {
     // True the first time. What is older than `oldest` is forgotten.
     bool record_nonce(const Authorization& authorization, std::int64_t oldest);
 
-    void add_report(
+    // Its id.
+    std::int64_t add_report(
         const std::string& mac, std::int64_t time, const std::string& body,
         std::int64_t reported_seqno);
     std::optional<ReportRecord>

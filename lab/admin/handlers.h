@@ -11,6 +11,14 @@ Reply show_page(const Request& request);
 Reply show_page_file(const Request& request);
 Reply show_overview(const Request& request);
 Reply show_switch_overview(const Request& request);
+Reply page_reports(const Request& request);
+Reply page_settings(const Request& request);
+Reply page_actions(const Request& request);
+Reply page_events(const Request& request);
+Reply show_history(const Request& request);
+Reply show_checkins(const Request& request);
+Reply show_diagnostics(const Request& request);
+Reply show_way(const Request& request);
 
 // switches.cpp
 Reply list_switches(const Request& request);

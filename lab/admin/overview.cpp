@@ -1,5 +1,6 @@
 // The lists of the page: what a switch is called and how it is, in pages.
 #include <algorithm>
+#include <limits>
 
 #include "lab/admin/handlers.h"
 #include "lab/clock.h"
@@ -50,6 +51,17 @@ Json describe_overview(const Request& request, const SwitchOverview& entry) {
     return text;
 }
 
+Json describe_texts(const std::vector<std::string>& texts) {
+    Json list = Json::array();
+    for (const auto& text : texts)
+        list.push_back(Json::parse(text));
+    return list;
+}
+
+Reply reply_page(const TextPage& page) {
+    return reply_json({{"total", page.total}, {"entries", describe_texts(page.entries)}});
+}
+
 } // namespace
 
 Reply show_overview(const Request& request) {
@@ -70,6 +82,59 @@ Reply show_overview(const Request& request) {
 Reply show_switch_overview(const Request& request) {
     const auto entry = request.parts.overview.find_switch(require_switch(request), wall_seconds());
     return reply_json(describe_overview(request, entry.value()));
+}
+
+// --- Of one switch.
+
+Reply page_reports(const Request& request) {
+    return reply_page(
+        request.parts.overview.list_reports(require_switch(request), read_page(request)));
+}
+
+Reply page_settings(const Request& request) {
+    return reply_page(
+        request.parts.overview.list_settings(require_switch(request), read_page(request)));
+}
+
+Reply page_actions(const Request& request) {
+    return reply_page(
+        request.parts.overview.list_actions(require_switch(request), read_page(request)));
+}
+
+Reply show_history(const Request& request) {
+    return reply_json(describe_texts(request.parts.overview.list_history(
+        require_switch(request), find_query(request, "port"), read_page(request).count)));
+}
+
+Reply show_checkins(const Request& request) {
+    return reply_json(describe_texts(
+        request.parts.overview.list_checkins(require_switch(request), read_page(request).count)));
+}
+
+Reply show_diagnostics(const Request& request) {
+    return reply_json(
+        describe_texts(request.parts.overview.list_diagnostics(require_switch(request))));
+}
+
+Reply show_way(const Request& request) {
+    const std::string mac = require_switch(request);
+    const auto seqno = parse_number<std::int64_t>(request.words[1], "config_seqno");
+    Json events = Json::array();
+    for (const auto& event : request.parts.overview.list_settings_events(mac, seqno))
+        events.push_back(describe_event(event));
+    const std::int64_t report = request.parts.overview.find_verdict(mac, seqno);
+    return reply_json({{"events", events}, {"report", report ? Json(report) : Json(nullptr)}});
+}
+
+Reply page_events(const Request& request) {
+    std::int64_t before = std::numeric_limits<std::int64_t>::max();
+    if (const std::string text = find_query(request, "before"); !text.empty())
+        before = parse_number<std::int64_t>(text, "before");
+    Json list = Json::array();
+    for (const auto& event : request.parts.overview.list_events_before(
+             before, read_filter(request), read_page(request).count))
+        list.push_back(describe_event(event));
+    return reply_json(list);
 }
 
 } // namespace lab

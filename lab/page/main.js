@@ -1,12 +1,19 @@
 // Which view stands for which address, and what stands around every view.
+import {show_actions} from "./actions.js";
 import {el, replace} from "./dom.js";
 import * as live from "./live.js";
 import {notice} from "./notices.js";
+import {show_settings} from "./settings.js";
+import {show_ports} from "./switch.js";
 import {show_switches} from "./switches.js";
 
 // A view fills the element that it is given and returns what to do when it is left.
 const VIEWS = [
   [/^#?\/?$/, show_switches],
+  [/^#\/switch\/([0-9A-F:]{17})(?:\/ports)?$/i, show_ports],
+  [/^#\/switch\/([0-9A-F:]{17})\/ports\/(\w+)$/i, show_ports],
+  [/^#\/switch\/([0-9A-F:]{17})\/settings(?:\/(\w+))?$/i, show_settings],
+  [/^#\/switch\/([0-9A-F:]{17})\/actions$/i, show_actions],
 ];
 
 const main = document.getElementById("main");
