@@ -1,4 +1,4 @@
-// The function layer over cJSON; see json_document.h.
+// The function layer over cJSON: a node, its name and its text are one block of memory.
 #include "json/json_document.h"
 
 #include <stddef.h>

@@ -1,4 +1,4 @@
-// JSON-RPC requests; see json_parser.h.
+// JSON-RPC requests: without memory for one the process stops, in every build.
 #include "json/json_parser.h"
 
 #include <stdio.h>

@@ -1,4 +1,4 @@
-// The printer; see json_print.h. One pass over the tree into one growing buffer.
+// The printer: one pass over the tree into one growing buffer.
 #include "json/json_print.h"
 
 #include <charconv>
