@@ -5,7 +5,7 @@ set(VX_EDGES
   open open64 __open_2 __open64_2
   fopen fopen64
   stat stat64 __stat64_time64
-  unlink close
+  unlink close opendir statvfs statvfs64
   ioctl __ioctl_time64
   system sleep
   time __time64

@@ -9,10 +9,9 @@
 
 #include "base/credentials.h"
 #include "base/errors.h"
+#include "base/identity.h"
 #include "base/state.h"
 #include "core/local_request.h"
-#include "platform/system.h"
-#include "platform/types.h"
 #include "platform/vxcloud.h"
 
 namespace {
@@ -25,17 +24,6 @@ void write_process_id() {
         return;
     fprintf(file, "%d", getpid());
     fclose(file);
-}
-
-void name_switch() {
-    uint8_t mac[MAC_ADDRESS_SIZE] = {};
-    sal_sys_macAddr_get(mac);
-    snprintf(
-        macstr, sizeof macstr, "%02x%02x%02x%02x%02x%02x", mac[0], mac[1], mac[2], mac[3], mac[4],
-        mac[5]);
-    snprintf(
-        macaddrstr, sizeof macaddrstr, "%02X:%02X:%02X:%02X:%02X:%02X", mac[0], mac[1], mac[2],
-        mac[3], mac[4], mac[5]);
 }
 
 void set_transport() {
@@ -56,7 +44,7 @@ void load_cloud_settings() {
     sal_vxcloud_checkin_host_get(CheckinHost);
     sal_vxcloud_checkin_interval_get(&CheckinInterval);
     sal_vxcloud_fallback_host_get(fallback_host);
-    snprintf(Checkinstr, sizeof Checkinstr, "/%s/%s/checkin", "cloud-switch", macaddrstr);
+    format_checkin_path();
 }
 
 void load_credentials() {

@@ -170,10 +170,7 @@ void set_tls(CURL* curl) {
     curl_easy_setopt(curl, CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
-    curl_easy_setopt(curl, CURLOPT_CAPATH, "/etc/ssl/certs/");
-    // The bundle whose path was built into libcurl is not trusted besides; where that file is
-    // missing, it would fail every request.
-    curl_easy_setopt(curl, CURLOPT_CAINFO, nullptr);
+    set_authorities(curl);
 }
 
 void set_address_family(CURL* curl) {

@@ -4,6 +4,9 @@
 
 #include <time.h>
 
+// Clear in a program that only looks: sync_clock then does nothing.
+extern bool may_set_clock;
+
 // Asks fallback_host for the time, at most twice, and sets the system clock when there is one.
 void sync_clock();
 

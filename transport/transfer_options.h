@@ -9,3 +9,6 @@
 // the transfer elsewhere, and no signal handler is changed, for all threads share them. A peer that
 // is gone ends the connection in the end.
 void set_common_options(CURL* curl, api_reply* reply);
+
+// Certificates are verified against the switch's directory of authorities, and nothing else.
+void set_authorities(CURL* curl);

@@ -1,7 +1,9 @@
 // Files of the agent: an absolute path of the switch lies below the board's root folder, and two
 // devices among them are the board's own.
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -17,6 +19,8 @@ int __real_open(const char* path, int flags, ...);
 FILE* __real_fopen(const char* path, const char* mode);
 int __real_stat(const char* path, struct stat* status);
 int __real_unlink(const char* path);
+DIR* __real_opendir(const char* path);
+int __real_statvfs(const char* path, struct statvfs* status);
 }
 
 namespace sim {
@@ -87,6 +91,17 @@ int __wrap_stat(const char* path, struct stat* status) {
 int __wrap_stat64(const char* path, struct stat* status) { return __wrap_stat(path, status); }
 int __wrap___stat64_time64(const char* path, struct stat* status) {
     return __wrap_stat(path, status);
+}
+
+DIR* __wrap_opendir(const char* path) {
+    return sim::open_fails(path) ? nullptr : __real_opendir(board().path(path).c_str());
+}
+
+int __wrap_statvfs(const char* path, struct statvfs* status) {
+    return sim::open_fails(path) ? -1 : __real_statvfs(board().path(path).c_str(), status);
+}
+int __wrap_statvfs64(const char* path, struct statvfs* status) {
+    return __wrap_statvfs(path, status);
 }
 
 int __wrap_unlink(const char* path) { return __real_unlink(board().path(path).c_str()); }

@@ -18,6 +18,9 @@ namespace {
 Board* current = nullptr;
 
 constexpr int default_ports = 28;
+constexpr const char* memory_of_the_switch = "MemTotal:         262144 kB\n"
+                                             "MemFree:           98304 kB\n"
+                                             "MemAvailable:     131072 kB\n";
 constexpr int seconds_to_go_down = 5;
 constexpr std::size_t longest_log = 500; // lines
 
@@ -43,8 +46,10 @@ bool has_board() { return current != nullptr; }
 
 Board::Board(std::filesystem::path root, const std::filesystem::path& scenario)
     : device(port_count(scenario)), root_(std::filesystem::absolute(root)) {
-    for (const char* folder : {"/dev", "/etc/ssl/certs", "/run", "/tmp", "/var/run"})
+    for (const char* folder : {"/dev", "/etc/ssl/certs", "/proc", "/run", "/tmp", "/var/run"})
         std::filesystem::create_directories(path(folder));
+    if (!std::filesystem::exists(path("/proc/meminfo")))
+        std::ofstream(path("/proc/meminfo")) << memory_of_the_switch;
     load(scenario);
     current = this;
 }

@@ -22,7 +22,7 @@ class EndToEnd(unittest.TestCase):
     scenario = {}
     speed = 150
     lab_options = ()
-    reports_are = "whole"
+    reports_are = "whole" # None: a test had the switch store what no report may say
 
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory(prefix="vx_end_to_end_")
@@ -48,7 +48,7 @@ class EndToEnd(unittest.TestCase):
         self.assertNotIn("runtime error", log)
 
     def check_reports(self):
-        for number, report in self.lab.reports():
+        for number, report in self.lab.reports() if self.reports_are else ():
             with self.subTest(report=number):
                 self.assertEqual([], list(wire_schema.report_faults(report, self.reports_are)))
 

@@ -14,6 +14,7 @@ MAY_INCLUDE = {
     "sections": ("driver", "json", "base", "platform"),
     "transport": ("json", "base", "platform"),
     "core": ("transport", "sections", "driver", "json", "base", "platform"),
+    "doctor": ("core", "transport", "json", "base", "platform"),
     "sim/instruments": ("platform",),
     "sim/chip": ("sim/instruments", "driver", "platform"),
     "sim/library": ("sim/chip", "sim/instruments", "driver", "platform"),

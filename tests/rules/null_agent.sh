@@ -9,7 +9,7 @@ build_null_agent() { # <source> <build> <cmake argument...>
   cmake -S "$source" -B "$build/agent" -G Ninja -DVX_WORKSTATION=OFF -DCMAKE_C_COMPILER=gcc \
     -DCMAKE_CXX_COMPILER=g++ -DPLATFORM_LIBRARY="$build/libnull_platform.so" "$@" \
     > "$build/configure.log"
-  cmake --build "$build/agent" --target vx_cloud > "$build/build.log" || {
+  cmake --build "$build/agent" --target vx_cloud vx_cloud_doctor > "$build/build.log" || {
     cat "$build/build.log"
     return 1
   }
