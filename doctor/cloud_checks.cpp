@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <time.h>
+#include <unistd.h>
 
 #include "base/errors.h"
 #include "base/identity.h"
@@ -221,6 +222,12 @@ int judge_checkin(int32_t result, const char* reply, char* detail) {
     return is_markup(reply) ? CHECKIN_PORTAL : IS_REFUSED;
 }
 
+// The agent's generator is never seeded: within one second this program's first request would look
+// like a copy of the agent's.
+void use_nonces_of_its_own() {
+    srandom(static_cast<unsigned>(getpid()) * 65537U ^ static_cast<unsigned>(time(nullptr)));
+}
+
 } // namespace
 
 const Findings checkin_findings(checkin_table);
@@ -230,6 +237,7 @@ const Findings checkin_findings(checkin_table);
 int check_checkin(char* detail) {
     format_checkin_path();
     may_set_clock = false;
+    use_nonces_of_its_own();
     checkin_timeout = checkin_connect_timeout = CHECKIN_TIMEOUT;
     char* reply = nullptr;
     int32_t result = api_send_buff1(
