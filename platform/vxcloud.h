@@ -25,9 +25,10 @@ int sal_vxcloud_checkin_interval_set(int32_t seconds);
 int sal_vxcloud_checkin_interval_get(int32_t* seconds);
 
 // Key and secret of the cloud account, texts of at most 127 characters; buffers of 128. The agent
-// writes and expects each with the twelve lower-case hexadecimal digits of the switch's MAC behind it
-// ("lab-key021b2c3d4e5f"), so that a stored account belongs to one switch. Whoever stores an account
-// by other means writes it so, too; one without the digits counts as none.
+// writes and expects each with the twelve lower-case hexadecimal digits of the switch's MAC behind
+// it
+// ("lab-key021b2c3d4e5f"), so that a stored account belongs to one switch. Whoever stores an
+// account by other means writes it so, too; one without the digits counts as none.
 int sal_vxcloud_key_set(const char* text);
 int sal_vxcloud_key_get(char* text);
 int sal_vxcloud_secret_set(const char* text);

@@ -147,8 +147,7 @@ int sal_vxcloud_secret_get(char* text) {
 
 int sal_vxcloud_seqno_set(int32_t number) {
     return call(
-        "sal_vxcloud_seqno_set", [&](Switch& s) { return store(s.cloud.seqno, number); },
-        number);
+        "sal_vxcloud_seqno_set", [&](Switch& s) { return store(s.cloud.seqno, number); }, number);
 }
 
 int sal_vxcloud_seqno_get(int32_t* number) {

@@ -28,7 +28,8 @@ class Flash {
     // What writes is false when the disk does not take it, and the flash is as it was.
 
     // Writes the images of a new switch, unless the flash holds something already.
-    [[nodiscard]] bool leave_factory(const std::string& version, const std::string& second_version) const;
+    [[nodiscard]] bool
+    leave_factory(const std::string& version, const std::string& second_version) const;
     // The version of the image that starts: the selected one, or the other when that is damaged.
     // Empty when neither can be started.
     std::string booted_version() const;

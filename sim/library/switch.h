@@ -39,8 +39,8 @@ struct Switch {
     bool has_port(int port) const { return port >= 0 && port < logical_ports(); }
 
     Chip chip;
-    double counted_until = 0;  // running time up to which the chip's counters have grown
-    bool driver_loaded = true; // "/dev/ski" exists
+    double counted_until = 0;       // running time up to which the chip's counters have grown
+    bool driver_loaded = true;      // "/dev/ski" exists
     std::int64_t clock_ahead_s = 0; // of the right time, when the switch is powered on
     CloudStore cloud;
     System system;
