@@ -14,10 +14,10 @@
 #include "core/check_in.h"
 #include "json/json_document.h"
 #include "platform/mib.h"
-#include "platform/poe.h"
 #include "platform/vxcloud.h"
 #include "sections/diagnostic.h"
 #include "sections/port/bounce.h"
+#include "sections/port/power.h"
 
 namespace {
 
@@ -25,24 +25,10 @@ void check_in(const cJSON*, int) { api_checkin(); }
 
 void reboot(const cJSON*, int) { run_command("handler -f reboot 1> /dev/null 2> /dev/null &"); }
 
-void bounce_power(int port) {
-    if (port >= POE_PORTS)
-        return;
-    // A negative number must not wrap around to a port that exists.
-    uint8_t poe_port = port < 0 ? UINT8_MAX : static_cast<uint8_t>(port);
-    uint8_t enabled = 0;
-    uint8_t mode = 0;
-    uint8_t detection = 0;
-    uint8_t classification = 0;
-    sal_poe_port_config_query_get(poe_port, &enabled, &mode, &detection, &classification);
-    if (enabled)
-        sal_poe_port_reset_set(poe_port, 1);
-}
-
 // The thread cannot be cancelled amidst this, which would leave the port disabled.
 void reset_port(const cJSON*, int port) {
     bounce_enabled_port(port);
-    bounce_power(port);
+    reset_power(port);
     mark_port_reset(port);
 }
 

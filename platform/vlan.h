@@ -23,7 +23,7 @@ enum {
     VLAN_LAST = 4094,
     VLAN_COUNT = 4096, // bits of a VLAN mask
     VLAN_NAME_SIZE = 33,
-    VLAN_TEXT_SIZE = 9728, // the longest VLAN list as text
+    VLAN_TEXT_SIZE = 12912, // the longest VLAN list as text, "1-2,4-5,...", with its terminator
 };
 
 // One VLAN, 72 bytes.

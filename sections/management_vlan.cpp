@@ -1,4 +1,4 @@
-// "management_vlan"; see management_vlan.h.
+// "management_vlan" is what the platform says.
 #include "sections/management_vlan.h"
 
 #include <stdint.h>

@@ -1,4 +1,4 @@
-// The "port_mirror" section; see mirror.h.
+// A mirror group is read and written as a whole; what the cloud leaves out stays as it is.
 #include "sections/mirror.h"
 
 #include "base/errors.h"
@@ -18,7 +18,7 @@ struct Mirror {
 
 // --- Report.
 
-int sources_read(int group, Mirror* mirror) {
+int read_sources(int group, Mirror* mirror) {
     PortBitmap rx = {}, tx = {};
     uint32_t on = 0;
     if (int code = sal_mirror_group_state_get(group, &on))
@@ -32,20 +32,20 @@ int sources_read(int group, Mirror* mirror) {
     return sal_util_bitmap2numstr(&rx, mirror->rx);
 }
 
-int mirror_read(int group, Mirror* mirror) {
+int read_mirror(int group, Mirror* mirror) {
     if (int code = sal_mirror_group_targetPort_get(group, &mirror->target, &mirror->state))
         return code;
     if (mirror->state != 1)
         mirror->target = -1;
     else if (int code = sal_mirror_group_igrState_get(group, &mirror->ingress))
         return code;
-    return sources_read(group, mirror);
+    return read_sources(group, mirror);
 }
 
-void mirror_report(cJSON* list, int group, const Mirror& mirror) {
+void report_mirror(cJSON* list, int group, const Mirror& mirror) {
     cJSON* item = createJsonObject();
     addJsonObjectIntItem(item, "id", group + 1);
-    addJsonObjectIntItem(item, "destination_port", mirror.target + 1);
+    addJsonObjectIntItem(item, "destination_port", one_based(mirror.target));
     addJsonObjectStringItem(item, "source_tx_port", mirror.tx);
     addJsonObjectStringItem(item, "source_rx_port", mirror.rx);
     addJsonObjectIntItem(item, "ingress_state", static_cast<int32_t>(mirror.ingress));
@@ -59,9 +59,9 @@ int vxc_mirror_get(cJSON* system) {
     cJSON* list = attachJsonArray(system, "port_mirror");
     for (int group = 0; group < MIRROR_GROUPS; ++group) {
         Mirror mirror = {};
-        if (int code = mirror_read(group, &mirror))
+        if (int code = read_mirror(group, &mirror))
             return record_error(code);
-        mirror_report(list, group, mirror);
+        report_mirror(list, group, mirror);
     }
     return 0;
 }
@@ -71,7 +71,7 @@ int vxc_mirror_get(cJSON* system) {
 namespace {
 
 // A set of ports for which there is no list stays as it is.
-int ports_wanted(const cJSON* element, const char* key, PortBitmap* ports) {
+int read_ports(const cJSON* element, const char* key, PortBitmap* ports) {
     const char* list = getJsonStringValueForKey(element, key);
     if (!list)
         return 0;
@@ -80,57 +80,55 @@ int ports_wanted(const cJSON* element, const char* key, PortBitmap* ports) {
 }
 
 // A group that cannot tell its sources is written with those that the cloud names.
-int sources_wanted(const cJSON* element, int group, PortBitmap* rx, PortBitmap* tx) {
+int read_wanted_sources(const cJSON* element, int group, PortBitmap* rx, PortBitmap* tx) {
     sal_mirror_group_sourcePort_get(group, rx, tx);
-    if (int code = ports_wanted(element, "source_rx_port", rx))
+    if (int code = read_ports(element, "source_rx_port", rx))
         return code;
-    return ports_wanted(element, "source_tx_port", tx);
+    return read_ports(element, "source_tx_port", tx);
 }
 
-// A group that is switched off goes out of the chip first.
-int target_wanted(const cJSON* element, int group, int* target) {
-    int found;
-    uint32_t state = getJsonBoolValueForKey(element, "session_state", &found) != JSON_FALSE;
-    if (!found) {
-        if (int code = sal_mirror_group_targetPort_get(group, target, &state))
-            return code;
-    }
-    if (!state) {
-        if (int code = sal_mirror_group_del(group))
-            return code;
-    }
-    int destination = getJsonIntValueForKey(element, "destination_port", &found);
-    if (found)
-        *target = zero_based(destination);
-    return 0;
+// Without a word about the session the group's own state and target count.
+int read_session(const cJSON* element, int group, bool* on, int* target) {
+    if (read_bool(element, "session_state", on))
+        return 0;
+    uint32_t state = 0;
+    int code = sal_mirror_group_targetPort_get(group, target, &state);
+    *on = state != 0;
+    return code;
 }
 
-int group_set(const cJSON* element, int group) {
+// A group that is switched off goes out of the chip before it is written.
+int apply_group(const cJSON* element, int group) {
+    bool on = false;
     int target = 0;
+    int destination = 0;
     PortBitmap rx = {}, tx = {};
-    if (int code = target_wanted(element, group, &target))
+    if (int code = read_session(element, group, &on, &target))
         return code;
-    if (int code = sources_wanted(element, group, &rx, &tx))
+    if (int code = on ? 0 : sal_mirror_group_del(group))
+        return code;
+    if (read_int(element, "destination_port", &destination))
+        target = zero_based(destination);
+    if (int code = read_wanted_sources(element, group, &rx, &tx))
         return code;
     if (int code = sal_mirror_group_targetPort_set(group, target, 1))
         return code;
     if (int code = sal_mirror_group_sourcePort_set(group, rx, tx))
         return code;
-    int found;
-    int ingress = getJsonIntValueForKey(element, "ingress_state", &found);
-    return found ? sal_mirror_group_igrState_set(group, ingress) : 0;
+    return apply_int(element, "ingress_state", [group](int ingress) {
+        return sal_mirror_group_igrState_set(group, ingress);
+    });
 }
 
 } // namespace
 
 int vxc_mirror_set(const cJSON* system) {
-    const cJSON* list = getJsonObjectForKey(system, "port_mirror");
-    for (const cJSON* element = getJsonChild(list); element; element = getJsonNext(element)) {
-        int found;
-        int id = getJsonIntValueForKey(element, "id", &found);
-        if (!found)
+    const cJSON* element = getJsonChild(getJsonArrayForKey(system, "port_mirror"));
+    for (; element; element = getJsonNext(element)) {
+        int id = 0;
+        if (!read_int(element, "id", &id))
             continue;
-        if (int code = group_set(element, zero_based(id))) {
+        if (int code = apply_group(element, zero_based(id))) {
             record_error(code);
             log_failure("mirror set fail");
         }

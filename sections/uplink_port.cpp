@@ -1,4 +1,4 @@
-// "uplink_port"; see uplink_port.h.
+// The gateway's MAC address is looked for in the ARP table, then its port in the MAC address table.
 #include "sections/uplink_port.h"
 
 #include <ctype.h>

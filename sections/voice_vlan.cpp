@@ -1,4 +1,4 @@
-// The voice VLAN section; see voice_vlan.h.
+// Switching the voice VLAN on and off, and the edits of the table of telephone vendors.
 #include "sections/voice_vlan.h"
 
 #include <stdio.h>
@@ -9,6 +9,7 @@
 #include "platform/types.h"
 #include "platform/util.h"
 #include "platform/voice_vlan.h"
+#include "sections/section.h"
 
 namespace {
 
@@ -26,14 +27,14 @@ struct Vendor {
     char description[VOICE_VLAN_DESCRIPTION_SIZE];
 };
 
-int vendor_read(int index, Vendor* vendor) {
+int read_vendor(int index, Vendor* vendor) {
     *vendor = {};
     return sal_vlan_voiceVlanOui_get(index, &vendor->entry, vendor->description);
 }
 
 // --- Report.
 
-int settings_read(Settings* now) {
+int read_settings(Settings* now) {
     if (int code = sal_vlan_voiceVlanState_get(&now->mode))
         return code;
     if (int code = sal_vlan_voiceVid_get(&now->vid))
@@ -45,7 +46,7 @@ int settings_read(Settings* now) {
     return sal_vlan_voiceVlan1pRemarkEnable_get(&now->remark);
 }
 
-void vendor_report(cJSON* list, int index, const Vendor& vendor) {
+void report_vendor(cJSON* list, int index, const Vendor& vendor) {
     const uint8_t* oui = vendor.entry.oui;
     char address[sizeof "FF:FF:FF"];
     snprintf(address, sizeof address, "%02X:%02X:%02X", oui[0], oui[1], oui[2]);
@@ -56,13 +57,13 @@ void vendor_report(cJSON* list, int index, const Vendor& vendor) {
     addJsonArrayItem(list, item);
 }
 
-int vendors_report(cJSON* list) {
+int report_vendors(cJSON* list) {
     for (int index = 0; index < VOICE_VLAN_OUIS; ++index) {
         Vendor vendor;
-        if (int code = vendor_read(index, &vendor))
+        if (int code = read_vendor(index, &vendor))
             return record_error(code);
         if (vendor.entry.in_use)
-            vendor_report(list, index, vendor);
+            report_vendor(list, index, vendor);
     }
     return 0;
 }
@@ -71,7 +72,7 @@ int vendors_report(cJSON* list) {
 
 int vxc_voice_vlan_get(cJSON* report) {
     Settings now = {};
-    if (int code = settings_read(&now))
+    if (int code = read_settings(&now))
         return record_error(code);
     cJSON* vlan = attachJsonObject(report, "vlan");
     cJSON* voice = attachJsonObject(vlan, "voice");
@@ -80,7 +81,7 @@ int vxc_voice_vlan_get(cJSON* report) {
     addJsonObjectBoolItem(voice, "802.1p_remark", now.remark);
     addJsonObjectIntItem(voice, "remark_cos", now.qos.remark_cos);
     addJsonObjectIntItem(voice, "aging_time", now.aging);
-    return vendors_report(attachJsonArray(voice, "oui"));
+    return report_vendors(attachJsonArray(voice, "oui"));
 }
 
 // --- The vendor table.
@@ -88,7 +89,7 @@ int vxc_voice_vlan_get(cJSON* report) {
 namespace {
 
 // Takes over what is given of the two; the OUI is the first half of a MAC address.
-int vendor_change(Vendor* vendor, const char* address, const char* description) {
+int change_vendor(Vendor* vendor, const char* address, const char* description) {
     if (address) {
         uint8_t mac[MAC_ADDRESS_SIZE];
         if (int code = sys_util_str2Mac(address, mac))
@@ -106,7 +107,7 @@ int oui_is_held(const uint8_t* oui, int except, bool* held) {
         Vendor vendor;
         if (index == except)
             continue;
-        if (int code = vendor_read(index, &vendor))
+        if (int code = read_vendor(index, &vendor))
             return code;
         *held = vendor.entry.in_use && !memcmp(vendor.entry.oui, oui, OUI_SIZE);
     }
@@ -127,7 +128,7 @@ int oui_add(const cJSON* edit) {
         return 0;
     Vendor vendor = {};
     bool held = false;
-    if (int code = vendor_change(&vendor, address, description))
+    if (int code = change_vendor(&vendor, address, description))
         return record_error(code);
     if (int code = oui_is_held(vendor.entry.oui, VOICE_VLAN_OUIS, &held))
         return record_error(code);
@@ -140,17 +141,16 @@ int oui_add(const cJSON* edit) {
 }
 
 int oui_update(const cJSON* edit) {
-    int found;
-    int id = getJsonIntValueForKey(edit, "id", &found);
-    if (!found)
+    int id = 0;
+    if (!read_int(edit, "id", &id))
         return 0;
     const char* address = getJsonStringValueForKey(edit, "address");
     const char* description = getJsonStringValueForKey(edit, "description");
     Vendor vendor;
     bool held = false;
-    if (int code = vendor_read(id, &vendor))
+    if (int code = read_vendor(id, &vendor))
         return record_error(code);
-    if (int code = vendor_change(&vendor, address, description))
+    if (int code = change_vendor(&vendor, address, description))
         return record_error(code);
     if (int code = oui_is_held(vendor.entry.oui, id, &held))
         return record_error(code);
@@ -163,12 +163,11 @@ int oui_update(const cJSON* edit) {
 }
 
 int oui_delete(const cJSON* edit) {
-    int found;
-    int id = getJsonIntValueForKey(edit, "id", &found);
-    if (!found)
+    int id = 0;
+    if (!read_int(edit, "id", &id))
         return 0;
     Vendor vendor;
-    if (int code = vendor_read(id, &vendor))
+    if (int code = read_vendor(id, &vendor))
         return record_error(code);
     vendor.entry.in_use = 0;
     if (int code = sal_vlan_voiceVlanOui_set(id, &vendor.entry, vendor.description))
@@ -178,35 +177,33 @@ int oui_delete(const cJSON* edit) {
 
 namespace {
 
-enum { METHODS = 3 }; // 0 deletes, 1 adds, 2 updates
-
-int (*const vendor_edits[METHODS])(const cJSON*) = {oui_delete, oui_add, oui_update};
-
-void vendors_edit(const cJSON* edits) {
-    for (const cJSON* edit = getJsonChild(edits); edit; edit = getJsonNext(edit)) {
-        int found;
-        int method = getJsonIntValueForKey(edit, "method", &found);
-        if (found && method >= 0 && method < METHODS)
-            vendor_edits[method](edit);
+int edit_vendor(const cJSON* edit) {
+    int method = -1;
+    read_int(edit, "method", &method);
+    switch (method) {
+    case METHOD_DELETE:
+        return oui_delete(edit);
+    case METHOD_ADD:
+        return oui_add(edit);
+    case METHOD_CHANGE:
+        return oui_update(edit);
+    default:
+        return 0;
     }
 }
 
 // --- Settings.
 
-int wanted_mode(const cJSON* voice, int* mode) {
-    int found;
-    *mode = getJsonIntValueForKey(voice, "mode", &found);
-    if (!found)
+int read_mode(const cJSON* voice, int* mode) {
+    if (!read_int(voice, "mode", mode))
         return sal_vlan_voiceVlanState_get(mode);
     if (*mode != 1 && *mode != 2)
         *mode = VOICE_VLAN_OFF;
     return 0;
 }
 
-int wanted_vid(const cJSON* voice, int* vid) {
-    int found;
-    *vid = getJsonIntValueForKey(voice, "vlan_id", &found);
-    return found ? 0 : sal_vlan_voiceVid_get(vid);
+int read_vid(const cJSON* voice, int* vid) {
+    return read_int(voice, "vlan_id", vid) ? 0 : sal_vlan_voiceVid_get(vid);
 }
 
 // The VLAN must stand before the voice VLAN goes on, and may go only once it is off.
@@ -227,33 +224,26 @@ int switch_off() {
     return sal_vlan_voiceVid_set(VOICE_VLAN_NO_VID);
 }
 
-int details_set(const cJSON* voice, const VoiceVlanQos& qos) {
-    int found;
-    int remark = getJsonBoolValueForKey(voice, "802.1p_remark", &found);
-    if (found) {
-        if (int code = sal_vlan_voiceVlan1pRemarkEnable_set(remark != JSON_FALSE))
-            return code;
-    }
-    int cos = getJsonIntValueForKey(voice, "remark_cos", &found);
-    if (found) {
-        if (int code = sal_vlan_voiceVlanQos_set(qos.queue, qos.dscp, cos))
-            return code;
-    }
-    int aging = getJsonIntValueForKey(voice, "aging_time", &found);
-    return found ? sal_vlan_voiceVlanAging_set(aging) : 0;
+int apply_details(const cJSON* voice, const VoiceVlanQos& qos) {
+    if (int code = apply_bool(voice, "802.1p_remark", sal_vlan_voiceVlan1pRemarkEnable_set))
+        return code;
+    auto set_cos = [&qos](int cos) { return sal_vlan_voiceVlanQos_set(qos.queue, qos.dscp, cos); };
+    if (int code = apply_int(voice, "remark_cos", set_cos))
+        return code;
+    return apply_int(voice, "aging_time", sal_vlan_voiceVlanAging_set);
 }
 
-int settings_set(const cJSON* voice, const VoiceVlanQos& qos) {
-    int mode, vid;
-    if (int code = wanted_mode(voice, &mode))
+int apply_settings(const cJSON* voice, const VoiceVlanQos& qos) {
+    int mode = 0, vid = 0;
+    if (int code = read_mode(voice, &mode))
         return code;
-    if (int code = wanted_vid(voice, &vid))
+    if (int code = read_vid(voice, &vid))
         return code;
     if (mode == VOICE_VLAN_OFF)
         return switch_off();
     if (int code = switch_on(mode, vid))
         return code;
-    return details_set(voice, qos);
+    return apply_details(voice, qos);
 }
 
 } // namespace
@@ -265,8 +255,10 @@ int vxc_voice_vlan_set(const cJSON* vlan) {
     const cJSON* voice = getJsonObjectForKey(vlan, "voice");
     if (!voice)
         return 0;
-    if (int code = settings_set(voice, qos))
+    if (int code = apply_settings(voice, qos))
         return record_error(code);
-    vendors_edit(getJsonObjectForKey(voice, "oui"));
+    const cJSON* edit = getJsonChild(getJsonArrayForKey(voice, "oui"));
+    for (; edit; edit = getJsonNext(edit))
+        edit_vendor(edit);
     return 0;
 }

@@ -1,22 +1,21 @@
-// Access lists at ports; see acl_binding.h.
+// What is bound where is the platform's to know; what was taken off meanwhile is remembered here.
 #include "sections/acl/bindings.h"
 
 #include <string.h>
 
 #include "base/errors.h"
+#include "base/port_set.h"
 #include "platform/system.h"
 
 AclPortBinding bind_recover_names[ACL_PORTS];
 uint32_t acl_recover_bind;
 
-int acl_port_count() {
+int count_bound_ports() {
     int ports = sys_logic_port_num_ret();
     return ports < ACL_PORTS ? ports : ACL_PORTS;
 }
 
-void acl_add_port(PortBitmap* ports, int port) { ports->words[port / 32] |= 1u << (port % 32); }
-
-int acl_is_bound(const AclPortBinding& port, uint32_t type, bool* bound) {
+int check_binding(const AclPortBinding& port, uint32_t type, bool* bound) {
     uint32_t found = 0;
     *bound = false;
     if (!port.name[type][0])
@@ -36,7 +35,7 @@ bool begins_with(const char* text, const char* start) {
 }
 
 bool is_remembered(uint32_t type, const char* name) {
-    for (int port = 0; port < acl_port_count(); ++port) {
+    for (int port = 0, ports = count_bound_ports(); port < ports; ++port) {
         const char* remembered = bind_recover_names[port].name[type];
         if (remembered[0] && begins_with(remembered, name))
             return true;
@@ -52,17 +51,17 @@ void remember(int port, uint32_t type, const AclPortBinding& bound) {
 
 // A list whose type cannot be told stays where it is.
 PortBitmap remember_ports(const AclPortBinding* table, uint32_t type, const char* name) {
-    PortBitmap ports = {};
-    for (int port = 0; port < acl_port_count(); ++port) {
+    PortBitmap bound_ports = {};
+    for (int port = 0, ports = count_bound_ports(); port < ports; ++port) {
         bool bound;
-        if (int code = acl_is_bound(table[port], type, &bound))
+        if (int code = check_binding(table[port], type, &bound))
             record_error(code);
         if (!bound || !begins_with(table[port].name[type], name))
             continue;
-        acl_add_port(&ports, port);
+        add_port(&bound_ports, port);
         remember(port, type, table[port]);
     }
-    return ports;
+    return bound_ports;
 }
 
 } // namespace
@@ -89,10 +88,8 @@ int put_back(int port, uint32_t type, const char* name) {
     if (int code = sal_ace_entry_count_get(name, type, &entries))
         return record_error(code);
     if (entries) {
-        PortBitmap only = {};
-        acl_add_port(&only, port);
         binding->type = type;
-        if (int code = sal_acl_entry_bind(binding, only)) {
+        if (int code = sal_acl_entry_bind(binding, only_port(port))) {
             record_error(code);
             return 0;
         }
@@ -107,7 +104,7 @@ int put_back(int port, uint32_t type, const char* name) {
 int _acl_rebind(uint32_t type) {
     if (!acl_recover_bind)
         return 0;
-    for (int port = 0; port < acl_port_count(); ++port) {
+    for (int port = 0, ports = count_bound_ports(); port < ports; ++port) {
         const char* name = bind_recover_names[port].name[type];
         if (!name[0])
             continue;
@@ -148,12 +145,11 @@ int bind_one(PortBitmap port, uint32_t type, const char* name, const char* bound
 
 int vxc_acl_port_bind(int port, const char* macName, uint32_t type, const char* otherName) {
     AclPortBinding table[ACL_PORTS] = {};
-    PortBitmap only = {};
     if (int code = sal_acl_entry_portBinding_get(table))
         return record_error(code);
-    if (port < 0 || port >= acl_port_count())
+    if (port < 0 || port >= count_bound_ports())
         return record_error(ERROR_BAD_VALUE);
-    acl_add_port(&only, port);
+    const PortBitmap only = only_port(port);
     if (macName) {
         if (int code = bind_one(only, ACL_MAC, macName, table[port].name[ACL_MAC]))
             return record_error(code);

@@ -29,12 +29,9 @@ int _acl_rebind(uint32_t type);
 int vxc_acl_port_bind(int port, const char* macName, uint32_t type, const char* otherName);
 }
 
-// Number of logical ports in a table of bindings.
-int acl_port_count();
+// The number of logical ports in a table of bindings.
+int count_bound_ports();
 
 // Whether the port's list of a type, if it has one, is known to be of that type. Returns 0 or the
 // platform's code, which is not recorded.
-int acl_is_bound(const AclPortBinding& port, uint32_t type, bool* bound);
-
-// Adds a zero-based logical port below ACL_PORTS to a set.
-void acl_add_port(PortBitmap* ports, int port);
+int check_binding(const AclPortBinding& port, uint32_t type, bool* bound);

@@ -6,7 +6,7 @@
 
 // Calls `visit(name)` for each list until it returns non-zero, which is then the result. A list
 // whose name cannot be read is recorded and left out; a failed count is recorded and returned.
-template <class Visit> int acl_each_list(uint32_t type, Visit visit) {
+template <class Visit> int for_each_list(uint32_t type, Visit visit) {
     uint32_t count = 0;
     if (int code = sal_acl_entry_countByType_get(type, &count))
         return record_error(code);

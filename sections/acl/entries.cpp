@@ -1,14 +1,15 @@
-// Entries of access lists; see ace_frame.h.
+// An entry is changed while its list is off its ports; the lists go back when the last one is.
 #include "sections/acl/entries.h"
 
 #include "sections/acl/bindings.h"
 #include "sections/acl/each_list.h"
+#include "sections/section.h"
 
 // --- Report.
 
 namespace {
 
-int entry_report(const AceKind& kind, cJSON* array, const char* list, const Ace& ace) {
+int report_entry(const AceKind& kind, cJSON* array, const char* list, const Ace& ace) {
     cJSON* item = createJsonObject();
     addJsonObjectStringItem(item, "acl_name", list);
     addJsonObjectIntItem(item, "sequence", static_cast<int32_t>(ace.sequence));
@@ -21,7 +22,7 @@ int entry_report(const AceKind& kind, cJSON* array, const char* list, const Ace&
     return 0;
 }
 
-int entries_report(const AceKind& kind, cJSON* array, const char* list) {
+int report_entries(const AceKind& kind, cJSON* array, const char* list) {
     uint32_t count = 0;
     if (int code = sal_ace_entry_count_get(list, kind.type, &count))
         return record_error(code);
@@ -29,7 +30,7 @@ int entries_report(const AceKind& kind, cJSON* array, const char* list) {
         Ace ace = {};
         int code = sal_ace_entry_byIdx_get(list, kind.type, index, &ace);
         if (!code)
-            code = entry_report(kind, array, list, ace);
+            code = report_entry(kind, array, list, ace);
         if (code)
             record_error(code);
     }
@@ -38,10 +39,10 @@ int entries_report(const AceKind& kind, cJSON* array, const char* list) {
 
 } // namespace
 
-int ace_list_get(const AceKind& kind, cJSON* acl) {
+int report_aces(const AceKind& kind, cJSON* acl) {
     cJSON* array = attachJsonArray(acl, kind.key);
-    return acl_each_list(
-        kind.type, [&](const char* list) { return entries_report(kind, array, list); });
+    return for_each_list(
+        kind.type, [&](const char* list) { return report_entries(kind, array, list); });
 }
 
 // --- Settings.
@@ -55,20 +56,20 @@ struct AceItem {
     int method;
 };
 
-bool item_read(const cJSON* json, AceItem* item) {
-    int has_sequence, has_method;
+bool read_item(const cJSON* json, AceItem* item) {
+    int sequence = 0;
     item->json = json;
     item->list = getJsonStringValueForKey(json, "acl_name");
-    item->sequence = static_cast<uint32_t>(getJsonIntValueForKey(json, "sequence", &has_sequence));
-    item->method = getJsonIntValueForKey(json, "method", &has_method);
-    return item->list && has_sequence && has_method;
+    if (!item->list || !read_int(json, "sequence", &sequence))
+        return false;
+    item->sequence = static_cast<uint32_t>(sequence);
+    return read_int(json, "method", &item->method);
 }
 
 // Returns 0 or a recorded code.
-int members_read(const AceKind& kind, const AceItem& item, Ace* ace, bool needs_action) {
-    int found;
-    int action = getJsonIntValueForKey(item.json, "action", &found);
-    if (found)
+int read_members(const AceKind& kind, const AceItem& item, Ace* ace, bool needs_action) {
+    int action = 0;
+    if (read_int(item.json, "action", &action))
         ace->action = static_cast<uint32_t>(action);
     else if (needs_action)
         return record_error(ERROR_BAD_VALUE);
@@ -77,7 +78,7 @@ int members_read(const AceKind& kind, const AceItem& item, Ace* ace, bool needs_
 
 // The three changes return 0 when the next item may follow, or the recorded code that ends the
 // section.
-int entry_create(const AceKind& kind, const AceItem& item) {
+int create_entry(const AceKind& kind, const AceItem& item) {
     Ace ace = {};
     int check = _ace_number_check(kind.type);
     if (kind.is_refusal(check)) {
@@ -86,7 +87,7 @@ int entry_create(const AceKind& kind, const AceItem& item) {
     }
     ace.sequence = item.sequence;
     ace.type = kind.type;
-    if (members_read(kind, item, &ace, true))
+    if (read_members(kind, item, &ace, true))
         return 0;
     _acl_unbind(kind.type, item.list);
     if (int code = sal_ace_entry_create(item.list, &ace))
@@ -94,7 +95,7 @@ int entry_create(const AceKind& kind, const AceItem& item) {
     return 0;
 }
 
-int entry_find(const AceKind& kind, const AceItem& item, Ace* ace, bool* found) {
+int find_entry(const AceKind& kind, const AceItem& item, Ace* ace, bool* found) {
     uint32_t count = 0;
     *found = false;
     if (int code = sal_ace_entry_count_get(item.list, kind.type, &count))
@@ -110,7 +111,7 @@ int entry_find(const AceKind& kind, const AceItem& item, Ace* ace, bool* found) 
 }
 
 // A change that the platform does not take leaves the entry as it was, and is not recorded.
-int entry_replace(const char* list, const Ace& before, const Ace& after) {
+int replace_entry(const char* list, const Ace& before, const Ace& after) {
     if (int code = sal_ace_entry_del(list, before.sequence))
         return record_error(code);
     if (!sal_ace_entry_create(list, &after))
@@ -120,46 +121,52 @@ int entry_replace(const char* list, const Ace& before, const Ace& after) {
     return 0;
 }
 
-int entry_modify(const AceKind& kind, const AceItem& item) {
+int modify_entry(const AceKind& kind, const AceItem& item) {
     Ace before;
     bool found;
-    if (int code = entry_find(kind, item, &before, &found))
+    if (int code = find_entry(kind, item, &before, &found))
         return code;
     if (!found) {
         record_error(ERROR_BAD_VALUE);
         return 0;
     }
     Ace after = before;
-    if (members_read(kind, item, &after, false))
+    if (read_members(kind, item, &after, false))
         return 0;
     _acl_unbind(kind.type, item.list);
-    return entry_replace(item.list, before, after);
+    return replace_entry(item.list, before, after);
 }
 
-int entry_delete(const AceKind& kind, const AceItem& item) {
+int delete_entry(const AceKind& kind, const AceItem& item) {
     _acl_unbind(kind.type, item.list);
     if (int code = sal_ace_entry_del(item.list, item.sequence))
         return record_error(code);
     return 0;
 }
 
-enum { METHODS = 3 }; // 0 deletes, 1 creates, 2 modifies
-
-using EntryChange = int (*)(const AceKind& kind, const AceItem& item);
-const EntryChange changes[METHODS] = {entry_delete, entry_create, entry_modify};
+int change_entry(const AceKind& kind, const AceItem& item) {
+    switch (item.method) {
+    case METHOD_DELETE:
+        return delete_entry(kind, item);
+    case METHOD_ADD:
+        return create_entry(kind, item);
+    case METHOD_CHANGE:
+        return modify_entry(kind, item);
+    default:
+        return 0;
+    }
+}
 
 } // namespace
 
-int ace_list_set(const AceKind& kind, const cJSON* entries) {
+int apply_aces(const AceKind& kind, const cJSON* entries) {
     for (const cJSON* json = getJsonChild(entries); json; json = getJsonNext(json)) {
-        AceItem item;
-        if (!item_read(json, &item)) {
+        AceItem item = {};
+        if (!read_item(json, &item)) {
             record_error(ERROR_BAD_VALUE);
             continue;
         }
-        if (item.method < 0 || item.method >= METHODS)
-            continue;
-        if (int code = changes[item.method](kind, item))
+        if (int code = change_entry(kind, item))
             return code;
     }
     return _acl_rebind(kind.type);

@@ -7,8 +7,8 @@
 #include <string.h>
 
 #include "base/errors.h"
-#include "json/json_document.h"
 #include "platform/acl.h"
+#include "sections/section.h"
 
 // In what the two kinds of entry differ.
 struct AceKind {
@@ -22,17 +22,17 @@ struct AceKind {
     int (*report)(cJSON* item, const Ace& ace);
 };
 
-int ace_list_get(const AceKind& kind, cJSON* acl);
-int ace_list_set(const AceKind& kind, const cJSON* entries);
+// What ace_mac_get and ace_mac_set, or ace_ipv4_get and ace_ipv4_set, do.
+int report_aces(const AceKind& kind, cJSON* acl);
+int apply_aces(const AceKind& kind, const cJSON* entries);
 
 // The number under `key`, if it is there: -1 makes the member match anything, a number outside
 // low..high is recorded. Returns 0 or the recorded code.
 template <class Member>
-int ace_number_read(
+int read_ace_number(
     const cJSON* item, const char* key, int low, int high, Member* member, uint8_t* valid) {
-    int found;
-    int number = getJsonIntValueForKey(item, key, &found);
-    if (!found)
+    int number = 0;
+    if (!read_int(item, key, &number))
         return 0;
     if (number != -1 && (number < low || number > high))
         return record_error(ERROR_BAD_VALUE);
@@ -41,53 +41,69 @@ int ace_number_read(
     return 0;
 }
 
+// --- Addresses, which have a mask.
+
 struct AddressKeys {
     const char* address;
     const char* mask;
 };
 
-// The text under `key`: as `parse` reads it, or ones throughout when it is "".
+// Where an entry keeps an address and its mask, `size` bytes each, and how their texts are read.
+template <class Unit> struct AceAddress {
+    Unit* address;
+    Unit* mask;
+    uint8_t* valid; // 0: it matches anything
+    size_t size;
+    int (*parse)(const char* text, Unit* address);
+};
+
+template <class Unit> void match_any(const AceAddress<Unit>& field) {
+    memset(field.address, 0, field.size);
+    memset(field.mask, 0, field.size);
+    *field.valid = 0;
+}
+
+// A mask that is empty compares the whole address, and so does a missing one beside an address
+// where there was none; any other missing one is left as it is.
 template <class Unit>
-int ace_mask_read(const char* text, int (*parse)(const char*, Unit*), Unit* mask, size_t size) {
-    if (text[0])
-        return parse(text, mask);
-    memset(mask, 0xFF, size);
+int read_ace_mask(const char* text, bool was_valid, const AceAddress<Unit>& field) {
+    if (!text && was_valid)
+        return 0;
+    if (text && text[0])
+        return field.parse(text, field.mask);
+    memset(field.mask, 0xFF, field.size);
     return 0;
 }
 
-// An address with its mask, `size` bytes each, if they are there: "" makes the address match
-// anything. Returns 0 or the recorded code of `parse`.
+// An empty address matches anything. A missing one is left as it is, though it may get another
+// mask; a mask without an address is not looked at. Returns 0 or the recorded code of `parse`.
 template <class Unit>
-int ace_address_read(
-    const cJSON* item, const AddressKeys& keys, int (*parse)(const char*, Unit*), Unit* address,
-    Unit* mask, size_t size, uint8_t* valid) {
-    const char* text = getJsonStringValueForKey(item, keys.address);
-    const char* mask_text = getJsonStringValueForKey(item, keys.mask);
-    bool any = text ? !text[0] : !*valid;
-    if (any) {
-        memset(address, 0, size);
-        memset(mask, 0, size);
-        *valid = 0;
+int read_ace_address(const cJSON* item, const AddressKeys& keys, const AceAddress<Unit>& field) {
+    const char* address = getJsonStringValueForKey(item, keys.address);
+    const char* mask = getJsonStringValueForKey(item, keys.mask);
+    bool was_valid = *field.valid;
+    if (address ? !address[0] : !was_valid) {
+        match_any(field);
         return 0;
     }
-    if (int code = text ? parse(text, address) : 0)
+    if (int code = address ? field.parse(address, field.address) : 0)
         return record_error(code);
-    if (!mask_text && !*valid)
-        mask_text = "";
-    *valid = 1;
-    if (int code = mask_text ? ace_mask_read(mask_text, parse, mask, size) : 0)
+    if (int code = read_ace_mask(mask, was_valid, field))
         return record_error(code);
+    *field.valid = 1;
     return 0;
 }
+
+enum { ADDRESS_TEXT_SIZE = 18 }; // of a MAC address, the longer of the two
 
 // Adds an address and its mask as `print` writes them, or "" for one that matches anything. Returns
 // 0 or the code of `print`.
 template <class Unit>
-int ace_address_report(
+int report_ace_address(
     cJSON* item, const AddressKeys& keys, int (*print)(const Unit*, char*), const Unit* address,
     const Unit* mask, uint8_t valid) {
-    char address_text[sizeof "255.255.255.255 or a MAC"] = "";
-    char mask_text[sizeof address_text] = "";
+    char address_text[ADDRESS_TEXT_SIZE] = "";
+    char mask_text[ADDRESS_TEXT_SIZE] = "";
     if (int code = valid ? print(address, address_text) : 0)
         return code;
     if (int code = valid ? print(mask, mask_text) : 0)

@@ -1,4 +1,4 @@
-// Entries of IPv4 access lists; see ace_ipv4.h.
+// What an entry of an IPv4 list matches, member by member.
 #include "sections/acl/ipv4_entries.h"
 
 #include "driver/acl.h"
@@ -76,21 +76,20 @@ uint32_t range_kind(const AceIpv4& ipv4) {
 
 // --- Settings.
 
-void protocol_read(const cJSON* item, AceIpv4* ipv4) {
-    int found;
-    int number = getJsonIntValueForKey(item, "protocol", &found);
-    if (!found)
+void read_protocol(const cJSON* item, AceIpv4* ipv4) {
+    int number = 0;
+    if (!read_int(item, "protocol", &number))
         return;
     ipv4->protocol_valid = number != -1;
     ipv4->protocol = static_cast<uint8_t>(ipv4->protocol_valid ? number : 0);
 }
 
-int byte_read(const cJSON* item, const ByteField& field, AceIpv4* ipv4) {
-    return ace_number_read(
+int read_byte(const cJSON* item, const ByteField& field, AceIpv4* ipv4) {
+    return read_ace_number(
         item, field.key, 0, field.last, &(ipv4->*field.value), &(ipv4->*field.valid));
 }
 
-int range_write(uint32_t kind, uint32_t first, uint32_t last, AceL4Port* port) {
+int write_range(uint32_t kind, uint32_t first, uint32_t last, AceL4Port* port) {
     AclPortRange range = {kind, first, last, 0};
     *port = {};
     if (int code = rsd_acl_l4port_range_set(&range, &port->range))
@@ -99,13 +98,13 @@ int range_write(uint32_t kind, uint32_t first, uint32_t last, AceL4Port* port) {
     return 0;
 }
 
-int ports_read(const cJSON* item, const PortField& field, int first, AceIpv4* ipv4) {
-    int found;
+int read_ports(const cJSON* item, const PortField& field, int first, AceIpv4* ipv4) {
     AceL4Port* port = &(ipv4->*field.port);
-    int second = getJsonIntValueForKey(item, field.second, &found);
+    int second = -1;
+    read_int(item, field.second, &second);
     if (first < 0 || first > LAST_PORT)
         return record_error(ERROR_BAD_VALUE);
-    if (!found || second == -1) {
+    if (second == -1) {
         *port = {};
         port->port = static_cast<uint16_t>(first);
         port->port_valid = 1;
@@ -113,35 +112,34 @@ int ports_read(const cJSON* item, const PortField& field, int first, AceIpv4* ip
     }
     if (second < first || second > LAST_PORT)
         return record_error(ERROR_BAD_VALUE);
-    return range_write(
+    return write_range(
         range_kind(*ipv4), static_cast<uint32_t>(first), static_cast<uint32_t>(second), port);
 }
 
-int range_convert(uint32_t kind, AceL4Port* port) {
+int convert_range(uint32_t kind, AceL4Port* port) {
     uint32_t old_kind, first, last;
     if (int code = sal_acl_l4port_range_get(port->range, &old_kind, &first, &last))
         return record_error(code);
-    return range_write(kind, first, last, port);
+    return write_range(kind, first, last, port);
 }
 
-int port_read(const cJSON* item, const PortField& field, uint32_t kind_before, AceIpv4* ipv4) {
-    int found;
+int read_port(const cJSON* item, const PortField& field, uint32_t kind_before, AceIpv4* ipv4) {
     AceL4Port* port = &(ipv4->*field.port);
-    int first = getJsonIntValueForKey(item, field.first, &found);
-    if (found && first != -1)
-        return ports_read(item, field, first, ipv4);
+    int first = -1;
+    bool found = read_int(item, field.first, &first);
+    if (first != -1)
+        return read_ports(item, field, first, ipv4);
     if (found)
         *port = {};
     if (port->range_valid && range_kind(*ipv4) != kind_before)
-        return range_convert(range_kind(*ipv4), port);
+        return convert_range(range_kind(*ipv4), port);
     return 0;
 }
 
-void flags_read(const cJSON* item, AceIpv4* ipv4) {
+void read_flags(const cJSON* item, AceIpv4* ipv4) {
     for (const FlagField& field : flag_fields) {
-        int found;
-        int wanted = getJsonIntValueForKey(item, field.key, &found);
-        if (!found)
+        int wanted = FLAG_ANY;
+        if (!read_int(item, field.key, &wanted))
             continue;
         uint8_t others = static_cast<uint8_t>(~field.bit);
         ipv4->tcp_flags_mask &= others;
@@ -154,48 +152,49 @@ void flags_read(const cJSON* item, AceIpv4* ipv4) {
     ipv4->tcp_flags_valid = ipv4->tcp_flags_mask != 0;
 }
 
-int addresses_read(const cJSON* item, AceIpv4* ipv4) {
+int read_addresses(const cJSON* item, AceIpv4* ipv4) {
     for (const IpField& field : ip_fields) {
-        if (int code = ace_address_read(
-                item, field.keys, sys_util_str2Ip, &(ipv4->*field.address), &(ipv4->*field.mask),
-                sizeof(uint32_t), &(ipv4->*field.valid)))
+        AceAddress<uint32_t> address = {
+            &(ipv4->*field.address), &(ipv4->*field.mask), &(ipv4->*field.valid), sizeof(uint32_t),
+            sys_util_str2Ip};
+        if (int code = read_ace_address(item, field.keys, address))
             return code;
     }
     return 0;
 }
 
-int ipv4_read(const cJSON* item, Ace* ace) {
+int read_ipv4(const cJSON* item, Ace* ace) {
     AceIpv4* ipv4 = &ace->match.ipv4;
     uint32_t kind_before = range_kind(*ipv4);
     if (getJsonObjectForKey(item, "action"))
         ipv4->action_valid = 1;
-    protocol_read(item, ipv4);
-    if (int code = byte_read(item, type_of_service, ipv4))
+    read_protocol(item, ipv4);
+    if (int code = read_byte(item, type_of_service, ipv4))
         return code;
-    if (int code = addresses_read(item, ipv4))
+    if (int code = read_addresses(item, ipv4))
         return code;
-    if (int code = is_protocol(*ipv4, PROTOCOL_ICMP) ? byte_read(item, icmp_type, ipv4) : 0)
+    if (int code = is_protocol(*ipv4, PROTOCOL_ICMP) ? read_byte(item, icmp_type, ipv4) : 0)
         return code;
-    if (int code = byte_read(item, icmp_code, ipv4))
+    if (int code = read_byte(item, icmp_code, ipv4))
         return code;
     for (const PortField& field : port_fields) {
-        if (int code = port_read(item, field, kind_before, ipv4))
+        if (int code = read_port(item, field, kind_before, ipv4))
             return code;
     }
     if (is_protocol(*ipv4, PROTOCOL_TCP))
-        flags_read(item, ipv4);
+        read_flags(item, ipv4);
     return 0;
 }
 
 // --- Report.
 
-int ip_print(const uint32_t* address, char* text) { return sys_util_ip2Str(*address, text); }
+int print_ip(const uint32_t* address, char* text) { return sys_util_ip2Str(*address, text); }
 
-void byte_report(cJSON* item, const ByteField& field, const AceIpv4& ipv4) {
+void report_byte(cJSON* item, const ByteField& field, const AceIpv4& ipv4) {
     addJsonObjectIntItem(item, field.key, ipv4.*field.valid ? ipv4.*field.value : -1);
 }
 
-int port_report(cJSON* item, const PortField& field, const AceL4Port& port) {
+int report_port(cJSON* item, const PortField& field, const AceL4Port& port) {
     uint32_t kind, first = 0, last = 0;
     if (port.range_valid) {
         if (int code = sal_acl_l4port_range_get(port.range, &kind, &first, &last))
@@ -207,41 +206,41 @@ int port_report(cJSON* item, const PortField& field, const AceL4Port& port) {
     return 0;
 }
 
-void flag_report(cJSON* item, const FlagField& field, const AceIpv4& ipv4) {
+void report_flag(cJSON* item, const FlagField& field, const AceIpv4& ipv4) {
     int value = FLAG_ANY;
     if (ipv4.tcp_flags_valid && ipv4.tcp_flags_mask & field.bit)
         value = ipv4.tcp_flags & field.bit ? FLAG_SET : FLAG_CLEAR;
     addJsonObjectIntItem(item, field.key, value);
 }
 
-int ipv4_report(cJSON* item, const Ace& ace) {
+int report_ipv4(cJSON* item, const Ace& ace) {
     const AceIpv4& ipv4 = ace.match.ipv4;
     addJsonObjectIntItem(item, "protocol", ipv4.protocol_valid ? ipv4.protocol : -1);
     for (const IpField& field : ip_fields) {
-        if (int code = ace_address_report(
-                item, field.keys, ip_print, &(ipv4.*field.address), &(ipv4.*field.mask),
+        if (int code = report_ace_address(
+                item, field.keys, print_ip, &(ipv4.*field.address), &(ipv4.*field.mask),
                 ipv4.*field.valid))
             return code;
     }
-    byte_report(item, type_of_service, ipv4);
-    byte_report(item, icmp_type, ipv4);
-    byte_report(item, icmp_code, ipv4);
+    report_byte(item, type_of_service, ipv4);
+    report_byte(item, icmp_type, ipv4);
+    report_byte(item, icmp_code, ipv4);
     for (const PortField& field : port_fields) {
-        if (int code = port_report(item, field, ipv4.*field.port))
+        if (int code = report_port(item, field, ipv4.*field.port))
             return code;
     }
     for (const FlagField& field : flag_fields)
-        flag_report(item, field, ipv4);
+        report_flag(item, field, ipv4);
     return 0;
 }
 
 // Only a full table refuses a new IPv4 entry; what else the check may report does not.
 const AceKind ipv4_kind = {
-    ACL_IPV4, "ipv4_ace", [](int check) { return check == ERROR_REFUSED; }, ipv4_read, ipv4_report,
+    ACL_IPV4, "ipv4_ace", [](int check) { return check == ERROR_REFUSED; }, read_ipv4, report_ipv4,
 };
 
 } // namespace
 
-int ace_ipv4_get(cJSON* acl) { return ace_list_get(ipv4_kind, acl); }
+int ace_ipv4_get(cJSON* acl) { return report_aces(ipv4_kind, acl); }
 
-int ace_ipv4_set(const cJSON* entries) { return ace_list_set(ipv4_kind, entries); }
+int ace_ipv4_set(const cJSON* entries) { return apply_aces(ipv4_kind, entries); }

@@ -1,21 +1,23 @@
-// The access list section; see acl.h.
+// Lists and their entries, type by type: lists are made before the entries that go into them.
 #include "sections/acl/lists.h"
 
 #include <string.h>
 
 #include "base/errors.h"
+#include "base/port_set.h"
 #include "sections/acl/bindings.h"
 #include "sections/acl/each_list.h"
 #include "sections/acl/ipv4_entries.h"
 #include "sections/acl/mac_entries.h"
+#include "sections/section.h"
 
 // --- Report.
 
 namespace {
 
-int names_report(cJSON* acl, const char* key, uint32_t type) {
+int report_names(cJSON* acl, const char* key, uint32_t type) {
     cJSON* names = attachJsonArray(acl, key);
-    return acl_each_list(type, [names](const char* name) {
+    return for_each_list(type, [names](const char* name) {
         cJSON* item = createJsonObject();
         addJsonObjectStringItem(item, "name", name);
         addJsonArrayItem(names, item);
@@ -25,9 +27,9 @@ int names_report(cJSON* acl, const char* key, uint32_t type) {
 
 } // namespace
 
-int acl_mac_get(cJSON* acl) { return names_report(acl, "mac_acl", ACL_MAC); }
+int acl_mac_get(cJSON* acl) { return report_names(acl, "mac_acl", ACL_MAC); }
 
-int acl_ipv4_get(cJSON* acl) { return names_report(acl, "ipv4_acl", ACL_IPV4); }
+int acl_ipv4_get(cJSON* acl) { return report_names(acl, "ipv4_acl", ACL_IPV4); }
 
 namespace {
 
@@ -56,13 +58,13 @@ int vxc_acl_get(cJSON* parent) {
 // --- Settings.
 
 int _acl_name_check(uint32_t type, const char* name) {
-    return acl_each_list(
+    return for_each_list(
         type, [name](const char* other) { return strcmp(name, other) ? 0 : ERROR_REFUSED; });
 }
 
 namespace {
 
-int list_create(uint32_t type, const char* name) {
+int create_list(uint32_t type, const char* name) {
     if (_acl_name_check(type, name) == ERROR_REFUSED)
         return ERROR_REFUSED;
     if (int code = sal_acl_entry_create(name, type))
@@ -71,16 +73,16 @@ int list_create(uint32_t type, const char* name) {
 }
 
 // Every port gives up its list of this type, whichever it is.
-int list_delete(uint32_t type, const char* name, const AclPortBinding* table) {
-    PortBitmap ports = {};
-    for (int port = 0; port < acl_port_count(); ++port) {
+int delete_list(uint32_t type, const char* name, const AclPortBinding* table) {
+    PortBitmap bound_ports = {};
+    for (int port = 0, ports = count_bound_ports(); port < ports; ++port) {
         bool bound;
-        if (int code = acl_is_bound(table[port], type, &bound))
+        if (int code = check_binding(table[port], type, &bound))
             return record_error(code);
         if (bound)
-            acl_add_port(&ports, port);
+            add_port(&bound_ports, port);
     }
-    if (int code = sal_acl_entry_unbind(type, ports))
+    if (int code = sal_acl_entry_unbind(type, bound_ports))
         return record_error(code);
     if (int code = sal_acl_entry_del(name, type))
         return record_error(code);
@@ -93,19 +95,18 @@ int acl_set(int method, uint32_t type, const char* name) {
     AclPortBinding table[ACL_PORTS] = {};
     if (int code = sal_acl_entry_portBinding_get(table))
         return record_error(code);
-    if (method == 0)
-        return list_delete(type, name, table);
-    return method == 1 ? list_create(type, name) : 0;
+    if (method == METHOD_DELETE)
+        return delete_list(type, name, table);
+    return method == METHOD_ADD ? create_list(type, name) : 0;
 }
 
 namespace {
 
-int lists_set(const cJSON* lists, uint32_t type) {
+int apply_lists(const cJSON* lists, uint32_t type) {
     for (const cJSON* list = getJsonChild(lists); list; list = getJsonNext(list)) {
-        int found;
+        int method = 0;
         const char* name = getJsonStringValueForKey(list, "name");
-        int method = getJsonIntValueForKey(list, "method", &found);
-        if (name && found)
+        if (name && read_int(list, "method", &method))
             acl_set(method, type, name);
     }
     return 0;
@@ -117,9 +118,9 @@ struct SettingsPart {
 };
 
 const SettingsPart settings_parts[] = {
-    {"mac_acl", [](const cJSON* lists) { return lists_set(lists, ACL_MAC); }},
+    {"mac_acl", [](const cJSON* lists) { return apply_lists(lists, ACL_MAC); }},
     {"mac_ace", ace_mac_set},
-    {"ipv4_acl", [](const cJSON* lists) { return lists_set(lists, ACL_IPV4); }},
+    {"ipv4_acl", [](const cJSON* lists) { return apply_lists(lists, ACL_IPV4); }},
     {"ipv4_ace", ace_ipv4_set},
 };
 
@@ -128,7 +129,7 @@ const SettingsPart settings_parts[] = {
 int vxc_acl_set(const cJSON* acl) {
     memset(bind_recover_names, 0, sizeof bind_recover_names);
     for (const SettingsPart& part : settings_parts) {
-        if (const cJSON* items = getJsonObjectForKey(acl, part.key))
+        if (const cJSON* items = getJsonArrayForKey(acl, part.key))
             part.apply(items);
     }
     return 0;

@@ -1,5 +1,5 @@
 // The access list section: "acl" in the report and in settings. Lists of two types, MAC (1) and
-// IPv4 (2); their entries are reported and set by ace_mac.h and ace_ipv4.h.
+// IPv4 (2).
 //
 // A report fed back as settings leaves the switch as it is: lists and entries without a "method"
 // are skipped, and an entry with method 2 (modify) and every reported key is written as it stands.

@@ -1,4 +1,4 @@
-// Entries of MAC access lists; see ace_mac.h.
+// What an entry of a MAC list matches, member by member.
 #include "sections/acl/mac_entries.h"
 
 #include <charconv>
@@ -43,7 +43,7 @@ bool parse_ethertype(const char* text, uint32_t* number) {
            *number <= LAST_ETHERTYPE;
 }
 
-int ethertype_read(const cJSON* item, AceMac* mac) {
+int read_ethertype(const cJSON* item, AceMac* mac) {
     uint32_t number = 0;
     const char* text = getJsonStringValueForKey(item, "ethertype");
     if (!text)
@@ -55,30 +55,31 @@ int ethertype_read(const cJSON* item, AceMac* mac) {
     return 0;
 }
 
-int mac_read(const cJSON* item, Ace* ace) {
+int read_mac(const cJSON* item, Ace* ace) {
     AceMac* mac = &ace->match.mac;
-    if (int code = ace_number_read(item, "vlan_id", 1, LAST_VLAN, &mac->vlan, &mac->vlan_valid))
+    if (int code = read_ace_number(item, "vlan_id", 1, LAST_VLAN, &mac->vlan, &mac->vlan_valid))
         return code;
-    if (int code = ethertype_read(item, mac))
+    if (int code = read_ethertype(item, mac))
         return code;
     for (const MacField& field : mac_fields) {
-        if (int code = ace_address_read(
-                item, field.keys, sys_util_str2Mac, mac->*field.address, mac->*field.mask,
-                MAC_ADDRESS_SIZE, &(mac->*field.valid)))
+        AceAddress<uint8_t> address = {
+            mac->*field.address, mac->*field.mask, &(mac->*field.valid), MAC_ADDRESS_SIZE,
+            sys_util_str2Mac};
+        if (int code = read_ace_address(item, field.keys, address))
             return code;
     }
-    if (int code = ace_number_read(
+    if (int code = read_ace_number(
             item, "priority", 0, LAST_PRIORITY, &mac->priority, &mac->priority_valid))
         return code;
     mac->priority_mask = mac->priority_valid ? LAST_PRIORITY : 0;
     return 0;
 }
 
-int mac_report(cJSON* item, const Ace& ace) {
+int report_mac(cJSON* item, const Ace& ace) {
     const AceMac& mac = ace.match.mac;
     char ethertype[sizeof "FFFF"] = "";
     for (const MacField& field : mac_fields) {
-        if (int code = ace_address_report(
+        if (int code = report_ace_address(
                 item, field.keys, sys_util_mac2Str, mac.*field.address, mac.*field.mask,
                 mac.*field.valid))
             return code;
@@ -93,11 +94,11 @@ int mac_report(cJSON* item, const Ace& ace) {
 
 // Any result but 0 refuses a new MAC entry.
 const AceKind mac_kind = {
-    ACL_MAC, "mac_ace", [](int check) { return check != 0; }, mac_read, mac_report,
+    ACL_MAC, "mac_ace", [](int check) { return check != 0; }, read_mac, report_mac,
 };
 
 } // namespace
 
-int ace_mac_get(cJSON* acl) { return ace_list_get(mac_kind, acl); }
+int ace_mac_get(cJSON* acl) { return report_aces(mac_kind, acl); }
 
-int ace_mac_set(const cJSON* entries) { return ace_list_set(mac_kind, entries); }
+int ace_mac_set(const cJSON* entries) { return apply_aces(mac_kind, entries); }

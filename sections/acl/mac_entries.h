@@ -5,8 +5,8 @@
 //   "vlan_id"                          1 to 4094, -1 any
 //   "ethertype"                        hexadecimal text, 0600 to FFFF with or without 0x; "" any
 //   "destination_mac", "source_mac"    MAC text, "" any
-//   "destination_mask", "source_mask"  MAC text; "" or, beside a new address, none:
-//   FF:FF:FF:FF:FF:FF "priority"                         0 to 7, -1 any
+//   "destination_mask", "source_mask"  MAC text; "" or, beside a new address, none: all of it
+//   "priority"                         0 to 7, -1 any
 // A key that is absent means any in a new entry, and in a modified one what was there. A mask
 // without an address that it could belong to is not looked at.
 #pragma once

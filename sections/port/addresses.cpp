@@ -13,15 +13,13 @@
 
 namespace {
 
-enum { MAC_TEXT_LENGTH = 18 };
-
 const uint32_t first_room = 64;
 
 } // namespace
 
 struct LearnedMac {
     PortBitmap ports;
-    char text[MAC_TEXT_LENGTH];
+    char text[sizeof "FF:FF:FF:FF:FF:FF"];
 };
 
 namespace {

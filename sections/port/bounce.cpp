@@ -1,4 +1,4 @@
-// Bouncing a port; see port_bounce.h.
+// A port is down for one second.
 #include "sections/port/bounce.h"
 
 #include <stdint.h>

@@ -1,4 +1,4 @@
-// Port configuration; see port_config.h.
+// The keys of a port stand in a table, in the order in which they are applied.
 #include "sections/port/configuration.h"
 
 #include <stdint.h>
@@ -7,6 +7,8 @@
 #include "base/debug.h"
 #include "base/errors.h"
 #include "base/port_id.h"
+#include "base/port_set.h"
+#include "base/ports.h"
 #include "base/state.h"
 #include "json/json_document.h"
 #include "platform/acl.h"
@@ -20,12 +22,14 @@
 #include "platform/voice_vlan.h"
 #include "sections/acl/bindings.h"
 #include "sections/port/bounce.h"
+#include "sections/port/power.h"
 #include "sections/port/speed.h"
 #include "sections/port/vlan_upkeep.h"
+#include "sections/section.h"
 
 namespace {
 
-enum { HIGHEST_USER_LIMIT = 30, USER_LIMIT_UNIT = 5 }; // watts, and the platform's fifths of one
+enum { HIGHEST_USER_LIMIT = 30 }; // watts
 
 // What is known before the first port.
 struct PortConfig {
@@ -35,65 +39,56 @@ struct PortConfig {
 
 using Setter = int (*)(int port, int value);
 
-int apply_bool(const cJSON* object, const char* key, int port, Setter set) {
-    int found = 0;
-    bool value = getJsonBoolValueForKey(object, key, &found) != JSON_FALSE;
-    return found ? set(port, value) : 0;
+int apply_port_bool(const cJSON* object, const char* key, int port, Setter set) {
+    return apply_bool(object, key, [=](bool value) { return set(port, value); });
 }
 
-int apply_int(const cJSON* object, const char* key, int port, Setter set) {
-    int found = 0;
-    int value = getJsonIntValueForKey(object, key, &found);
-    return found ? set(port, value) : 0;
+int apply_port_int(const cJSON* object, const char* key, int port, Setter set) {
+    return apply_int(object, key, [=](int value) { return set(port, value); });
 }
 
-// ---- "enable" and "reset"
+// --- "enable" and "reset".
 
-bool has_poe(int port) { return port < POE_PORTS; }
-
-void reset_power(int port) {
-    uint8_t index = static_cast<uint8_t>(port);
-    uint8_t enable = 0, mode = 0, detection = 0, classification = 0;
-    sal_poe_port_config_query_get(index, &enable, &mode, &detection, &classification);
-    if (!enable)
-        return;
-    sal_poe_port_reset_set(index, 1);
-    mark_port_reset(port);
+// What was just set counts, whether or not the port has come to it.
+int read_enable(const cJSON* settings, int port, bool* enable) {
+    if (read_bool(settings, "enable", enable))
+        return 0;
+    uint32_t state = 0;
+    int code = sal_port_enable_get(port, &state);
+    *enable = state == 1;
+    return code;
 }
 
 int apply_reset(const cJSON* settings, int port) {
-    int found = 0;
-    if (!getJsonBoolValueForKey(settings, "reset", &found))
+    bool reset = false;
+    bool enable = false;
+    if (!read_bool(settings, "reset", &reset) || !reset)
         return 0;
-    uint32_t state = getJsonBoolValueForKey(settings, "enable", &found) != JSON_FALSE;
-    if (!found) {
-        if (int code = sal_port_enable_get(port, &state))
-            return code;
-    }
-    if (state == 1) {
+    if (int code = read_enable(settings, port, &enable))
+        return code;
+    if (enable)
         bounce_port(port);
+    bool power_reset = reset_power(port);
+    if (enable || power_reset)
         mark_port_reset(port);
-    }
-    if (has_poe(port))
-        reset_power(port);
     return 0;
 }
 
 int apply_state(PortConfig*, const cJSON* settings, int port) {
-    if (int code = apply_bool(settings, "enable", port, sal_port_enable_set))
+    if (int code = apply_port_bool(settings, "enable", port, sal_port_enable_set))
         return code;
     return apply_reset(settings, port);
 }
 
 int apply_isolation(PortConfig*, const cJSON* settings, int port) {
-    return apply_bool(settings, "isolation", port, sal_port_protected_set);
+    return apply_port_bool(settings, "isolation", port, sal_port_protected_set);
 }
 
 int apply_pvid(PortConfig*, const cJSON* settings, int port) {
-    return apply_int(settings, "pvid", port, sal_vlan_portAdminPvid_set);
+    return apply_port_int(settings, "pvid", port, sal_vlan_portAdminPvid_set);
 }
 
-// ---- "poe". The library takes the port, and what is counted here, as 8-bit numbers.
+// --- "poe". The library takes the port, and what is counted here, as 8-bit numbers.
 
 int set_poe_priority(int port, int value) {
     return sal_poe_port_priority_config_set(static_cast<uint8_t>(port), value);
@@ -114,10 +109,10 @@ int set_limit_type(int port, int value) {
 
 // A limit beyond the range would come out as a small one: the whole document is refused.
 int apply_user_limit(const PortConfig* config, const cJSON* poe, int port) {
-    int found = 0;
-    uint8_t limit = static_cast<uint8_t>(getJsonIntValueForKey(poe, "power_limit_user", &found));
-    if (!found)
+    int watts = 0;
+    if (!read_int(poe, "power_limit_user", &watts))
         return 0;
+    uint8_t limit = static_cast<uint8_t>(watts);
     if (limit > HIGHEST_USER_LIMIT) {
         if (config->qos_was_off)
             sal_qos_mode_set(0);
@@ -131,16 +126,16 @@ int apply_poe(PortConfig* config, const cJSON* settings, int port) {
     const cJSON* poe = getJsonObjectForKey(settings, "poe");
     if (!poe || !has_poe(port))
         return 0;
-    if (int code = apply_int(poe, "priority", port, set_poe_priority))
+    if (int code = apply_port_int(poe, "priority", port, set_poe_priority))
         return code;
-    if (int code = apply_int(poe, "power_limit_type", port, set_limit_type))
+    if (int code = apply_port_int(poe, "power_limit_type", port, set_limit_type))
         return code;
     if (int code = apply_user_limit(config, poe, port))
         return code;
-    return apply_bool(poe, "enable", port, set_poe_enable);
+    return apply_port_bool(poe, "enable", port, set_poe_enable);
 }
 
-// ---- "tagged_vlans" and "untagged_vlans"
+// --- "tagged_vlans" and "untagged_vlans".
 
 // A list that cannot be applied does not keep the port from its other settings.
 void apply_vlan_list(const cJSON* settings, const char* key, int port, int kind) {
@@ -154,9 +149,10 @@ int apply_vlans(PortConfig*, const cJSON* settings, int port) {
     return 0;
 }
 
-// ---- "rate_limit"
+// --- "rate_limit".
 
-struct RateLimit {
+// Of one direction of traffic.
+struct RateSetting {
     const char* rate_key;
     const char* enable_key;
     int (*is_on)(int port, uint32_t* on);
@@ -164,7 +160,7 @@ struct RateLimit {
     Setter set_enable;
 };
 
-const RateLimit rate_limits[] = {
+const RateSetting rate_settings[] = {
     {"tx_limit_kbps", "enable_tx", sal_rate_egrBandwidthCtrlEnable_get,
      sal_rate_egrBandwidthCtrlRate_set, sal_rate_egrBandwidthCtrlEnable_set},
     {"rx_limit_kbps", "enable_rx", sal_rate_igrBandwidthCtrlEnable_get,
@@ -173,10 +169,9 @@ const RateLimit rate_limits[] = {
 
 // A limit that is off and is given no rate is opened, so that it does not bite when it is switched
 // on.
-int apply_rate(const RateLimit& limit, const cJSON* settings, int port) {
-    int found = 0;
-    int kbps = getJsonIntValueForKey(settings, limit.rate_key, &found);
-    if (found)
+int apply_rate(const RateSetting& limit, const cJSON* settings, int port) {
+    int kbps = 0;
+    if (read_int(settings, limit.rate_key, &kbps))
         return kbps ? limit.set_rate(port, kbps) : 0;
     uint32_t on = 0;
     if (int code = limit.is_on(port, &on))
@@ -185,8 +180,7 @@ int apply_rate(const RateLimit& limit, const cJSON* settings, int port) {
 }
 
 bool may_limit(int port) {
-    return port < sys_logic_port_num_ret() - TRUNK_GROUPS &&
-           sys_trunk_portRole_ret(port) == TRUNK_ROLE_NONE;
+    return !is_group(port) && sys_trunk_portRole_ret(port) == TRUNK_ROLE_NONE;
 }
 
 // Rates before enables: a limit that is switched on has its new rate from the first frame.
@@ -194,18 +188,18 @@ int apply_rate_limit(PortConfig*, const cJSON* settings, int port) {
     const cJSON* object = getJsonObjectForKey(settings, "rate_limit");
     if (!object || !may_limit(port))
         return 0;
-    for (const RateLimit& limit : rate_limits) {
+    for (const RateSetting& limit : rate_settings) {
         if (int code = apply_rate(limit, object, port))
             return code;
     }
-    for (const RateLimit& limit : rate_limits) {
-        if (int code = apply_bool(object, limit.enable_key, port, limit.set_enable))
+    for (const RateSetting& limit : rate_settings) {
+        if (int code = apply_port_bool(object, limit.enable_key, port, limit.set_enable))
             return code;
     }
     return 0;
 }
 
-// ---- The rest
+// --- The rest.
 
 int set_speed_mode(int port, int code) {
     if (static_cast<uint32_t>(code) > SPEED_10G_FULL)
@@ -214,32 +208,28 @@ int set_speed_mode(int port, int code) {
 }
 
 int apply_speed_mode(PortConfig*, const cJSON* settings, int port) {
-    return apply_int(settings, "link_speed_mode", port, set_speed_mode);
+    return apply_port_int(settings, "link_speed_mode", port, set_speed_mode);
 }
 
 int apply_flow_control(PortConfig*, const cJSON* settings, int port) {
-    return apply_bool(settings, "flow_control", port, sal_port_flowCtrl_set);
+    return apply_port_bool(settings, "flow_control", port, sal_port_flowCtrl_set);
 }
 
 int apply_qos(PortConfig*, const cJSON* settings, int port) {
     const cJSON* qos = getJsonObjectForKey(settings, "qos");
-    if (int code = apply_int(qos, "cos_value", port, sal_qos_portCos_set))
+    if (int code = apply_port_int(qos, "cos_value", port, sal_qos_portCos_set))
         return code;
-    return apply_bool(qos, "trust", port, sal_qos_portTrustState_set);
-}
-
-bool holds(const PortBitmap& ports, int port) {
-    return port < PORT_BITMAP_WORDS * 32 && (ports.words[port / 32] >> (port % 32) & 1);
+    return apply_port_bool(qos, "trust", port, sal_qos_portTrustState_set);
 }
 
 // A port that is in the voice VLAN by itself keeps its settings there.
 int apply_voice_vlan(PortConfig* config, const cJSON* settings, int port) {
     const cJSON* voice = getJsonObjectForKey(settings, "voice_vlan");
-    if (holds(config->voice_members, port))
+    if (has_port(config->voice_members, port))
         return 0;
-    if (int code = apply_bool(voice, "enable", port, sal_vlan_portVoiceVlanEnable_set))
+    if (int code = apply_port_bool(voice, "enable", port, sal_vlan_portVoiceVlanEnable_set))
         return code;
-    return apply_int(voice, "cos_mode", port, sal_vlan_portVoiceVlancosMode_set);
+    return apply_port_int(voice, "cos_mode", port, sal_vlan_portVoiceVlancosMode_set);
 }
 
 int apply_acl(PortConfig*, const cJSON* settings, int port) {
@@ -255,7 +245,7 @@ int apply_acl(PortConfig*, const cJSON* settings, int port) {
     return 0;
 }
 
-// ---- One port
+// --- One port.
 
 using KeyApplier = int (*)(PortConfig* config, const cJSON* settings, int port);
 
@@ -269,7 +259,7 @@ bool find_port(const cJSON* settings, int* port) {
     const char* id = getJsonStringValueForKey(settings, "id");
     if (!id)
         return false;
-    if (parse_port_id(id, port) && *port >= 0 && *port < sys_logic_port_num_ret())
+    if (parse_port_id(id, port) && is_port(*port))
         return true;
     debug_print("\nid => %d \n", sys_logic_port_num_ret());
     return false;
@@ -289,7 +279,7 @@ int apply_port(PortConfig* config, const cJSON* settings) {
     return 0;
 }
 
-// ---- All ports
+// --- All ports.
 
 // The ports' class and trust settings are taken only while QoS is on.
 int switch_qos_on(PortConfig* config) {
@@ -327,14 +317,14 @@ int find_voice_members(PortBitmap* members) {
     return state ? find_members(vid, members) : 0;
 }
 
-int apply_ports(const cJSON* ports) {
+int apply_ports(const cJSON* settings) {
     PortConfig config = {};
     if (int code = switch_qos_on(&config))
         return code;
     if (int code = find_voice_members(&config.voice_members))
         return code;
-    for (const cJSON* item = getJsonChild(ports); item; item = getJsonNext(item)) {
-        if (int code = apply_port(&config, item))
+    for (; settings; settings = getJsonNext(settings)) {
+        if (int code = apply_port(&config, settings))
             return code;
     }
     return config.qos_was_off ? sal_qos_mode_set(0) : 0;
@@ -343,10 +333,9 @@ int apply_ports(const cJSON* ports) {
 } // namespace
 
 int vxc_port_set(const cJSON* system) {
-    const cJSON* ports = getJsonObjectForKey(system, "ports");
-    if (!ports)
+    if (!getJsonObjectForKey(system, "ports"))
         return ERROR_NO_SECTION;
-    if (int code = apply_ports(ports))
+    if (int code = apply_ports(getJsonChild(getJsonArrayForKey(system, "ports"))))
         return record_error(code);
     Clear_no_member_vlan();
     return 0;

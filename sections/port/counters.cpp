@@ -1,4 +1,4 @@
-// The counters of a port; see port_counters.h.
+// The counters of a port are two tables: rows of the platform's own, and a call for each of RMON.
 #include "sections/port/counters.h"
 
 #include "json/json_document.h"

@@ -1,12 +1,12 @@
-// Power over Ethernet; see port_poe.h.
+// What a port is set to and what it draws are asked for in four queries, of which most is not
+// shown.
 #include "sections/port/power.h"
 
+#include "base/ports.h"
 #include "json/json_document.h"
 #include "platform/poe.h"
 
 namespace {
-
-enum { USER_LIMIT_UNIT = 5 }; // the platform counts fifths of what the cloud counts
 
 struct PortPower {
     uint8_t enable;
@@ -46,7 +46,7 @@ int read_state(uint8_t port, PortPower* power) {
         port, &voltage, &current, &temperature, &power->draw);
 }
 
-void show(cJSON* poe, const PortPower& power) {
+void report_power(cJSON* poe, const PortPower& power) {
     addJsonObjectBoolItem(poe, "enable", power.enable);
     addJsonObjectIntItem(poe, "priority", power.priority);
     addJsonObjectIntItem(poe, "power_limit_type", power.limit_type - 1);
@@ -58,14 +58,26 @@ void show(cJSON* poe, const PortPower& power) {
 } // namespace
 
 int add_port_poe(cJSON* port_object, int port, uint16_t* draw) {
-    if (port >= POE_PORTS)
+    if (!has_poe(port))
         return 0;
     PortPower power = {};
     if (int code = read_settings(static_cast<uint8_t>(port), &power))
         return code;
     if (int code = read_state(static_cast<uint8_t>(port), &power))
         return code;
-    show(attachJsonObject(port_object, "poe"), power);
+    report_power(attachJsonObject(port_object, "poe"), power);
     *draw = power.draw;
     return 0;
+}
+
+bool reset_power(int port) {
+    if (!has_poe(port))
+        return false;
+    // A negative number must not wrap around to a port that exists.
+    uint8_t index = port < 0 ? UINT8_MAX : static_cast<uint8_t>(port);
+    uint8_t enable = 0, mode = 0, detection = 0, classification = 0;
+    sal_poe_port_config_query_get(index, &enable, &mode, &detection, &classification);
+    if (enable)
+        sal_poe_port_reset_set(index, 1);
+    return enable;
 }

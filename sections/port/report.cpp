@@ -1,8 +1,11 @@
-// The per-port report; see port_report.h.
+// A port is reported member by member; the first failing call ends the report.
 #include "sections/port/report.h"
+
+#include <string.h>
 
 #include "base/errors.h"
 #include "base/port_id.h"
+#include "base/ports.h"
 #include "base/state.h"
 #include "json/json_document.h"
 #include "platform/acl.h"
@@ -10,7 +13,6 @@
 #include "platform/qos.h"
 #include "platform/rate.h"
 #include "platform/system.h"
-#include "platform/trunk.h"
 #include "platform/vlan.h"
 #include "platform/voice_vlan.h"
 #include "sections/port/addresses.h"
@@ -24,13 +26,14 @@ namespace {
 struct PortReport {
     MacLists macs;
     AclPortBinding bindings[ACL_PORTS];
-    uint16_t budget; // PoE, in tenths of a watt
-    uint16_t draw;   // of all ports, in tenths of a watt; wraps at 16 bits
+    uint16_t budget;            // PoE, in tenths of a watt
+    uint16_t draw;              // of all ports, in tenths of a watt; wraps at 16 bits
+    char vlans[VLAN_TEXT_SIZE]; // all zero between two lists
 };
 
 bool is_marked_reset(int port) { return port < PORT_RESET_FLAGS && gCattr.port_reset_flags[port]; }
 
-// ---- Members up to "flow_control". Each reads what it shows first and shows nothing on a failure.
+// --- Members up to "flow_control". Each reads what it shows first and shows nothing on a failure.
 
 int add_state(cJSON* object, int port, uint32_t* link) {
     char id[PORT_ID_SIZE];
@@ -55,14 +58,15 @@ int add_pvid(cJSON* object, int port) {
     return 0;
 }
 
-int add_vlans(cJSON* object, int port, const char* key, int kind) {
+int add_vlans(PortReport* report, cJSON* object, int port, const char* key, int kind) {
     VlanMask vlans = {};
-    char text[VLAN_TEXT_SIZE] = {};
+    char* text = report->vlans;
     if (int code = sal_vlan_portAdminVlanmask_get(port, kind, &vlans))
         return code;
     if (int code = sys_util_vlanmask2Str(&vlans, text))
         return code;
     addJsonObjectStringItem(object, key, text);
+    memset(text, 0, strlen(text));
     return 0;
 }
 
@@ -80,7 +84,7 @@ int read_limit(int port, RateGetter is_on, RateGetter rate, RateLimit* limit) {
 }
 
 int add_rate_limit(cJSON* object, int port) {
-    if (port >= sys_logic_port_num_ret() - TRUNK_GROUPS)
+    if (is_group(port))
         return 0;
     RateLimit rx = {};
     RateLimit tx = {};
@@ -134,9 +138,9 @@ int add_leading_members(PortReport* report, cJSON* object, int port) {
         return code;
     if (int code = add_pvid(object, port))
         return code;
-    if (int code = add_vlans(object, port, "tagged_vlans", VLAN_TAGGED))
+    if (int code = add_vlans(report, object, port, "tagged_vlans", VLAN_TAGGED))
         return code;
-    if (int code = add_vlans(object, port, "untagged_vlans", VLAN_UNTAGGED))
+    if (int code = add_vlans(report, object, port, "untagged_vlans", VLAN_UNTAGGED))
         return code;
     addJsonObject(object, "connected_device_mac_list", create_mac_list(&report->macs, port));
     if (int code = add_port_poe(object, port, &draw))
@@ -149,7 +153,7 @@ int add_leading_members(PortReport* report, cJSON* object, int port) {
     return add_flow_control(object, port);
 }
 
-// ---- Members from "isolation" on
+// --- Members from "isolation" on.
 
 int add_isolation(cJSON* object, int port) {
     uint32_t isolated = 0;
@@ -204,7 +208,7 @@ int add_trailing_members(const PortReport* report, cJSON* object, int port) {
     return add_voice_vlan(object, port);
 }
 
-// ---- The whole
+// --- The whole.
 
 // A port stands in the array from its leading members on: what fails later leaves it there.
 int report_port(PortReport* report, cJSON* ports, int port) {

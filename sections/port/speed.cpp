@@ -1,15 +1,15 @@
-// Speed and duplex codes; see port_speed.h.
+// Codes are read and written by tables; which setter a code leads to depends on the port.
 #include "sections/port/speed.h"
 
 #include <stddef.h>
 #include <stdint.h>
 
 #include "base/debug.h"
+#include "base/ports.h"
 #include "platform/system.h"
-#include "platform/trunk.h"
 #include "sections/port/bounce.h"
 
-// ---- Reading
+// --- Reading.
 
 namespace {
 
@@ -53,7 +53,7 @@ int running_speed_code(const PortLinkMode* mode) {
     return find_code(running_rows, mode->speed, mode->duplex);
 }
 
-// ---- Writing
+// --- Writing.
 
 namespace {
 
@@ -137,11 +137,7 @@ int set_10g_group(int port, int code) {
     return bounce_enabled_port(port);
 }
 
-} // namespace
-
 enum Place { FIBRE, GROUP, ANYWHERE };
-
-namespace {
 
 struct SpeedRule {
     Place place;
@@ -169,7 +165,7 @@ const SpeedRule rules[] = {
 int apply_speed_code(int port, int code) {
     bool fits[] = {
         sys_port_lPortMedia_ret(port) == PORT_MEDIA_FIBRE,
-        port >= sys_logic_port_num_ret() - TRUNK_GROUPS,
+        is_group(port),
         true,
     };
     for (const SpeedRule& rule : rules) {

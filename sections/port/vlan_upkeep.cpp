@@ -1,15 +1,16 @@
-// VLAN upkeep; see vlan_upkeep.h.
+// A port leaves its VLANs of a kind before it joins others; the sweep looks at every VLAN.
 #include "sections/port/vlan_upkeep.h"
 
+#include "base/port_set.h"
 #include "platform/system.h"
 #include "platform/util.h"
 #include "platform/vlan.h"
 
 namespace {
 
-bool has_vlan(const VlanMask& vlans, int vid) { return vlans.words[vid / 32] >> (vid % 32) & 1; }
+bool has_vlan(const VlanMask& vlans, int vid) { return has_bit(vlans.words, vid); }
 
-bool is_empty(const VlanMask& vlans) {
+bool has_no_vlan(const VlanMask& vlans) {
     return sys_util_bitmaskIsClear_ret(vlans.words, 0, VLAN_COUNT) != 0;
 }
 
@@ -40,7 +41,7 @@ int leave_vlans(int port, int kind) {
     if (int code = sal_vlan_portAdminVlanmask_get(port, VLAN_TAGGED, &tagged))
         return code;
     const VlanMask& left = kind == VLAN_UNTAGGED ? untagged : tagged;
-    return is_empty(left) ? 0 : sal_vlan_portAdminVlanmask_add(port, VLAN_NOT_MEMBER, &left);
+    return has_no_vlan(left) ? 0 : sal_vlan_portAdminVlanmask_add(port, VLAN_NOT_MEMBER, &left);
 }
 
 } // namespace
@@ -53,7 +54,7 @@ int Auto_edit_vlan(int port, int kind, const char* text) {
         return code;
     if (int code = create_missing(wanted))
         return code;
-    return is_empty(wanted) ? 0 : sal_vlan_portAdminVlanmask_add(port, kind, &wanted);
+    return has_no_vlan(wanted) ? 0 : sal_vlan_portAdminVlanmask_add(port, kind, &wanted);
 }
 
 namespace {
