@@ -23,7 +23,7 @@ enum {
     VLAN_LAST = 4094,
     VLAN_COUNT = 4096, // bits of a VLAN mask
     VLAN_NAME_SIZE = 33,
-    VLAN_TEXT_SIZE = 12912, // the longest VLAN list as text, "1-2,4-5,...", with its terminator
+    VLAN_TEXT_SIZE = 12914, // the longest list as text, pairs with gaps, with its terminator
 };
 
 // One VLAN, 72 bytes.

@@ -206,7 +206,7 @@ int read_vid(const cJSON* voice, int* vid) {
     return read_int(voice, "vlan_id", vid) ? 0 : sal_vlan_voiceVid_get(vid);
 }
 
-// The VLAN must stand before the voice VLAN goes on, and may go only once it is off.
+// The id must be there before the voice VLAN goes on, and may go only once it is off.
 int switch_on(int mode, int vid) {
     if (int code = sal_vlan_voiceVid_set(vid))
         return code;

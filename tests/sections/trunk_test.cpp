@@ -9,6 +9,7 @@
 #include "sections/trunk_related.h"
 #include "sim/instruments/codes.h"
 #include "tests/support/on_board.h"
+#include "tests/support/sized_board.h"
 
 namespace {
 
@@ -586,6 +587,27 @@ TEST_F(Trunk, static_addresses_that_lie_wholly_on_the_group_are_deleted) {
                  "sal_l2_static_macEntry_del(02:00:00:00:00:01) = 0",
                  "sal_l2_static_macEntry_del(02:00:00:00:00:02) = 0",
                  "sal_l2_static_macEntry_del(02:00:00:00:00:03) = 0"}));
+}
+
+TEST_F(Trunk, what_is_left_in_a_free_place_is_no_static_address) {
+    device.macs.fixed = {static_mac(1, ports({1}))};
+    device.macs.fixed[0].freed = true;
+    sn_trunkRelated(ports({1}));
+    EXPECT_FALSE(called("sal_l2_static_macEntry_del"));
+}
+
+TEST(TrunkOfALargeSwitch, a_static_address_lies_on_the_group_with_every_port_that_it_has) {
+    SizedBoard sized(96);
+    auto address_on = [&](const PortBitmap& on) {
+        sized.device.macs.fixed = {{{2, 0, 0, 0, 0, 1}, 1, on, false}};
+    };
+    for (int beside : {40, 70}) {
+        address_on(ports({5, beside}));
+        sn_trunkRelated(ports({5}));
+        EXPECT_FALSE(sized.device.macs.fixed[0].freed) << beside;
+        sn_trunkRelated(ports({5, beside}));
+        EXPECT_TRUE(sized.device.macs.fixed[0].freed) << beside;
+    }
 }
 
 TEST_F(Trunk, a_static_address_on_no_port_lies_on_every_group) {

@@ -270,6 +270,15 @@ TEST_F(VoiceVlan, adding_an_oui_that_the_table_has_changes_nothing_and_succeeds)
     EXPECT_EQ(recorded(), Codes{});
 }
 
+TEST_F(VoiceVlan, an_oui_differs_by_any_of_its_bytes) {
+    put_vendor(7, 0x02, "Seven");
+    for (const char* address : {"03:1B:FF:00:00:00", "02:1C:FF:00:00:00", "02:1B:FE:00:00:00"}) {
+        forget();
+        edit(R"([{"method":1,"address":")" + std::string(address) + R"(","description":"New"}])");
+        EXPECT_EQ(table_writes().size(), 1u) << address;
+    }
+}
+
 TEST_F(VoiceVlan, an_oui_of_a_free_place_is_no_duplicate) {
     on();
     put_vendor(7, 0x02, "Seven");

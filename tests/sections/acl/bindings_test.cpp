@@ -96,6 +96,44 @@ TEST_F(AclBindings, while_another_list_is_off_a_list_without_ports_is_unbound_fr
     EXPECT_EQ(writes(), Lines{"sal_acl_entry_unbind(1, {}) = 0"});
 }
 
+TEST_F(AclBindings, while_a_list_of_the_other_type_is_off_one_without_ports_is_unbound_from_none) {
+    list_at_ports_3_and_5(board);
+    put_list("I", ACL_IPV4);
+    _acl_unbind(ACL_MAC, "A");
+    forget();
+    EXPECT_EQ(_acl_unbind(ACL_IPV4, "A"), 0); // the name is remembered, but of the other type
+    EXPECT_EQ(writes(), Lines{"sal_acl_entry_unbind(2, {}) = 0"});
+}
+
+TEST_F(AclBindings, a_name_that_is_remembered_without_the_flag_is_taken_off_again) {
+    list_at_ports_3_and_5(board);
+    _acl_unbind(ACL_MAC, "A");
+    fail_always("sal_acl_entry_bind", 41);
+    _acl_rebind(ACL_MAC); // keeps the names and clears the flag
+    bind(ACL_MAC, "A", 5);
+    forget();
+    EXPECT_EQ(_acl_unbind(ACL_MAC, "A"), 0);
+    EXPECT_EQ(writes(), Lines{"sal_acl_entry_unbind(1, {5}) = 0"});
+}
+
+TEST_F(AclBindings, each_type_is_put_back_as_itself_where_a_port_lost_both) {
+    list_at_ports_3_and_5(board);
+    put_list("I", ACL_IPV4);
+    bind(ACL_IPV4, "I", 3);
+    _acl_unbind(ACL_MAC, "A");
+    _acl_unbind(ACL_IPV4, "I"); // the record of port 3 now says IPv4
+    forget();
+    EXPECT_EQ(_acl_rebind(ACL_MAC), 0);
+    EXPECT_EQ(
+        writes(),
+        (Lines{"sal_acl_entry_bind(\"A\", 1, {3}) = 0", "sal_acl_entry_bind(\"A\", 1, {5}) = 0"}));
+    EXPECT_EQ(bind_recover_names[3].type, 0u);
+    acl_recover_bind = 1; // as a section leaves it that ended early
+    forget();
+    EXPECT_EQ(_acl_rebind(ACL_IPV4), 0);
+    EXPECT_EQ(writes(), Lines{"sal_acl_entry_bind(\"I\", 2, {3}) = 0"});
+}
+
 TEST_F(AclBindings, lists_whose_name_begins_with_the_given_one_are_taken_off_as_well) {
     put_list("Lab", ACL_MAC);
     put_list("Laboratory", ACL_MAC);

@@ -142,6 +142,17 @@ TEST_P(AceFrame, modifying_an_entry_that_is_not_there_is_19_and_the_next_item_fo
     EXPECT_EQ(entries("A"), (Lines{"{1 permit}", "{2 deny}"}));
 }
 
+TEST_P(AceFrame, a_19_of_the_platform_ends_the_section_as_its_other_codes_do) {
+    put_list("A", type_, 2);
+    fail("sal_ace_entry_count_get", 19);
+    EXPECT_EQ(
+        apply_all(R"([{"acl_name":"A","sequence":1,"method":2,"action":0},
+                      {"acl_name":"A","sequence":2,"method":2,"action":0}])"),
+        19);
+    EXPECT_EQ(recorded(), Codes{19});
+    EXPECT_EQ(entries("A"), (Lines{"{1 permit}", "{2 permit}"}));
+}
+
 TEST_P(AceFrame, an_entry_that_cannot_be_read_while_searching_is_recorded_and_passed_over) {
     put_list("A", type_, 2);
     fail("sal_ace_entry_byIdx_get", 41);

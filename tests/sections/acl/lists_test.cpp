@@ -243,6 +243,7 @@ TEST_F(AclSection, what_was_remembered_in_an_earlier_apply_is_forgotten) {
     acl_recover_bind = 1;
     set("{}");
     EXPECT_EQ(bind_recover_names[3].name[ACL_MAC][0], '\0');
+    EXPECT_EQ(acl_recover_bind, 1u); // the flag is not
     EXPECT_EQ(bound(ACL_MAC, 3), "");
 }
 

@@ -6,6 +6,7 @@
 
 #include "base/debug.h"
 #include "base/errors.h"
+#include "base/port_id.h"
 #include "base/state.h"
 #include "platform/poe.h"
 #include "sections/port/report.h"
@@ -161,6 +162,32 @@ TEST_F(PortConfig, voice_vlan_members_are_looked_up_until_found) {
             "sal_vlan_adminEntrySort_get(0) = 0", "sal_vlan_adminEntrySort_get(1) = 0",
             "sal_vlan_adminEntrySort_get(2) = 0", "sal_vlan_portVoiceVlanEnable_set(4, 1) = 0",
             "sal_vlan_portVoiceVlancosMode_set(4, 1) = 0"}));
+}
+
+TEST(PortConfigSizes, members_of_the_voice_vlan_are_found_up_to_the_last_port) {
+    SizedBoard sized(96);
+    sized.device.voice_vlan.mode = 1;
+    sized.device.voice_vlan.vid = 20;
+    sized.device.vlans.table[20].name = "voice";
+    for (int port : {0, 31, 32, 63, 64, 95})
+        sim::set_bit(sized.device.vlans.table[20].tagged, port, true);
+    std::string set;
+    for (int port = 0; port < 96; ++port) {
+        char id[PORT_ID_SIZE];
+        format_port_id(port, id);
+        Json document(
+            R"({"ports":[{"id":")" + std::string(id) + R"(","voice_vlan":{"cos_mode":1}}]})");
+        sized.board.trace.clear();
+        EXPECT_EQ(vxc_port_set(document), 0);
+        for (const std::string& line : sized.board.trace.lines())
+            if (line.starts_with("sal_vlan_portVoiceVlancosMode_set"))
+                set += std::to_string(port) + " ";
+    }
+    std::string expected;
+    for (int port = 0; port < 96; ++port)
+        if (port != 0 && port != 31 && port != 32 && port != 63 && port != 64 && port != 95)
+            expected += std::to_string(port) + " ";
+    EXPECT_EQ(set, expected);
 }
 
 TEST_F(PortConfig, an_entry_that_cannot_be_read_is_skipped) {
@@ -349,6 +376,13 @@ TEST_F(PortConfig, reset_of_a_disabled_port_without_power_does_and_marks_nothing
         body("1", R"("reset":true)"),
         (Lines{"sal_port_enable_get(0) = 0", "sal_poe_port_config_query_get(0) = 0"}));
     EXPECT_EQ(marked(), Lines{});
+}
+
+TEST_F(PortConfig, a_reset_of_power_that_fails_is_marked_all_the_same) {
+    fail("sal_poe_port_reset_set", 41);
+    EXPECT_EQ(apply(R"([{"id":"1","enable":false,"reset":true}])"), 0);
+    EXPECT_EQ(marked(), Lines{"0"});
+    EXPECT_EQ(recorded(), Codes{});
 }
 
 TEST_F(PortConfig, reset_false_does_nothing) {

@@ -210,6 +210,40 @@ TEST_F(PortReport, a_port_as_the_cloud_reads_it) {
         R"("voice_vlan":{"enable":false,"cos_mode":0}})");
 }
 
+// Pairs with a gap of one are the longest list: a run of three is no longer than one of two.
+TEST_F(PortReport, the_longest_vlan_list_is_whole) {
+    std::string list;
+    for (int vid = 1; vid <= VLAN_LAST; vid += 3) {
+        for (int member : {vid, vid + 1}) {
+            device.vlans.table[member].name = "pair";
+            sim::set_bit(device.vlans.table[member].tagged, 2, true);
+        }
+        list += (list.empty() ? "" : ",") + std::to_string(vid) + "-" + std::to_string(vid + 1);
+    }
+    EXPECT_EQ(list.size(), 12911u);
+    device.vlans.table[1].untagged = {};
+    Document made = report();
+    EXPECT_EQ(made["ports"][2]["tagged_vlans"], list);
+    EXPECT_EQ(made["ports"][2]["untagged_vlans"], "");
+    EXPECT_EQ(made["ports"][3]["tagged_vlans"], "");
+}
+
+TEST(VlanText, has_room_for_any_mask) {
+    for (int gap = 0; gap < 3; ++gap) {
+        sim::Board board{TempFolder().path()};
+        VlanMask mask = {};
+        for (int vid = 0; vid < VLAN_COUNT; ++vid) {
+            if (vid % 3 != gap)
+                mask.words[vid / 32] |= 1u << vid % 32;
+        }
+        std::string text(65536, '\0');
+        VlanMask again = {};
+        ASSERT_EQ(sys_util_vlanmask2Str(&mask, text.data()), 0);
+        ASSERT_EQ(sys_util_str2Vlanmask(text.c_str(), &again), 0);
+        EXPECT_EQ(std::memcmp(&mask, &again, sizeof mask), 0) << "gap at " << gap;
+    }
+}
+
 TEST_F(PortReport, calls_before_the_ports_come_in_their_order) {
     device.macs.learned = {address(1, {0})};
     report();
@@ -343,6 +377,14 @@ TEST_F(PortReport, reset_marks_are_shown) {
         EXPECT_EQ(made["ports"][p]["connkeeper_reset"], p == 3 || p == 27) << p;
 }
 
+TEST_F(PortReport, any_mark_but_0_is_one) {
+    gCattr.port_reset_flags[3] = 0x100;
+    gCattr.port_reset_flags[4] = 0x80000000u;
+    Document made = report();
+    for (std::size_t p = 0; p < 28; ++p)
+        EXPECT_EQ(made["ports"][p]["connkeeper_reset"], p == 3 || p == 4) << p;
+}
+
 TEST(PortReportSizes, ports_beyond_the_reset_marks_have_none) {
     SizedBoard sized(96);
     mark_port_reset(71);
@@ -473,6 +515,17 @@ TEST_F(PortReport, own_static_and_unlearned_addresses_are_not_listed) {
     Lines names = calls();
     EXPECT_EQ(std::count(names.begin(), names.end(), "sal_l2_static_macEntry_search"), 3);
     EXPECT_EQ(std::count(names.begin(), names.end(), "sal_l2_macEntry_get"), 5);
+}
+
+TEST_F(PortReport, an_address_that_is_the_own_one_but_for_a_byte_is_listed) {
+    device.macs.learned.clear();
+    for (std::size_t byte = 0; byte < sizeof device.system.mac; ++byte) {
+        sim::MacAddress other = address(0, {0});
+        std::memcpy(other.mac, device.system.mac, sizeof other.mac);
+        other.mac[byte] ^= 0x40;
+        device.macs.learned.push_back(other);
+    }
+    EXPECT_EQ(report()["ports"][0]["connected_device_mac_list"].size(), sizeof device.system.mac);
 }
 
 TEST_F(PortReport, an_address_on_several_ports_is_listed_on_each_in_table_order) {

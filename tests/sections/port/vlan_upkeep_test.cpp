@@ -152,6 +152,17 @@ TEST_F(VlanUpkeep, the_sweep_deletes_in_ascending_order_what_has_no_member) {
     EXPECT_EQ(all_vlans(), (std::vector<int>{1, 3, 31}));
 }
 
+TEST_F(VlanUpkeep, the_sweep_goes_from_1_to_4094) {
+    add_vlan(0, {}, {});
+    add_vlan(4095, {}, {});
+    EXPECT_EQ(Clear_no_member_vlan(), 0);
+    EXPECT_EQ(
+        calls(), (Lines{
+                     "sal_vlan_adminEntryExist_get", "sal_vlan_adminEntry_get",
+                     "sys_util_bitmaskIsClear_ret"}));
+    EXPECT_EQ(all_vlans(), (std::vector<int>{0, 1, 4095}));
+}
+
 TEST_F(VlanUpkeep, the_default_vlan_is_not_exempt_and_its_refusal_ends_the_sweep) {
     device.vlans.table[1].untagged = {};
     add_vlan(2, {}, {});
