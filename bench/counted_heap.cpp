@@ -1,4 +1,4 @@
-// Counting the heap, by standing before the C library's allocator; see counted_heap.h.
+// Stands before the C library's allocator and counts what is in use.
 #include "bench/counted_heap.h"
 
 #include <malloc.h>

@@ -1,4 +1,4 @@
-// Simulated network tools; see network_tools.h.
+// What ping, traceroute and cat print, and how long they take over it.
 #include "sim/edges/network_tools.h"
 
 #include <algorithm>

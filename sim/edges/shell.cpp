@@ -1,4 +1,4 @@
-// The simulated shell; see shell.h.
+// Commands of the agent, looked up in a table; an unknown one fails as a shell would have it.
 #include "sim/edges/shell.h"
 
 #include <filesystem>

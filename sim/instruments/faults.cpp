@@ -1,4 +1,4 @@
-// The fault plan; see faults.h.
+// Counting calls against the fault plan, and reading a fault from a command line.
 #include "sim/instruments/faults.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Texts for addresses and sets in scenarios and saved configurations; see fields.h.
+// Addresses and sets as texts, in scenarios and saved configurations.
 #include "sim/instruments/fields.h"
 
 #include <arpa/inet.h>

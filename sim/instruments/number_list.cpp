@@ -1,4 +1,4 @@
-// Sets of numbers as text; see number_list.h.
+// Writing and reading "1,3-5,8".
 #include "sim/instruments/number_list.h"
 
 #include <charconv>

@@ -1,5 +1,5 @@
-// Scenario files; see scenario.h. The parser counts lines as it goes, so that an error in a value
-// names its place as an error in the syntax does.
+// Reading and writing scenario files. The parser counts lines as it goes, so that an error in a
+// value names its place as an error in the syntax does.
 #include "sim/instruments/scenario.h"
 
 #include <unistd.h>

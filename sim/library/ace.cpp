@@ -1,4 +1,5 @@
-// Entries of access lists; see ace.h.
+// Entries of access lists in three forms: for the driver, the saved configuration and the trace.
+// trace's.
 #include "sim/library/ace.h"
 
 #include <cstdio>

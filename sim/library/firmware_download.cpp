@@ -1,4 +1,4 @@
-// Fetching an image; see firmware_download.h. The platform library's own transfers are real ones:
+// Fetching an image. The platform library's own transfers are real ones:
 // they are not the agent's, so neither trace nor fault plan knows them.
 #include "sim/library/firmware_download.h"
 

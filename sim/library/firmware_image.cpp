@@ -1,4 +1,4 @@
-// Firmware images; see firmware_image.h.
+// Making and checking firmware images: header, digest, payload.
 #include "sim/library/firmware_image.h"
 
 #include <mbedtls/md.h>

@@ -1,4 +1,4 @@
-// The switch's surroundings; see network.h.
+// The ARP table, and the hosts beyond the switch.
 #include "sim/library/network.h"
 
 #include <arpa/inet.h>

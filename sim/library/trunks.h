@@ -1,4 +1,4 @@
-// Link aggregation groups, which are the chip's, but for who of an LACP group speaks first.
+// Link aggregation groups. They are the chip's; the LACP mode, active or passive, is kept here.
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// The stand-in for the device node; see device.h.
+// Keeps each request that reaches "/dev/ski", byte by byte, and answers as a test told it to.
 #include "tests/driver/device.h"
 
 #include <cerrno>
