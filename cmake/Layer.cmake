@@ -14,10 +14,10 @@ endfunction()
 # vx_agent_options(<target>): the agent is C with namespaces and types: C++17, no exceptions, no
 # run-time types, nothing that would need the C++ run-time library on the switch.
 function(vx_agent_options target)
-  set_target_properties(${target} PROPERTIES CXX_STANDARD 17 POSITION_INDEPENDENT_CODE ON)
+  set_target_properties(${target} PROPERTIES CXX_STANDARD 17)
   target_compile_options(${target} PRIVATE
-    -fno-exceptions -fno-rtti -fno-threadsafe-statics -fvisibility=default -Wconversion
-    -Wno-sign-conversion)
+    -fno-exceptions -fno-rtti -fno-threadsafe-statics -Wconversion -Wno-sign-conversion
+    -fvisibility=hidden -ffunction-sections -fdata-sections)
   # What is under test runs optimised even where the tests around it are not, which compile faster.
   if(VX_SANITIZE)
     target_compile_options(${target} PRIVATE -O1)

@@ -18,6 +18,8 @@
 
 #include <type_traits>
 
+#pragma GCC visibility push(hidden) // of the operations, not of the platform library
+
 inline bool is_logical_port(uint32_t port) {
     return port < static_cast<uint32_t>(sys_logic_port_num_ret());
 }
@@ -274,5 +276,7 @@ template <size_t size, class... Keys>
 int request_chip_text_get(uint32_t command, char* text, Keys... keys) {
     return read_text<size>(command, ChipWords{{keys...}}, text);
 }
+
+#pragma GCC visibility pop
 
 #endif
