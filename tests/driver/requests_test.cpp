@@ -48,6 +48,7 @@ constexpr std::uint32_t endless_ports = 0xFFFFFFFF;
 constexpr std::uint32_t switch_ports = 28;
 std::atomic<std::uint32_t> logical_ports = endless_ports;
 
+using Sizes = std::vector<std::size_t>;
 using Events = std::vector<std::string>;
 const Events one_request = {"open", "ioctl", "close"};
 const Events no_request = {};
@@ -238,7 +239,7 @@ TEST_F(Requests, every_text_is_cut_and_terminated_where_its_room_ends) {
         SCOPED_TRACE(operation.name);
         Bytes seen;
         watch(seen, operation.sent.size());
-        for (std::size_t length : {0ul, 1ul, size - 2, size - 1, size, size + 1, 1000ul}) {
+        for (std::size_t length : Sizes{0, 1, size - 2, size - 1, size, size + 1, 1000}) {
             const std::string text(length, 'x');
             Bytes expected = operation.sent;
             const auto field = expected.begin() + static_cast<std::ptrdiff_t>(operation.text_at);

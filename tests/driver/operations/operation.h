@@ -161,8 +161,9 @@ template <class T> T changed(T argument, int i, const Change& change) {
 }
 
 template <class... A, std::size_t... I>
-Operation
-build(int (*function)(A...), const Layout& layout, Samples samples, std::index_sequence<I...>) {
+Operation build(
+    int (*function)(A...), const Layout& layout, [[maybe_unused]] Samples samples,
+    std::index_sequence<I...>) {
     Operation operation;
     operation.function = reinterpret_cast<const void*>(function);
     operation.port_argument = layout.port_argument;
