@@ -159,9 +159,9 @@ TEST_F(JsonRpc, object_holds_the_version_only) {
     EXPECT_EQ(printed(root), "{\n\t\"jsonrpc\":\t\"2.0\"\n}");
 }
 
-// What a process of its own says on its error output, and the signal that ends it. Not EXPECT_DEATH,
-// whose capture file would be looked for on the board. An abort is caught: an emulator has words of
-// its own for one that is not.
+// What a process of its own says on its error output, and the signal that ends it. Not
+// EXPECT_DEATH, whose capture file would be looked for on the board. An abort is caught: an
+// emulator has words of its own for one that is not.
 std::pair<std::string, int> message_and_end(void (*run)()) {
     int ends[2];
     EXPECT_EQ(pipe(ends), 0);
