@@ -44,7 +44,7 @@ enum { TIME_TIMEOUT = 20, HTTP_OK = 200, SHOWN_WORDS = 120 };
 // The beginning of an answer on one line.
 void describe_words(char* detail, const char* words) {
     size_t length = strcspn(words, "\r\n");
-    int shown = static_cast<int>(length < SHOWN_WORDS ? length : SHOWN_WORDS);
+    int shown = static_cast<int>(length < SHOWN_WORDS ? length : size_t{SHOWN_WORDS});
     describe_more(detail, "\"%.*s\"", shown, words);
 }
 
