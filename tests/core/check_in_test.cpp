@@ -374,6 +374,55 @@ TEST_F(CheckIn, refusal_of_the_request_changes_no_state) {
     EXPECT_TRUE(log().empty());
 }
 
+TEST_F(CheckIn, refusal_by_both_attempts_at_the_fallback_host_is_logged) {
+    HttpAnswer refused;
+    refused.status = 403;
+    fail_transfer(cloud, 56);
+    fallback.answer(refused);
+    fallback.answer(refused);
+    api_checkin();
+    EXPECT_EQ(attempts(), (Lines{"CLOUD=56", "FALLBACK=0", "FALLBACK=0"}));
+    EXPECT_EQ(log(), (Lines{"api_checkin: Network unreacherable"}));
+    EXPECT_EQ(checkin_connect_establish, 0u);
+}
+
+TEST_F(CheckIn, reply_of_any_status_is_applied) {
+    HttpAnswer refused = reply(acknowledgeable);
+    refused.status = 403;
+    cloud.answer(refused);
+    api_checkin();
+    EXPECT_EQ(stored_seqno(), 42);
+    EXPECT_EQ(checkin_connect_establish, 0u);
+}
+
+TEST_F(CheckIn, connection_that_was_established_stays_so_whatever_fails) {
+    checkin_connect_establish = 1;
+    fail_transfer(cloud, 56);
+    fail_transfer(fallback, 56, 1, true);
+    api_checkin();
+    EXPECT_EQ(checkin_connect_establish, 1u);
+    HttpAnswer refused;
+    refused.status = 403;
+    cloud.answer(refused);
+    board.faults.clear();
+    api_checkin();
+    EXPECT_EQ(checkin_connect_establish, 1u);
+}
+
+TEST_F(CheckIn, reset_marks_stand_until_the_report_was_sent) {
+    mark_port_reset(5);
+    fail_transfer(cloud, 6);
+    cloud.answer(reply("{}"));
+    std::uint32_t during = 0;
+    board.clock.on_sleep = [&](unsigned) {
+        during = gCattr.port_reset_flags[5];
+        return 0u;
+    };
+    api_checkin();
+    EXPECT_EQ(during, 1u);
+    EXPECT_EQ(gCattr.port_reset_flags[5], 0u);
+}
+
 TEST_F(CheckIn, configuration_applied_without_error_is_acknowledged_in_the_next_report) {
     cloud.answer(reply(acknowledgeable));
     cloud.answer(reply("{}"));
