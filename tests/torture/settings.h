@@ -1,5 +1,10 @@
-// One settings document for all sections but link aggregation, whose groups look through the static
-// addresses for too long to be formed thousands of times.
+// Settings documents whose calls fail in turn, for a switch of twelve logical ports. Applied twice
+// they leave what they left once.
 #pragma once
 
+// All sections but link aggregation, whose groups look through all static addresses: far too many
+// calls for a document as long as this.
 extern const char* const whole_settings;
+
+// A group of either kind, each made from one of the other kind.
+extern const char* const group_settings;
