@@ -4,6 +4,7 @@
 #include <ctype.h>
 #include <errno.h>
 #include <signal.h>
+#include <stdint.h>
 #include <stdio.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -12,6 +13,8 @@
 #include "base/credentials.h"
 #include "base/identity.h"
 #include "base/state.h"
+#include "platform/system.h"
+#include "platform/types.h"
 #include "platform/vxcloud.h"
 
 namespace {
@@ -85,6 +88,34 @@ int check_agent(char* detail) {
         return IS_GONE;
     agent_runs = is_agent(pid);
     return agent_runs ? RUNS : IS_ANOTHER;
+}
+
+// --- Identity.
+
+namespace {
+
+enum { HAS_MAC, NO_MAC };
+
+const Finding identity_table[] = {
+    {"known", VERDICT_OK, "the switch knows its MAC", ""},
+    {"no-mac", VERDICT_WRONG,
+     "the platform library does not tell the switch's MAC, by which cloud and account know it",
+     "have the switch's maker look at that call"},
+};
+
+} // namespace
+
+const Findings identity_findings(identity_table);
+
+int check_identity(char* detail) {
+    uint8_t mac[MAC_ADDRESS_SIZE] = {};
+    if (int code = sal_sys_macAddr_get(mac)) {
+        describe(detail, "sal_sys_macAddr_get = %d", code);
+        return NO_MAC;
+    }
+    name_switch();
+    describe(detail, "%s", macaddrstr);
+    return HAS_MAC;
 }
 
 // --- Hosts and interval.
@@ -164,7 +195,6 @@ bool are_hosts(char* detail) {
 const Findings settings_findings(settings_table);
 
 int check_settings(char* detail) {
-    name_switch();
     if (!load_settings(detail))
         return STORE_FAILS;
     if (!CheckinHost[0])
@@ -172,8 +202,8 @@ int check_settings(char* detail) {
     if (!are_hosts(detail))
         return BAD_HOST;
     describe(
-        detail, "switch %s; check-in at %s, fallback %s, keeper %s, every %d s", macaddrstr,
-        CheckinHost, fallback_host, ConnectionKeeperHost, static_cast<int>(CheckinInterval));
+        detail, "check-in at %s, fallback %s, keeper %s, every %d s", CheckinHost, fallback_host,
+        ConnectionKeeperHost, static_cast<int>(CheckinInterval));
     if (CheckinInterval < SHORTEST_INTERVAL || CheckinInterval > LONGEST_INTERVAL)
         return BAD_INTERVAL;
     if (!fallback_host[0])

@@ -9,12 +9,13 @@
 #include "doctor/resource_checks.h"
 #include "doctor/trust_checks.h"
 
-// "settings" and "account" read what the later steps look at. A clock that is wrong spoils the
-// certificates; one that nobody can be asked about does not.
+// "identity", "settings" and "account" read what the later steps look at. A clock that is wrong
+// spoils the certificates; one that nobody can be asked about does not.
 const Step steps[] = {
     {"agent", "agent", check_agent, &agent_findings, false, {}, nullptr},
+    {"identity", "identity", check_identity, &identity_findings, false, {}, nullptr},
     {"settings", "stored settings", check_settings, &settings_findings, false, {}, nullptr},
-    {"account", "account", check_account, &account_findings, false, {}, nullptr},
+    {"account", "account", check_account, &account_findings, false, {"identity"}, nullptr},
     {"checkin-name",
      "name of the check-in host",
      check_checkin_name,
@@ -87,7 +88,7 @@ const Step steps[] = {
      check_keeper,
      &keeper_findings,
      false,
-     {"keeper-connect"},
+     {"identity", "keeper-connect"},
      nullptr},
     {"memory", "memory", check_memory, &memory_findings, true, {}, nullptr},
     {"space", "room for an upgrade", check_space, &space_findings, true, {}, nullptr},

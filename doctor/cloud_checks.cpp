@@ -152,6 +152,7 @@ char* build_report() {
 const Findings report_findings(report_table);
 
 int check_report(char* detail) {
+    free(report_text);
     report_text = build_report();
     if (!report_text)
         return NO_MEMORY;

@@ -85,7 +85,10 @@ namespace {
 enum { IS_READABLE, IS_UNREADABLE };
 
 const Finding saved_table[] = {
-    {"readable", VERDICT_OK, "the number of the last configuration can be read", ""},
+    {"readable", VERDICT_OK,
+     "the number of the last configuration can be read; what the switch would start from is its "
+     "firmware's own and not looked at",
+     ""},
     {"unreadable", VERDICT_WRONG,
      "the number of the last configuration cannot be read: the cloud is told 1 and sends all of it "
      "again, with every check-in",

@@ -16,6 +16,7 @@ SUFFIX = MAC.replace(":", "").lower()
 
 # What cannot be looked at while another step is wrong.
 BEHIND = {
+    "identity": ["account", "keeper"],
     "settings": ["checkin-name", "fallback-name", "keeper-name"],
     "checkin-name": ["checkin-connect"],
     "fallback-name": ["fallback-connect"],
@@ -200,6 +201,9 @@ class Settings(DoctorTest):
                     {"settings": "store-fails"}, "--fault", f"platform:{name}=7")
                 self.assertEqual(f"{name} = 7", lines["settings"]["detail"])
 
+    def test_a_mac_that_the_platform_does_not_tell(self):
+        self.assert_found({"identity": "no-mac"}, "--fault", "platform:sal_sys_macAddr_get#1+=7")
+
     def test_a_sequence_number_that_the_platform_does_not_tell(self):
         lines = self.lines("--fault", "platform:sal_vxcloud_seqno_get#1+=7")
         self.assertEqual("unreadable", lines["saved"]["finding"])
@@ -316,6 +320,17 @@ class Time(DoctorTest):
                 lines = self.assert_found({"clock": "wrong"})
                 self.assertRegex(lines["clock"]["detail"], rf"(3999|4000|4001) s {direction}")
 
+    def test_a_scenarios_wrong_clock(self):
+        scenario = json.loads(self.switch.scenario.read_text())
+        scenario["hardware"]["clock_ahead_seconds"] = -86400
+        self.switch.scenario.write_text(json.dumps(scenario))
+        lines = self.assert_found({"clock": "wrong"})
+        self.assertRegex(lines["clock"]["detail"], r"8(6399|6400|6401) s behind")
+
+    def test_a_service_that_is_slow_is_none_the_worse(self):
+        self.lab.misbehave("slow", listener="plain", delay_ms=5)
+        self.assert_found({})
+
     def test_a_clock_that_drifts(self):
         self.lab.ask("PUT", "/config", {"clock_offset": 200})
         self.assert_found({"clock": "drifts"}, clock="warning")
@@ -412,6 +427,13 @@ class Keeper(DoctorTest):
     def test_one_that_hangs_up(self):
         self.lab.misbehave("reset", listener="keeper")
         self.assert_found({"keeper": "hangs-up"})
+
+    def test_one_that_spoils_answers_is_not_seen_by_a_poll_that_is_held(self):
+        for mode in ("truncate", "slow", "corrupt"):
+            with self.subTest(mode=mode):
+                self.lab.misbehave(mode, listener="keeper")
+                self.assert_found({})
+                self.lab.behave()
 
     def test_an_action_that_is_taken_is_told(self):
         self.lab.push(action="checkin")
