@@ -202,7 +202,7 @@ class Settings(DoctorTest):
                 self.assertEqual(f"{name} = 7", lines["settings"]["detail"])
 
     def test_a_mac_that_the_platform_does_not_tell(self):
-        self.assert_found({"identity": "no-mac"}, "--fault", "platform:sal_sys_macAddr_get#1+=7")
+        self.assert_found({"identity": "no-mac"}, "--fault", "platform:sal_sys_macAddr_get=7")
 
     def test_a_sequence_number_that_the_platform_does_not_tell(self):
         lines = self.lines("--fault", "platform:sal_vxcloud_seqno_get#1+=7")
