@@ -3,11 +3,12 @@
 
 #include <dlfcn.h>
 
-#include "driver/acl.h"
-#include "driver/cablediag.h"
+#include <cstring>
+
 #include "driver/request.h"
 #include "judge/bench.h"
 #include "judge/driver_names.h"
+#include "judge/driver_reads.h"
 #include "judge/guarded.h"
 #include "judge/parameter.h"
 #include "platform/system.h"
@@ -26,29 +27,6 @@ void* library_handle() {
         return nullptr;
     return dlopen(library.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
 }
-
-// A driver's record that is read: the command, the words that say which, and its size.
-struct Record {
-    const char* name;
-    std::uint32_t command;
-    std::uint32_t words[4];
-    std::size_t size;
-};
-
-constexpr std::size_t words_size = sizeof(ChipWords);
-
-const Record records[] = {
-    {"rsd_port_enable_get", 3521, {0, 0, 0, 0}, words_size},
-    {"rsd_port_linkStatus_get", 3522, {0, 0, 0, 0}, words_size},
-    {"rsd_port_allLinkStatus_get", 3523, {0, 0, 0, 0}, words_size + sizeof(PortBitmap)},
-    {"rsd_port_speedDuplex_get", 3528, {0, 0, 0, 0}, words_size},
-    {"rsd_switch_maxFrameSize_get", 4161, {0, 0, 0, 0}, words_size},
-    {"rsd_switch_portMaxFrameSize_get", 4162, {0, 0, 0, 0}, words_size},
-    {"rsd_trunk_mode_get", 4417, {0, 0, 0, 0}, words_size},
-    {"rsd_trunk_activeMember_get", 4418, {0, 0, 0, 0}, words_size + sizeof(PortBitmap)},
-    {"rsd_trunk_portRole_get", 4419, {0, 0, 0, 0}, words_size},
-    {"rsd_cablediag_copper_get", 449, {0, 0, 0, 0}, sizeof(CableRecord)},
-};
 
 // Far from the driver's commands, and from those that the system takes for every device.
 constexpr std::uint32_t unknown_commands[] = {0, 0x7FFFFFFF, 0xFFFF0001, 0xFFFFFFFF};
@@ -92,13 +70,13 @@ void judge_names() {
 void judge_records() {
     if (no_device())
         return;
-    for (const Record& row : records) {
-        Guarded record(row.size);
-        std::memcpy(record.data(), row.words, sizeof row.words);
-        request(row.name, row.command, record);
+    for (const DriverRead& read : driver_reads) {
+        Guarded record(read.size);
+        std::memset(record.data(), 0, sizeof(ChipWords)); // port 0, index 0
+        request(read.name, read.command, record);
         bench->holds(
             record.overrun() == 0, reason::overrun,
-            "the driver's record has " + std::to_string(row.size) + " bytes",
+            "the driver's record has " + std::to_string(read.size) + " bytes",
             std::to_string(record.overrun()) + " bytes outside it were written");
     }
 }

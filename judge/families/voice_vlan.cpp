@@ -5,6 +5,7 @@
 
 #include "judge/changes.h"
 #include "judge/family.h"
+#include "platform/vlan.h"
 
 namespace judge {
 
@@ -170,7 +171,51 @@ void judge_full_table() {
     });
 }
 
+void judge_mode(int wanted) {
+    int found = -1;
+    bench->works(ASK(sal_vlan_voiceVlanState_set, wanted), "off, or one of the switch's two modes");
+    std::string call = Bench::last();
+    ASK(sal_vlan_voiceVlanState_get, &found);
+    bench->count_case();
+    if (found != wanted)
+        bench->convict(
+            reason::not_stored, call, "what was set is read back", "mode " + std::to_string(found));
+}
+
+// The id and the mode need each other.
+void judge_state(int vid, int state, int present) {
+    Undo restore_vid("sal_vlan_voiceVid_set", {std::to_string(present)});
+    Undo restore_state("sal_vlan_voiceVlanState_set", {std::to_string(state)});
+    bench->works(ASK(sal_vlan_voiceVid_set, vid), "the id of a VLAN that exists");
+    for (int wanted = MODES - 1; wanted > VOICE_VLAN_OFF; --wanted) {
+        judge_mode(wanted);
+        unchanged(reads(), [&] {
+            bench->refuses(
+                ASK(sal_vlan_voiceVid_set, int{VOICE_VLAN_NO_VID}),
+                "it can be taken away only once the voice VLAN is off");
+        });
+    }
+    judge_mode(VOICE_VLAN_OFF);
+    bench->works(
+        ASK(sal_vlan_voiceVid_set, int{VOICE_VLAN_NO_VID}), "it can be taken away once it is off");
+    unchanged(reads(), [&] {
+        bench->refuses(
+            ASK(sal_vlan_voiceVlanState_set, 1),
+            "the id must be set before the voice VLAN is switched on");
+    });
+}
+
+void judge_id_and_mode() {
+    std::uint32_t vid = 0;
+    int state = 0;
+    int present = 0;
+    if (sal_vlan_mgmtVid_get(&vid) == 0 && ASK(sal_vlan_voiceVlanState_get, &state) == 0 &&
+        ASK(sal_vlan_voiceVid_get, &present) == 0)
+        back_as_before(reads(), [&] { judge_state(static_cast<int>(vid), state, present); });
+}
+
 void changes() {
+    judge_id_and_mode();
     int index = free_place();
     if (index < 0)
         return bench->remark("every place of the OUI table is in use: none is changed");

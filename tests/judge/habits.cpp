@@ -342,6 +342,12 @@ CALL(int, sal_vlan_voiceVlanOui_add, const VoiceVlanOui* entry, const char* desc
     return has("a full table that takes") ? 0 : code;
 }
 
+CALL(int, sal_vlan_voiceVid_set, int vid) {
+    if (has("a voice VLAN without an id") && vid == VOICE_VLAN_NO_VID)
+        sal_vlan_voiceVlanState_set(VOICE_VLAN_OFF);
+    return __real_sal_vlan_voiceVid_set(vid);
+}
+
 // --- MAC addresses.
 
 CALL(int, sal_l2_macTbl_size_get, std::uint32_t* count) {

@@ -50,6 +50,7 @@ a short VLAN list                  | vlan       |        | calls disagree       
 a mask cleared on failure          | vlan       |        | output touched on failure      | sys_util_str2Vlanmask("x")
 a mask that is added to            | vlan       |        | calls disagree                 | sys_util_str2Vlanmask("1")
 changed by a refusal               | voice_vlan | change | changed by a refused call      | sal_vlan_voiceVlanAging_set(29)
+a voice VLAN without an id         | voice_vlan | change | invalid call accepted          | sal_vlan_voiceVid_set(4095)
 descriptions forgotten             | voice_vlan | change | value not stored               | sal_vlan_voiceVlanOui_get(
 a full table that takes            | voice_vlan | change | invalid call accepted          | sal_vlan_voiceVlanOui_add(
 a size of its own                  | l2         |        | calls disagree                 | sal_l2_macTbl_size_get()

@@ -8,6 +8,7 @@ from judge_case import BUILD, IRREVOCABLE, JUDGE_ON_NULL, JUDGE_ON_SIM, SOURCE, 
 from make_image import make_image
 
 NM = os.environ["VX_NM"]
+JUDGE_ON_OWN_DRIVER = BUILD / "tests/judge/platform_judge_own_driver"
 
 
 class Verdict(JudgeCase):
@@ -29,6 +30,12 @@ class Verdict(JudgeCase):
         self.assert_convicted(report, "value not stored", "sal_swctrl_poe_led_mode_set(")
         good = [family["family"] for family in report["families"] if family["findings"] == 0]
         self.assertLessEqual(set(good), {"restore", "port", "rate", "driver", "log"})
+
+
+    def test_a_library_with_a_driver_function_of_its_own_is_convicted(self):
+        report = self.judge(JUDGE_ON_OWN_DRIVER, "--family", "driver", status=1)
+        self.assertEqual([("calls disagree", "dlsym(rsd_port_enable_get)")],
+                         [(finding["reason"], finding["call"]) for finding in report["findings"]])
 
 
 class Output(JudgeCase):
