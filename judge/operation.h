@@ -80,7 +80,7 @@ struct Operation {
             return static_cast<Number>(
                 bench->call(called.c_str(), function, unpack<Types>(slots[index])...));
         };
-        takes = [](std::size_t argument, Number number) {
+        takes = [](std::size_t argument, [[maybe_unused]] Number number) {
             const bool all[] = {fits<Types>(number)..., true};
             return all[argument];
         };

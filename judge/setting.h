@@ -57,7 +57,7 @@ struct Setting {
             return static_cast<int>(
                 bench->call(called.c_str(), function, static_cast<Types>(numbers[index])...));
         };
-        takes = [](std::size_t argument, Number number) {
+        takes = [](std::size_t argument, [[maybe_unused]] Number number) {
             const bool all[] = {fits<Types>(number)..., true};
             return all[argument];
         };
