@@ -68,7 +68,7 @@ export function make_chart(title, unit_text, empty = "Two reports are needed for
   const board = el("div", {class: "board"});
   const names = el("ul", {class: "legend"});
   const table = el("div");
-  const heading = el("h3", {id: fresh_id("chart")}, title);
+  const heading = el("h2", {id: fresh_id("chart")}, title);
   function redraw() {
     if (!width)
       return;

@@ -1,8 +1,13 @@
 // Which view stands for which address, and what stands around every view.
 import {show_actions} from "./actions.js";
+import {show_charts} from "./charts.js";
 import {el, replace} from "./dom.js";
+import {show_events, show_switch_events} from "./events.js";
+import {show_lab} from "./lab.js";
 import * as live from "./live.js";
+import {show_misbehaviour, start_banner} from "./misbehaviour.js";
 import {notice} from "./notices.js";
+import {show_reports} from "./reports.js";
 import {show_settings} from "./settings.js";
 import {show_ports} from "./switch.js";
 import {show_switches} from "./switches.js";
@@ -14,6 +19,13 @@ const VIEWS = [
   [/^#\/switch\/([0-9A-F:]{17})\/ports\/(\w+)$/i, show_ports],
   [/^#\/switch\/([0-9A-F:]{17})\/settings(?:\/(\w+))?$/i, show_settings],
   [/^#\/switch\/([0-9A-F:]{17})\/actions$/i, show_actions],
+  [/^#\/switch\/([0-9A-F:]{17})\/charts$/i, show_charts],
+  [/^#\/switch\/([0-9A-F:]{17})\/reports$/i, show_reports],
+  [/^#\/switch\/([0-9A-F:]{17})\/events$/i, show_switch_events],
+  [/^#\/events$/, show_events],
+  [/^#\/misbehaviour$/, show_misbehaviour],
+  [/^#\/lab$/, show_lab],
+  [/^#\/lab\/register(?:\/([0-9A-F:]{17}))?$/i, show_lab],
 ];
 
 const main = document.getElementById("main");
@@ -39,6 +51,7 @@ async function show() {
   const content = el("div", {class: "view"});
   place = content;
   replace(main, content);
+  document.title = "Lab cloud";
   window.scrollTo(0, 0);
   if (!view)
     return replace(content, el("h1", {}, "There is nothing here"), el("p", {}, el("a", {href: "#/"}, "All switches")));
@@ -58,5 +71,6 @@ function tell_connection(connected) {
 
 window.addEventListener("hashchange", show);
 window.addEventListener("unhandledrejection", (event) => notice(event.reason?.message ?? "Something failed", "wrong"));
+start_banner(document.getElementById("banner"));
 live.start(tell_connection).catch(() => tell_connection(false));
 show();

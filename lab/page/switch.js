@@ -10,7 +10,8 @@ import {ports_of, seconds_between} from "./ports.js";
 import {refusal_text, state_chip} from "./switches.js";
 import {ago, date_time, duration} from "./words.js";
 
-const TABS = [["ports", "Ports"], ["settings", "Settings"], ["actions", "Actions"]];
+const TABS = [["ports", "Ports"], ["settings", "Settings"], ["actions", "Actions"],
+  ["charts", "Charts"], ["reports", "Reports"], ["events", "Events"]];
 
 const fact = (name, value) => value !== undefined && value !== "" && el("div", {}, el("dt", {}, name), el("dd", {}, value));
 

@@ -167,6 +167,7 @@ class PageTest(unittest.TestCase):
             for dark in (False, True):
                 with self.subTest(width=width, dark=dark):
                     self.look(width, dark)
+                    self.script("scrollTo(0, 0)")
                     self.check_fits()
                     self.check_accessible(["color-contrast"] if dark else None)
                     self.picture(f"{name}-{width}{'-dark' if dark else ''}")
