@@ -11,13 +11,19 @@ function(vx_expose target folder scope)
   target_include_directories(${target} ${scope} ${root})
 endfunction()
 
+# How the agent is made small; packaging/mips/sizes.sh prints what it brings.
+set(VX_VISIBILITY hidden CACHE STRING "Of the agent's names, but for the driver functions")
+set(VX_LINK_OPTIONS -Wl,--as-needed -Wl,--gc-sections -static-libgcc CACHE STRING
+    "How what ships is linked")
+
 # vx_agent_options(<target>): the agent is C with namespaces and types: C++17, no exceptions, no
 # run-time types, nothing that would need the C++ run-time library on the switch.
 function(vx_agent_options target)
-  set_target_properties(${target} PROPERTIES CXX_STANDARD 17)
+  set_target_properties(${target} PROPERTIES
+    CXX_STANDARD 17 CXX_VISIBILITY_PRESET ${VX_VISIBILITY})
   target_compile_options(${target} PRIVATE
     -fno-exceptions -fno-rtti -fno-threadsafe-statics -Wconversion -Wno-sign-conversion
-    -fvisibility=hidden -ffunction-sections -fdata-sections)
+    -ffunction-sections -fdata-sections)
   # What is under test runs optimised even where the tests around it are not, which compile faster.
   if(VX_SANITIZE)
     target_compile_options(${target} PRIVATE -O1)
