@@ -30,7 +30,7 @@ struct Question {
 
 std::string answer_to(const Operation& operation, const Numbers& inputs) {
     Outcome outcome = make_call(operation, inputs);
-    std::string text = std::to_string(outcome.code);
+    std::string text = operation.result.varies ? "" : std::to_string(outcome.code);
     for (std::size_t i = 0; i < operation.parameters.size(); ++i)
         if (!operation.parameters[i].varies)
             text += "|" + outcome.outputs[i].bytes();

@@ -40,8 +40,8 @@ Operations reads() {
          {poe_port, gives_flag("enable"), gives_flag("mode"), gives_any("detection"),
           gives_flag("classification")}},
         {NAMED(sal_poe_port_status_query_get),
-         {poe_port, gives_number("status", POE_STATUS_OFF, POE_STATUS_DENIED), gives_any("error"),
-          gives_number("power_class", 0, HIGHEST_CLASS)}},
+         {poe_port, varying(gives_number("status", POE_STATUS_OFF, POE_STATUS_DENIED)),
+          varying(gives_any("error")), varying(gives_number("power_class", 0, HIGHEST_CLASS))}},
         {NAMED(sal_poe_port_measurements_query_get),
          {poe_port, measured, measured, measured, measured}},
     };

@@ -35,11 +35,13 @@ Operations reads() {
     const Parameter media = within("medium", PORT_MEDIA_COPPER, PORT_MEDIA_FIBRE);
     return {
         {NAMED(sal_port_enable_get), {port, gives_flag("enable")}},
-        {NAMED(sal_port_linkStatus_get), {port, gives_flag("status")}},
+        {NAMED(sal_port_linkStatus_get), {port, varying(gives_flag("status"))}},
         {NAMED(sal_port_speed_get), {port, gives_record<PortSpeed>("speed", fault_of)}},
         {NAMED(sal_port_duplex_get), {port, gives_record<PortDuplex>("duplex", fault_of)}},
-        {NAMED(sal_port_speedDuplex_get), {port, gives_record<PortLinkMode>("mode", fault_of)}},
-        {NAMED(sal_port_flowCtrl_get), {port, gives_flag("configured"), gives_flag("running")}},
+        {NAMED(sal_port_speedDuplex_get),
+         {port, varying(gives_record<PortLinkMode>("mode", fault_of))}},
+        {NAMED(sal_port_flowCtrl_get),
+         {port, gives_flag("configured"), varying(gives_flag("running"))}},
         {NAMED(sal_port_protected_get), {port, gives_flag("enable")}},
         {NAMED(sal_port_securityEnable_get), {port, gives_flag("enable")}},
         {NAMED(sys_port_lPortMedia_ret), {port}, media},

@@ -241,14 +241,17 @@ SnmpAccess access_of(int model, const char* read_view, const char* write_view) {
 }
 
 void judge_group_and_access(int model, const char* view) {
+    SnmpCommunity community = community_of(judges_community, SNMP_READ_WRITE);
     SnmpAccess access = access_of(model, view, view);
+    Undo no_community("sal_snmp_com2sec_del", {judges_community});
     Undo no_access("sal_snmp_access_del", {judges_group, std::to_string(model)});
     Undo no_group("sal_snmp_group_del", {judges_community, std::to_string(model)});
     bench->works(ASK(sal_snmp_accessView_test, judges_group), "there are views");
     if (!bench->works(ASK(sal_snmp_basic_accessAdd_test, judges_group), "there is room") ||
-        !bench->works(ASK(sal_snmp_access_add, &access), "an access record is added") ||
+        !bench->works(ASK(sal_snmp_com2sec_add, &community), "takes the first free slot") ||
         !bench->works(
-            ASK(sal_snmp_group_add, judges_community, model, judges_group), "a group is added"))
+            ASK(sal_snmp_group_add, judges_community, model, judges_group), "a group is added") ||
+        !bench->works(ASK(sal_snmp_access_add, &access), "an access record is added"))
         return;
     SnmpGroup group;
     if (bench->holds(
@@ -272,6 +275,7 @@ void judge_group_and_access(int model, const char* view) {
             ASK(sal_snmp_group_add, judges_community, model, judges_group),
             "refused for a community that has a group under that model already");
     });
+    bench->works(ASK(sal_snmp_com2sec_del, judges_community), "empties the slot");
     bench->works(ASK(sal_snmp_group_del, judges_community, model), "a group is taken out");
     bench->works(ASK(sal_snmp_access_del, judges_group, model), "an access record is taken out");
     judge_absent();
@@ -346,12 +350,13 @@ bool free_target() {
 void changes() {
     SnmpView view = {};
     back_as_before(reads(), [&] {
-        if (free_slots() > 0)
-            for (std::uint32_t right : {SNMP_READ_ONLY, SNMP_READ_WRITE})
-                judge_community(right);
-        else
+        bool room = free_slots() > 0;
+        if (!room)
             bench->remark("no community slot is free: none is added");
-        if (ASK(sal_snmp_view_get, 0, &view) == 0 && view.name[0])
+        for (std::uint32_t right : {SNMP_READ_ONLY, SNMP_READ_WRITE})
+            if (room)
+                judge_community(right);
+        if (room && ASK(sal_snmp_view_get, 0, &view) == 0 && view.name[0])
             for (int model : {SNMP_MODEL_V1 + 0, SNMP_MODEL_V2C + 0})
                 judge_group_and_access(model, view.name);
         if (!free_target())

@@ -52,7 +52,7 @@ Operations reads() {
         {NAMED(sal_stp_mstInfo_get),
          {asked(
               "instance", "the common one", [] { return Numbers{STP_COMMON_INSTANCE}; }, nullptr),
-          gives_record<StpInstance>("info", fault_of)}},
+          varying(gives_record<StpInstance>("info", fault_of))}},
     };
 }
 
