@@ -40,11 +40,8 @@ void write_to_console(const char* text, size_t length) {
     close(console);
 }
 
-} // namespace
-
 // A report is far longer than any buffer worth keeping, so the text is measured first.
-__attribute__((format(printf, 1, 0))) static void
-print_formatted(const char* format, va_list arguments) {
+__attribute__((format(printf, 1, 0))) void print_formatted(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
     int length = vsnprintf(nullptr, 0, format, arguments);
@@ -58,6 +55,8 @@ print_formatted(const char* format, va_list arguments) {
     }
     va_end(again);
 }
+
+} // namespace
 
 void debug_print(const char* format, ...) {
     if (!debug_flag)

@@ -90,11 +90,6 @@ int32_t retry_after(int32_t result, const char* body, char** reply) {
     return API_FAILED;
 }
 
-void note_established() {
-    if (!checkin_connect_establish)
-        checkin_connect_establish = 1;
-}
-
 int32_t send_to_fallback(const char* body, char** reply) {
     debug_print("retry by fallback host: %s\n", fallback_host);
     checkin_type = CHECKIN_IPV4_ONLY;
@@ -105,7 +100,7 @@ int32_t send_to_fallback(const char* body, char** reply) {
     if (result >= API_NO_CONNECT && result <= API_REJECTED)
         log_failure("api_checkin: Network unreacherable");
     else
-        note_established();
+        checkin_connect_establish = 1;
     return result;
 }
 
@@ -118,7 +113,7 @@ int32_t exchange(const char* body, char** reply) {
     if (result == API_FAILED)
         return send_to_fallback(body, reply);
     if (result == API_OK) {
-        note_established();
+        checkin_connect_establish = 1;
         debug_print("checkin_retry_count set to default\n");
         checkin_retry_count = 0;
     }
