@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <stdint.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <unistd.h>
 
 #include "base/credentials.h"
@@ -17,6 +18,15 @@
 namespace {
 
 enum { SERVICES_COME_UP = 30, KEEPER_COMES_UP = 2 }; // seconds
+
+// What a start script may leave in the environment: where libcurl writes down the keys of its
+// transfers, and by which other names the resolver looks hosts up.
+const char* const misleading_variables[] = {"SSLKEYLOGFILE", "HOSTALIASES", "LOCALDOMAIN"};
+
+void forget_environment() {
+    for (const char* name : misleading_variables)
+        unsetenv(name);
+}
 
 void write_process_id() {
     FILE* file = fopen("/var/run/vx_cloud.pid", "w");
@@ -57,6 +67,7 @@ void outlive_signal(int) {}
 } // namespace
 
 void start_up(KeeperThread* keeper) {
+    forget_environment();
     block_local_requests();
     // A cloud that closes a connection while it is written to costs the transfer, not the process.
     // Commands would inherit that a signal is ignored, but not a handler.

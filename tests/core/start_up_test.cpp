@@ -7,6 +7,7 @@
 #include "base/debug.h"
 #include "base/errors.h"
 #include "tests/core/running_keeper.h"
+#include "tests/support/environment.h"
 
 namespace {
 
@@ -74,6 +75,21 @@ TEST_F(StartUp, leaves_no_way_for_a_closed_connection_to_end_the_process) {
     EXPECT_NE(now.sa_handler, SIG_IGN) << "commands would inherit it";
     raise(SIGPIPE);
     signal(SIGPIPE, SIG_DFL);
+}
+
+TEST_F(StartUp, inherited_variables_neither_lead_hosts_astray_nor_give_keys_away) {
+    const std::vector<std::string> names = {"SSLKEYLOGFILE", "HOSTALIASES", "LOCALDOMAIN"};
+    Environment inherited(names, "/tmp/inherited");
+    Lines left_before_transfers;
+    board.clock.on_sleep = [&](unsigned seconds) {
+        for (const std::string& name : names)
+            if (seconds == 30 && getenv(name.c_str()))
+                left_before_transfers.push_back(name);
+        return 0u;
+    };
+    start();
+    EXPECT_EQ(left_before_transfers, Lines{});
+    EXPECT_TRUE(called("sleep"));
 }
 
 TEST_F(StartUp, derives_the_names_of_the_switch_from_its_mac) {
