@@ -102,6 +102,16 @@ TEST_F(KeeperActions, port_reset_without_power_on_the_port_resets_none) {
     EXPECT_FALSE(called("sal_poe_port_reset_set"));
 }
 
+TEST_F(KeeperActions, port_reset_takes_the_power_of_port_24_and_asks_for_none_of_port_25) {
+    perform_on("port_reset", "24");
+    EXPECT_TRUE(called("sal_poe_port_config_query_get"));
+    EXPECT_EQ(traced("sal_poe_port_reset"), (Lines{"sal_poe_port_reset_set(23, 1) = 0"}));
+    forget();
+    perform_on("port_reset", "25");
+    EXPECT_EQ(traced("sal_poe"), Lines{});
+    EXPECT_EQ(gCattr.port_reset_flags[24], 1u);
+}
+
 TEST_F(KeeperActions, port_reset_above_the_powered_ports_asks_for_no_power) {
     perform_on("port_reset", "trunk8");
     EXPECT_EQ(trace().front(), "sal_port_enable_get(27) = 0");

@@ -140,6 +140,17 @@ TEST_F(ApiCall, every_request_has_a_nonce_of_its_own) {
         cloud.requests().at(1).header("Authorization"));
 }
 
+TEST_F(ApiCall, request_takes_47_random_numbers_and_seeds_nothing) {
+    srandom(77);
+    for (int i = 0; i < 47; ++i)
+        random();
+    long next = random();
+    srandom(77);
+    cloud.answer({});
+    EXPECT_EQ(call(), API_OK);
+    EXPECT_EQ(random(), next);
+}
+
 TEST_F(ApiCall, only_status_200_is_success) {
     EXPECT_EQ(result_of_status(200), API_OK);
     for (int status : {201, 204, 206, 301, 400, 401, 403, 404, 499, 600})

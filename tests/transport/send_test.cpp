@@ -3,7 +3,9 @@
 
 #include <cstdlib>
 
+#include "hex.h"
 #include "on_wire.h"
+#include "shrinking_file.h"
 
 namespace {
 
@@ -133,6 +135,20 @@ TEST_F(Send, console_announces_file_and_buffer) {
     EXPECT_EQ(lines[0], announced);
     EXPECT_EQ(lines[1], "allocate buffer for 6 bytes");
     EXPECT_TRUE(lines[2].starts_with("sending body (len=5) via API method: POST "));
+}
+
+TEST_F(Send, request_file_that_shrinks_is_sent_as_far_as_it_goes) {
+    put_file("/tmp/request", "12345");
+    ShrinkingFile shrinking(board.path("/tmp/request"), 3);
+    cloud.answer({});
+    with_debug([&] { EXPECT_EQ(send_file("/tmp/request"), API_OK); });
+    EXPECT_EQ(console().at(1), "allocate buffer for 9 bytes");
+    HttpRequest request = cloud.requests().at(0);
+    EXPECT_EQ(request.header("Content-Length"), "5");
+    EXPECT_EQ(request.body, "12345");
+    EXPECT_EQ(
+        request.header("Signature"),
+        independent_hmac("thesecret", request.header("Authorization") + "/upload12345"));
 }
 
 TEST_F(Send, missing_request_file_is_refused) {
