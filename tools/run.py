@@ -7,6 +7,7 @@ import re
 import shutil
 import signal
 import sys
+import threading
 import time
 
 import story
@@ -94,9 +95,17 @@ def once(arguments):
 def forever(arguments):
     state = arguments.state / "live"
     shutil.rmtree(state, ignore_errors=True)
-    lab, switch = start(arguments, state, lambda line: say(f"cloud  | {line}"), 10)
+    address_told = threading.Event()
+
+    def tell_cloud(line):
+        address_told.wait()
+        say(f"cloud  | {line}")
+
+    lab, switch = start(arguments, state, tell_cloud, 10)
     admin = f"http://127.0.0.1:{lab.ports['admin']}"
-    say(f"The lab cloud's admin interface is {admin}; try")
+    say(f"The page of the lab cloud: {admin}/")
+    address_told.set()
+    say("It is a client of the admin interface at the same address; try")
     say(f"  curl {admin}/switches/{MAC}/report")
     say(f"  curl -d '{{\"system\":{{\"jumbo_frames\":{{\"size\":9000}}}}}}' "
         f"{admin}/switches/{MAC}/settings")

@@ -45,7 +45,7 @@ function table(entries) {
 function strangers(entries) {
   if (entries.length === 0)
     return null;
-  return el("section", {class: "strangers"}, el("h2", {}, "Knocking, and not registered"),
+  return el("section", {class: "strangers"}, el("h2", {}, "Refused, and not registered"),
     el("ul", {class: "plain"}, entries.map((entry) => el("li", {},
       el("span", {class: "mono"}, entry.mac), " ",
       el("a", {href: `#/lab/register/${entry.mac}`}, "Register it"), refusal_text(entry.refusal)))));

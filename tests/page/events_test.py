@@ -48,6 +48,8 @@ class Events(PageTest):
         self.assertIn("the signature does not match", row)
         self.assertEqual(403, fleet.check_in(self.lab, context, "02:AB:00:00:00:43", {"system": {}}))
         self.find(".strangers", "02:AB:00:00:00:43")
+        self.look(1280, height=620)
+        self.picture("doc-refused", whole=False)
         self.check_view("switches-refused")
         self.press(".strangers a", "Register it")
         self.wait("the MAC is filled in", lambda: self.find("form input").get_property("value")

@@ -50,6 +50,8 @@ class Ports(PageTest):
         self.assertLess(upper["y"], lower["y"])
         self.assertTrue(self.port(1).find_elements("css selector", ".bolt"))
         self.assertFalse(self.port(5).find_elements("css selector", ".bolt"))
+        self.look(1280, height=640)
+        self.picture("doc-switch", whole=False)
         self.check_view("ports")
 
     def test_vlan_and_neighbour_are_told_on_demand(self):
