@@ -33,7 +33,8 @@ static_assert(
         offsetof(MacEntry, vlan) == 18 && offsetof(MacEntry, flags) == 28,
     "platform record");
 
-// Takes a snapshot of the MAC address table; both tell its number of entries.
+// Takes a snapshot of the MAC address table, which stays as it is, in its order, until the next one
+// is taken; both tell its number of entries. An address is in it once for each of its VLANs.
 int sal_l2_macTbl_generate(uint32_t* count);
 int sal_l2_macTbl_size_get(uint32_t* count);
 

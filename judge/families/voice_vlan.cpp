@@ -184,8 +184,10 @@ void judge_mode(int wanted) {
 
 // The id and the mode need each other.
 void judge_state(int vid, int state, int present) {
-    Undo restore_vid("sal_vlan_voiceVid_set", {std::to_string(present)});
+    // The last is undone first. With no id there is no mode, and with a mode no id is taken away.
+    Undo take_vid_away("sal_vlan_voiceVid_set", {std::to_string(present)});
     Undo restore_state("sal_vlan_voiceVlanState_set", {std::to_string(state)});
+    Undo restore_vid("sal_vlan_voiceVid_set", {std::to_string(present)});
     bench->works(ASK(sal_vlan_voiceVid_set, vid), "the id of a VLAN that exists");
     for (int wanted = MODES - 1; wanted > VOICE_VLAN_OFF; --wanted) {
         judge_mode(wanted);

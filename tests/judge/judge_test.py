@@ -1,4 +1,5 @@
 """The judge acquits the simulated switch, convicts a library that does nothing, and tells both."""
+import json
 import os
 import re
 import subprocess
@@ -11,12 +12,50 @@ NM = os.environ["VX_NM"]
 JUDGE_ON_OWN_DRIVER = BUILD / "tests/judge/platform_judge_own_driver"
 
 
+# A switch on which something of everything is set.
+BUSY_SWITCH = {
+    "hardware": {
+        "logical_ports": 96,
+        "lldp": {"neighbours": [
+            {"port": 3, "chassis_id": "02:11:22:33:44:55", "port_id": "gi7", "ttl": 120},
+            {"port": 3, "chassis_id": "02:11:22:33:44:56", "port_id": "gi8", "ttl": 120}]},
+        "stp": {"root": {"heard": True, "priority": 4096, "mac": "02:00:00:00:00:01",
+                         "path_cost": 20000, "port": 3}},
+        "mac_table": {"learned": [
+            {"mac": "02:AA:00:00:00:09", "vlan": 7, "ports": "4", "learned": True},
+            {"mac": "02:AA:00:00:00:01", "vlan": 1, "ports": "0,4-6"}]},
+        "poe": {"budget": 100, "ports": [{"demand": 120, "class": 3}, {"demand": 60, "class": 2}]},
+        "acl": {"lists": 2, "entries": 8}},
+    "config": {
+        "vlans": {"entries": [{"id": 1, "name": "default", "untagged": "0-95"},
+                              {"id": 7, "name": "seven", "tagged": "0-3,9", "untagged": "5"},
+                              {"id": 4094, "name": "last", "tagged": "1"}],
+                  "management": 7, "pvid": [{"vid": 7}]},
+        "mac_table": {"static": [{"mac": "02:AA:00:00:00:77", "vlan": 7, "ports": "3"}]},
+        "trunks": {"groups": [{"lacp": True, "members": "1,2,8"},
+                              {"lacp": False, "members": "20-22"}]},
+        "mirrors": {"groups": [{"on": True, "target": 30, "ingress": 1, "rx": "3", "tx": "4"}]},
+        "acl": {"lists": [{"name": "web", "type": 2, "entries": []}]},
+        "voice_vlan": {"vid": 7, "mode": 1},
+        "snmp": {"targets": [{"host": "192.0.2.7", "version": 1, "type": 1, "community": "public",
+                              "udp": 162, "timeout": 15, "retry": 3}]},
+        "igmp": {"enable": True, "version": 3},
+        "stp": {"enable": True},
+        "qos": {"on": False}}}
+
+
 class Verdict(JudgeCase):
     def test_the_simulated_switch_is_acquitted(self):
         report = self.judge(JUDGE_ON_SIM, "--change", *IRREVOCABLE, status=0)
         self.assertEqual([], report["findings"])
         self.assertEqual("acquitted", report["verdict"])
         self.assertFalse((self.folder / "platform_judge.journal").exists())
+
+    def test_a_switch_of_any_size_and_state_is_acquitted(self):
+        for scenario in (BUSY_SWITCH, {"hardware": {"logical_ports": 11}}):
+            (self.folder / "scenario.json").write_text(json.dumps(scenario))
+            report = self.judge(JUDGE_ON_SIM, "--scenario", "scenario.json", "--change", status=0)
+            self.assertEqual([], report["findings"])
 
     def test_a_judgement_of_reads_changes_nothing(self):
         report = self.judge(JUDGE_ON_SIM, status=0)
