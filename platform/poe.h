@@ -47,8 +47,8 @@ int sal_poe_port_config_query_get(
 int sal_poe_port_status_query_get(
     uint8_t port, uint8_t* status, uint8_t* error, uint8_t* power_class);
 
-// Tenths of a volt, milliamperes, degrees Celsius, and the power drawn in tenths of a watt: 0 unless
-// the port is POE_STATUS_DELIVERING.
+// Tenths of a volt, milliamperes, degrees Celsius, and the power drawn in tenths of a watt: 0
+// unless the port is POE_STATUS_DELIVERING.
 int sal_poe_port_measurements_query_get(
     uint8_t port, uint16_t* voltage, uint16_t* current, uint16_t* temperature, uint16_t* power);
 
