@@ -12,6 +12,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <unistd.h>
 
 #include "driver/acl.h"
 #include "driver/cablediag.h"
@@ -272,6 +273,15 @@ TEST_F(Requests, the_frame_carries_the_record_itself_and_passes_a_negative_resul
     EXPECT_EQ(glue_util_ioctl(0xFFFFFFFF, &record), -1);
     EXPECT_EQ(device().command, 0xFFFFFFFFu);
     EXPECT_EQ(device().events, one_request);
+}
+
+TEST_F(Requests, a_device_that_is_the_first_descriptor_of_all_is_one) {
+    const int input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
+    EXPECT_EQ(dai_enable_set(1), 0);
+    EXPECT_EQ(device().events, one_request);
+    dup2(input, STDIN_FILENO);
+    close(input);
 }
 
 // --- Names and numbers.
