@@ -1,4 +1,4 @@
-// See call.h.
+// Texts that the platform hands over end within their buffers.
 #include "sim/library/call.h"
 
 #include <algorithm>

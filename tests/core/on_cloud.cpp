@@ -1,4 +1,4 @@
-// See on_cloud.h.
+// The trace and the console, reduced to what the core did.
 #include "tests/core/on_cloud.h"
 
 #include <unistd.h>

@@ -1,4 +1,4 @@
-// See http_stub.h.
+// Every connection is served by a thread of its own, until its stub ends.
 #include "tests/support/http_stub.h"
 
 #include <arpa/inet.h>

@@ -1,4 +1,4 @@
-// See on_board.h.
+// The agent as it starts, and the board as a test sees it: without the calls that only count ports.
 #include "tests/support/on_board.h"
 
 #include <algorithm>

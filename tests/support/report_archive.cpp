@@ -1,4 +1,4 @@
-// See report_archive.h. The agent's memory is not touched: it may be what a test makes scarce.
+// The agent's memory is not touched here: it may be what a test makes scarce.
 #include "tests/support/report_archive.h"
 
 #include <unistd.h>

@@ -1,4 +1,4 @@
-// See torture.h.
+// One board for the whole torture, and every text that a failure may leave in its log.
 #include "tests/torture/torture.h"
 
 #include <fstream>

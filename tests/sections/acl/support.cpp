@@ -1,4 +1,4 @@
-// See acl_support.h.
+// Lists are put into the platform and the chip alike, as a start of the switch does.
 #include "tests/sections/acl/support.h"
 
 #include <algorithm>
