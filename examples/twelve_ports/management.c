@@ -1,4 +1,6 @@
 // The switch as a whole, its services, SNMP, firmware and the cloud's settings.
+#define _POSIX_C_SOURCE 200809L
+
 #include <stdio.h>
 #include <string.h>
 #include <time.h>

@@ -1,4 +1,6 @@
 // Text conversions.
+#define _POSIX_C_SOURCE 200809L
+
 #include <arpa/inet.h>
 #include <stdio.h>
 #include <stdlib.h>

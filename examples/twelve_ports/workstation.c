@@ -3,6 +3,8 @@
 // this.
 //
 //     vx_cloud_twelve_ports ROOT CHECKIN_HOST KEEPER_HOST KEY SECRET
+#define _POSIX_C_SOURCE 200809L
+
 #include <curl/curl.h>
 #include <errno.h>
 #include <fcntl.h>
