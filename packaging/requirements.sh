@@ -3,7 +3,7 @@
 build_packages=(
   cmake ninja-build pkg-config g++ libc6-dev
   libcurl4-openssl-dev libmbedtls-dev libcjson-dev
-  libssl-dev libcpp-httplib-dev nlohmann-json3-dev libsqlite3-dev
+  libssl-dev libcpp-httplib-dev nlohmann-json3-dev libvalijson-dev libsqlite3-dev
   python3 python3-jsonschema)
 check_packages=(
   libgtest-dev libbenchmark-dev clang-14 libclang-rt-14-dev clang-format-14 binutils

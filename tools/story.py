@@ -86,7 +86,12 @@ class Story:
 
     def refusal(self):
         acknowledged = member(self.lab.report(), "system", "cloud", "config_seqno")
-        number = self.deliver({"system": {"jumbo_frames": {"size": 20000}}}, bad=True)
+        document = {"system": {"jumbo_frames": {"size": 20000}}}
+        reason = self.lab.refuse_settings(document)
+        expect(reason.startswith("/system/jumbo_frames/size: "), f"the lab's reason is {reason!r}")
+        self.say(f"the lab queues no frame size of 20000 bytes unless told to: "
+                 f"{reason.split(';')[0]}")
+        number = self.deliver(document, bad=True)
         self.event("checkin", config_seqno=acknowledged)
         report = self.lab.report()
         expect(member(report, "system", "jumbo_frames", "size") == 9000, "the frame size changed")

@@ -126,9 +126,22 @@ class Lab:
         return self.ask("GET", f"/switches/{MAC}/report")
 
     def queue_settings(self, document, bad=False):
-        """Settings that are not what a cloud should send must be said to be bad."""
+        """Settings that are not what a cloud should send must be said to be bad; the lab refuses
+        them first, and then queues them all the same."""
         judge("settings", wire_schema.settings_faults(document), bad)
-        return self.ask("POST", f"/switches/{MAC}/settings", document)["config_seqno"]
+        if bad:
+            self.refuse_settings(document)
+        return self.ask("POST", f"/switches/{MAC}/settings{'?anyway=1' if bad else ''}",
+                        document)["config_seqno"]
+
+    def refuse_settings(self, document):
+        """Settings that the lab does not queue, and its reason."""
+        try:
+            self.ask("POST", f"/switches/{MAC}/settings", document)
+        except urllib.error.HTTPError as refusal:
+            with refusal:
+                return json.loads(refusal.read())["error"]
+        raise Failed(f"the lab queued {document}")
 
     def withdraw_settings(self, number):
         self.ask("DELETE", f"/switches/{MAC}/settings/{number}")

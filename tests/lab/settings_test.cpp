@@ -19,11 +19,12 @@ class Settings : public Lab {
 std::int64_t seqno_in(const Json& reply) { return reply["system"]["cloud"]["config_seqno"]; }
 
 TEST_F(Settings, are_delivered_with_a_number_and_acknowledged_by_it) {
-    const std::int64_t seqno = queue(R"({"qos":{"x":1},"system":{"jumbo_frames":{"size":9000}}})");
+    const std::int64_t seqno =
+        queue(R"({"qos":{"enable":true},"system":{"jumbo_frames":{"size":9000}}})");
     EXPECT_GT(seqno, 1);
     EXPECT_EQ(state(0), "pending");
     const Json expected = {
-        {"qos", {{"x", 1}}},
+        {"qos", {{"enable", true}}},
         {"system", {{"jumbo_frames", {{"size", 9000}}}, {"cloud", {{"config_seqno", seqno}}}}}};
     EXPECT_EQ(report_seqno(1), expected);
     EXPECT_EQ(state(0), "delivered");
@@ -33,11 +34,11 @@ TEST_F(Settings, are_delivered_with_a_number_and_acknowledged_by_it) {
 }
 
 TEST_F(Settings, keep_their_members_in_order_and_their_other_cloud_settings) {
-    queue(R"({"system":{"cloud":{"checkin_interval":60},"stp":{}},"acl":[]})");
+    queue(R"({"system":{"cloud":{"checkin_interval":60},"stp":{}},"acl":{}})");
     Checkin checkin;
     EXPECT_EQ(
         check_in(checkin).body,
-        R"({"system":{"cloud":{"checkin_interval":60,"config_seqno":2},"stp":{}},"acl":[]})");
+        R"({"system":{"cloud":{"checkin_interval":60,"config_seqno":2},"stp":{}},"acl":{}})");
 }
 
 TEST_F(Settings, come_again_until_the_number_is_reported) {
@@ -134,11 +135,99 @@ TEST_F(Settings, that_no_switch_could_take_are_refused_with_the_reason) {
         EXPECT_NE(std::string(answer["error"]).find(reason), std::string::npos)
             << document << " -> " << answer;
     }
+    for (const auto& [document, reason] : cases)
+        admin("POST", of_switch("/settings?anyway=1"), document, 400);
     const std::string deep = R"({"acl":)" + std::string(5000, '[') + std::string(5000, ']') + "}";
     EXPECT_EQ(
         admin("POST", of_switch("/settings"), deep, 400)["error"],
         "the document is nested too deeply");
     EXPECT_TRUE(admin_get(of_switch("/settings")).empty());
+}
+
+// What is refused, where, and how the reason begins.
+struct Unfit {
+    const char* document;
+    const char* error;
+};
+
+constexpr Unfit unfit[] = {
+    {R"({"nonsense":1})", "the document: there should be no \"nonsense\""},
+    {R"({"system":{"ports":[{"id":"1"},{"id":"2","enabled":true}]}})",
+     "/system/ports/1: there should be no \"enabled\""},
+    {R"({"system":{"ports":[{"enable":true}]}})", "/system/ports/0: it lacks \"id\""},
+    {R"({"system":{"ports":[{"id":"trunk1","rate_limit":{}}]}})",
+     "/system/ports/0: there should be no \"rate_limit\""},
+    {R"({"system":{"ports":[{"id":"trunk9"}]}})",
+     "/system/ports/0/id: the text is not of the right form; right is"},
+    {R"({"system":{"jumbo_frames":{"size":20000}}})",
+     R"(/system/jumbo_frames/size: the number is too large; right is )"
+     R"({"maximum":9216,"minimum":1522,"type":"integer"}: Largest frame, bytes. (?anyway=1)"},
+    {R"({"system":{"jumbo_frames":{"size":1521}}})",
+     "/system/jumbo_frames/size: the number is too small"},
+    {R"({"system":{"jumbo_frames":{"size":"9000"}}})",
+     "/system/jumbo_frames/size: the value is of another type"},
+    {R"({"system":{"jumbo_frames":9000}})", "/system/jumbo_frames: the value is of another type"},
+    {R"({"system":{"stp":{"priority":4097}}})",
+     "/system/stp/priority: the number is not a multiple"},
+    {R"({"system":{"cloud":{"key":"alone"}}})",
+     "/system/cloud: what is there goes only with \"secret\""},
+    {R"({"vlan":{"voice":{"mode":3}}})",
+     "/vlan/voice/mode: the value is none of those that are known; right is {\"enum\":[0,1,2]}"},
+    {R"({"system":{"ports":[{"id":"1","rate_limit":{"tx_limit_kbps":15}}]}})",
+     "/system/ports/0/rate_limit/tx_limit_kbps: the value is none of those that are known; right "
+     "is {\"anyOf\":[{\"const\":0}"},
+    {R"({"system":{"link_aggregation":[{"id":1,"mode":2}]}})",
+     "/system/link_aggregation/0: it lacks \"members\""},
+    {R"({"vlan":{"voice":{"oui":[{"method":1,"id":15}]}}})",
+     "/vlan/voice/oui/0: it lacks \"address\""},
+    {R"({"system":{"snmp":{"communities":[{"name":"","action":2}]}}})",
+     "/system/snmp/communities/0/name: the text is too short"},
+    {R"({"system":{"port_mirror":[{"id":1},{"id":2},{"id":3},{"id":4},{"id":1}]}})",
+     "/system/port_mirror: the list is too long"},
+    {R"({"acl":{"mac_ace":[{"acl_name":"a","sequence":1,"method":2,"vlan_id":)"
+     R"(18446744073709551615}]}})",
+     "/acl/mac_ace/0/vlan_id: the value is none of those that are known"},
+};
+
+TEST_F(Settings, that_are_not_as_they_should_be_are_refused_with_place_and_reason) {
+    for (const Unfit& wrong : unfit) {
+        const Json answer = admin("POST", of_switch("/settings"), wrong.document, 400);
+        EXPECT_TRUE(std::string(answer["error"]).starts_with(wrong.error)) << answer;
+    }
+    EXPECT_TRUE(admin_get(of_switch("/settings")).empty());
+    EXPECT_EQ(counter("settings-queued"), 0);
+}
+
+TEST_F(Settings, that_are_not_as_they_should_be_are_queued_for_whoever_wants_it) {
+    admin("POST", of_switch("/settings?anyway=0"), R"({"nonsense":1})", 400);
+    const Json answer = admin("POST", of_switch("/settings?anyway=1"), R"({"nonsense":1})", 201);
+    EXPECT_EQ(answer["config_seqno"], 2);
+    EXPECT_EQ(report_seqno(1)["nonsense"], 1);
+}
+
+std::string list_vlans(int count) {
+    std::string list = "1";
+    for (int i = 1; i < count; i++)
+        list += "," + std::to_string(1000 + i % 3000);
+    return list;
+}
+
+TEST_F(Settings, may_have_the_longest_list_of_vlans_and_one_that_is_far_too_long) {
+    const auto port = [](const std::string& vlans) {
+        return R"({"system":{"ports":[{"id":"1","tagged_vlans":")" + vlans + R"("}]}})";
+    };
+    queue(port(list_vlans(4094)));
+    queue(port(list_vlans(800000)));
+    const Json answer = admin("POST", of_switch("/settings"), port(list_vlans(800000) + ","), 400);
+    EXPECT_TRUE(std::string(answer["error"]).starts_with("/system/ports/0/tagged_vlans: the text"));
+}
+
+TEST_F(Settings, that_are_nothing_but_faults_are_refused_for_the_first) {
+    std::string faults = R"({"qos":{"cos":[1)";
+    for (int i = 0; i < 100'000; i++)
+        faults += ",1";
+    const Json answer = admin("POST", of_switch("/settings"), faults + "]}}", 400);
+    EXPECT_TRUE(std::string(answer["error"]).starts_with("/qos/cos/0: the value is of another"));
 }
 
 TEST_F(Settings, a_report_without_a_usable_number_acknowledges_nothing) {
