@@ -16,6 +16,12 @@ constexpr std::string_view listen_path = "/router/listen/";
 // How often a waiting poll looks whether its peer is still there.
 constexpr auto glance = std::chrono::milliseconds(200);
 
+using Clock = std::chrono::steady_clock;
+
+Clock::time_point find_end(double seconds) {
+    return Clock::now() + std::chrono::milliseconds(std::int64_t(seconds * 1000));
+}
+
 Reply make_empty_reply() { return {200, "{}"}; }
 
 } // namespace
@@ -42,17 +48,35 @@ Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
     polls.count++;
     changed_.notify_all();
     events_.note("poll", mac, mac + " waits on the keeper channel", {{"port", call.port}});
-    const auto end = std::chrono::steady_clock::now() +
-                     std::chrono::milliseconds(std::int64_t(policy_.get().poll_seconds * 1000));
+    const auto end = find_end(policy_.get().poll_seconds);
+    std::optional late = find_end(policy_.get().first_checkin_seconds);
     std::optional<ActionRecord> action;
     while (!stopping_ && polls.latest == number && !call.hung_up()) {
-        if ((action = store_.take_action(mac)) || std::chrono::steady_clock::now() >= end)
+        if (late && Clock::now() >= *late) {
+            note_late_checkin(mac);
+            late.reset();
+        }
+        if ((action = store_.take_action(mac)) || Clock::now() >= end)
             break;
         changed_.wait_for(lock, glance);
     }
     if (--polls.count == 0)
         waiting_.erase(mac);
     return action ? answer(*action, mac, call.port) : make_empty_reply();
+}
+
+// A switch that polls is up and finds its clouds: if it never checks in, its check-in host, its
+// account, its trust or its clock is most likely wrong.
+void KeeperService::note_late_checkin(const std::string& mac) {
+    const auto known = store_.find_switch(mac);
+    const bool checked_in = known && known->last_seen != 0;
+    if (checked_in || !store_.list_events(0, "no-checkin", mac).empty())
+        return;
+    events_.note(
+        "no-checkin", mac,
+        mac + " polls the keeper but has never checked in" +
+            (known ? "" : "; it is not registered here"),
+        {{"registered", known.has_value()}});
 }
 
 Reply KeeperService::answer(const ActionRecord& action, const std::string& mac, int port) {

@@ -23,6 +23,7 @@ class KeeperService {
 
   private:
     Reply wait_for_action(const std::string& mac, const Call& call);
+    void note_late_checkin(const std::string& mac); // once a switch
     Reply answer(const ActionRecord& action, const std::string& mac, int port);
 
     Store& store_;

@@ -20,6 +20,7 @@ const char usage[] =
     "  --redeliver-seconds S   least time between two deliveries of one document (10)\n"
     "  --redeliver-tries N     deliveries before a document counts as refused, 0: no limit (10)\n"
     "  --poll-seconds S        a long-poll without an action is answered after this (1500)\n"
+    "  --first-checkin-seconds S  who polls that long and never checked in is told of (60)\n"
     "  --quiet                 print no events\n"
     "Every port is on 127.0.0.1 and any free one unless given.\n";
 
@@ -86,6 +87,10 @@ constexpr ValueOption value_options[] = {
     {"--poll-seconds",
      [](Options& o, Text n, Text v) {
          o.policy.poll_seconds = parse_number<double>(n, v, 0, one_year);
+     }},
+    {"--first-checkin-seconds",
+     [](Options& o, Text n, Text v) {
+         o.policy.first_checkin_seconds = parse_number<double>(n, v, 0, one_year);
      }},
 };
 

@@ -15,6 +15,7 @@ struct Policy {
     std::int64_t redeliver_tries =
         10;                     // deliveries before a document counts as refused; 0: no limit
     double poll_seconds = 1500; // a long-poll without an action is answered after this
+    double first_checkin_seconds = 60; // who polls that long and never checked in is told of
 };
 
 class PolicyBox {

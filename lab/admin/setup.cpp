@@ -14,7 +14,8 @@ Json describe_policy(const Policy& policy) {
         {"clock_offset", policy.clock_offset},
         {"redeliver_seconds", policy.redeliver_seconds},
         {"redeliver_tries", policy.redeliver_tries},
-        {"poll_seconds", policy.poll_seconds}};
+        {"poll_seconds", policy.poll_seconds},
+        {"first_checkin_seconds", policy.first_checkin_seconds}};
 }
 
 } // namespace
@@ -29,13 +30,16 @@ Reply set_policy(const Request& request) {
     const Json body = parse_object(request);
     Policy policy = request.parts.policy.get();
     refuse_other_members(
-        body, {"window", "clock_offset", "redeliver_seconds", "redeliver_tries", "poll_seconds"});
+        body, {"window", "clock_offset", "redeliver_seconds", "redeliver_tries", "poll_seconds",
+               "first_checkin_seconds"});
     take_number<std::int64_t>(body, "window", 0, widest_offset, policy.window);
     take_number<std::int64_t>(
         body, "clock_offset", -widest_offset, widest_offset, policy.clock_offset);
     take_number<double>(body, "redeliver_seconds", 0, longest_pause, policy.redeliver_seconds);
     take_number<std::int64_t>(body, "redeliver_tries", 0, longest_pause, policy.redeliver_tries);
     take_number<double>(body, "poll_seconds", 0, longest_pause, policy.poll_seconds);
+    take_number<double>(
+        body, "first_checkin_seconds", 0, longest_pause, policy.first_checkin_seconds);
     request.parts.policy.set(policy);
     return reply_json(describe_policy(policy));
 }

@@ -81,6 +81,30 @@ TEST_F(Keeper, an_unregistered_switch_waits_like_any_other) {
     EXPECT_TRUE(stranger.get().connected);
 }
 
+TEST_F(Keeper, a_switch_that_polls_but_never_checks_in_is_told_of_once) {
+    admin("PUT", "/config", R"({"first_checkin_seconds":0.1,"poll_seconds":0.6})");
+    poll().get();
+    poll().get();
+    const Json found = events("no-checkin");
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0]["mac"], mac);
+    EXPECT_EQ(found[0]["text"], std::string(mac) + " polls the keeper but has never checked in");
+    get(keeper_listener(), "/router/listen/00:00:00:00:00:09");
+    EXPECT_EQ(
+        nth_event("no-checkin", 2)["text"],
+        "00:00:00:00:00:09 polls the keeper but has never checked in; it is not registered here");
+}
+
+TEST_F(Keeper, a_switch_that_has_checked_in_or_polls_only_briefly_is_not_told_of) {
+    EXPECT_EQ(admin_get("/config")["first_checkin_seconds"], 60);
+    admin("PUT", "/config", R"({"first_checkin_seconds":0.1,"poll_seconds":0.6})");
+    report_seqno(1);
+    poll().get();
+    admin("PUT", "/config", R"({"first_checkin_seconds":10})");
+    get(keeper_listener(), "/router/listen/00:00:00:00:00:09");
+    EXPECT_EQ(counter("no-checkin"), 0);
+}
+
 TEST_F(Keeper, other_requests_are_refused) {
     EXPECT_EQ(get(keeper_listener(), "/router/listen/nobody").status, 403);
     EXPECT_EQ(get(keeper_listener(), "/router/listen/aa:bb:cc:dd:ee:ff").status, 403);
