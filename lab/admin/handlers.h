@@ -19,6 +19,7 @@ Reply show_history(const Request& request);
 Reply show_checkins(const Request& request);
 Reply show_diagnostics(const Request& request);
 Reply show_way(const Request& request);
+void add_refusal(Json& text, const SwitchOverview& entry); // "refusal", if its last try had one
 
 // switches.cpp
 Reply list_switches(const Request& request);

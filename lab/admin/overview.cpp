@@ -46,8 +46,7 @@ Json describe_overview(const Request& request, const SwitchOverview& entry) {
         {"pending_seqno", entry.pending_seqno},
         {"reports", entry.reports},
         {"waiting_polls", request.parts.keeper.count_waiting(entry.mac)}};
-    if (entry.refused_at)
-        text["refusal"] = describe_refusal(entry.refused_at, entry.refusal);
+    add_refusal(text, entry);
     return text;
 }
 
@@ -63,6 +62,11 @@ Reply reply_page(const TextPage& page) {
 }
 
 } // namespace
+
+void add_refusal(Json& text, const SwitchOverview& entry) {
+    if (entry.refused_at)
+        text["refusal"] = describe_refusal(entry.refused_at, entry.refusal);
+}
 
 Reply show_overview(const Request& request) {
     const auto page = request.parts.overview.list_switches(

@@ -1,5 +1,7 @@
 // Accounts of switches: listed, registered, forgotten.
 #include <algorithm>
+#include <limits>
+#include <map>
 
 #include "lab/admin/handlers.h"
 
@@ -34,18 +36,33 @@ Json describe_switch(const Request& request, const SwitchRecord& record) {
         {"waiting_polls", request.parts.keeper.count_waiting(record.mac)}};
 }
 
+// Those whose last try was refused.
+std::vector<SwitchOverview> list_refused(const Request& request) {
+    const Page all = {0, std::numeric_limits<std::int64_t>::max()};
+    return request.parts.overview.list_switches({"", "refused", all, wall_seconds()}).switches;
+}
+
 } // namespace
 
 Reply list_switches(const Request& request) {
-    Json list = Json::array();
+    std::map<std::string, Json> list;
     for (const auto& record : request.parts.store.list_switches())
-        list.push_back(describe_switch(request, record));
-    return reply_json(list);
+        list[record.mac] = describe_switch(request, record);
+    for (const auto& refused : list_refused(request))
+        if (const auto found = list.find(refused.mac); found != list.end())
+            add_refusal(found->second, refused);
+    Json body = Json::array();
+    for (auto& [mac, text] : list)
+        body.push_back(std::move(text));
+    return reply_json(body);
 }
 
 Reply show_switch(const Request& request) {
-    const auto record = request.parts.store.find_switch(require_switch(request));
-    return reply_json(describe_switch(request, record.value()));
+    const std::string mac = require_switch(request);
+    Json text = describe_switch(request, request.parts.store.find_switch(mac).value());
+    if (const auto entry = request.parts.overview.find_switch(mac, wall_seconds()))
+        add_refusal(text, *entry);
+    return reply_json(text);
 }
 
 Reply register_switch(const Request& request) {

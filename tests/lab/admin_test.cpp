@@ -26,6 +26,28 @@ TEST_F(Admin, registers_changes_lists_and_forgets_switches) {
     EXPECT_EQ(admin_get("/switches").size(), 1u);
 }
 
+TEST_F(Admin, shows_the_last_refusal_until_a_try_is_accepted) {
+    admin("PUT", "/switches/0011223344aa", R"({"key":"k","secret":"s"})", 201);
+    EXPECT_FALSE(admin_get(of_switch("")).contains("refusal"));
+    for (const char* secret : {"wrong", "lab-secret"}) {
+        Checkin checkin;
+        checkin.secret = secret;
+        checkin.key = secret == std::string("wrong") ? "lab-key" : "no-key";
+        EXPECT_EQ(check_in(checkin).status, 403);
+    }
+    const Json shown = admin_get(of_switch(""));
+    EXPECT_EQ(shown["refusal"]["code"], "key");
+    EXPECT_EQ(
+        shown["refusal"]["reason"], std::string("the key \"no-key\" is not the key of ") + mac);
+    EXPECT_EQ(shown["refusal"]["time"], events("rejected")[1]["time"]);
+    const Json list = admin_get("/switches");
+    EXPECT_FALSE(list[0].contains("refusal"));
+    EXPECT_EQ(list[1], shown);
+    report_seqno(1);
+    EXPECT_FALSE(admin_get(of_switch("")).contains("refusal"));
+    EXPECT_FALSE(admin_get("/switches")[1].contains("refusal"));
+}
+
 TEST_F(Admin, refuses_bad_switches) {
     for (const char* body :
          {"", "[]", R"({"key":"k"})", R"({"secret":"s"})", R"({"key":1,"secret":"s"})",
