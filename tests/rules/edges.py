@@ -15,7 +15,7 @@ HARMLESS = """
     strdup strndup strerror memcpy memset memmove memcmp memchr explicit_bzero free atoi qsort
     write read __read_chk fstat fstat64 __fstat64_time64 __errno_location perror stderr stdout printf puts fputs fflush putchar fputc
     fclose fread fwrite feof ferror fgets fgetc getc fprintf fputs __fdelt_chk __assert_fail
-    mktime gmtime_r random getpid signal sigaction sigemptyset sigaddset raise poll
+    mktime gmtime_r random getpid unsetenv signal sigaction sigemptyset sigaddset raise poll
     floor floorf fabs trunc isdigit isspace __ctype_b_loc __ctype_tolower_loc tolower
     __stack_chk_fail _GLOBAL_OFFSET_TABLE_ localeconv
 """.split()
