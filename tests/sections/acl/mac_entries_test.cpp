@@ -147,6 +147,7 @@ TEST_F(AceMacs, values_of_a_new_entry) {
     put_list("A", ACL_MAC, 0);
     for (const EntryCase& it : cases) {
         device.acl.lists[0].entries.clear();
+        copy_lists_to_chip(board);
         forget();
         EXPECT_EQ(create(it.members), 0) << it.members;
         EXPECT_EQ(entry(), it.entry ? it.entry : "none") << it.members;
@@ -213,6 +214,7 @@ TEST_F(AceMacs, modifying_replaces_only_what_is_named) {
     put_list("A", ACL_MAC, 0);
     for (const EntryCase& it : cases) {
         device.acl.lists[0].entries.clear();
+        copy_lists_to_chip(board);
         create(full_entry);
         forget();
         EXPECT_EQ(modify(it.members), 0) << it.members;
