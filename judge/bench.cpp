@@ -1,4 +1,4 @@
-// The bench; see bench.h.
+// Counting calls, noting the one that runs, and taking down findings.
 #include "judge/bench.h"
 
 #include <unistd.h>

@@ -1,4 +1,4 @@
-// What judging a change needs; see changes.h.
+// Comparing what must stay as it is, and undoing changes, the last first.
 #include "judge/changes.h"
 
 #include <algorithm>

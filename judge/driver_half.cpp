@@ -1,4 +1,4 @@
-// The driver's half; see driver_half.h.
+// Looking for the driver functions by name, and asking the device node what it must refuse.
 #include "judge/driver_half.h"
 
 #include <dlfcn.h>

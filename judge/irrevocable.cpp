@@ -1,4 +1,4 @@
-// What cannot be put back; see irrevocable.h.
+// Reboot, reset, firmware and the like: one row an option.
 #include "judge/irrevocable.h"
 
 #include <cstring>

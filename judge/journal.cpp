@@ -1,4 +1,4 @@
-// The journal; see journal.h.
+// A line a change, written before the change is made and taken off once it is put back.
 #include "judge/journal.h"
 
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-// The command line; see options.h.
+// Reading the command line; what does not fit together is refused with the usage.
 #include "judge/options.h"
 
 #include <getopt.h>

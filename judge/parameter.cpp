@@ -1,4 +1,4 @@
-// Arguments of calls; see parameter.h.
+// The numbers and records that are tried for each kind of argument, and what an output may hold.
 #include "judge/parameter.h"
 
 #include <algorithm>

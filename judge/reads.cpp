@@ -1,4 +1,4 @@
-// Judging getters; see operation.h.
+// Calling a getter with good and bad arguments, and looking at all that it touches.
 #include <algorithm>
 
 #include "judge/operation.h"

@@ -1,4 +1,4 @@
-// The forms of a report; see report.h.
+// Writing the findings: the table, JSON, JUnit XML and the ticket.
 #include "judge/report.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What is kept over a restart; see restart.h.
+// Leaving marks before a restart, and looking for them after it.
 //
 // Run 1 saves, then sets everything to other values without a save. Run 2 finds the cloud settings
 // as they were set and all else as it was saved; it sets the others again and saves. Run 3 finds

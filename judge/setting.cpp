@@ -1,4 +1,4 @@
-// Judging settings; see setting.h.
+// Trying a setter with each value of its range and beyond, and reading it back.
 #include "judge/setting.h"
 
 #include <algorithm>

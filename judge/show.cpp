@@ -1,4 +1,4 @@
-// How a call reads in a finding; see show.h.
+// Writing a call as a trace shows it.
 #include "judge/show.h"
 
 #include <cstdio>

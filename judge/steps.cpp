@@ -1,4 +1,4 @@
-// The steps of a judgement; see steps.h.
+// The list of steps, and which options ask for which.
 #include "judge/steps.h"
 
 #include "judge/changes.h"

@@ -1,4 +1,4 @@
-// Calls from two threads at once, and from a signal handler; see together.h.
+// Making calls side by side and crosswise, and comparing with what one thread alone gets.
 #include "judge/together.h"
 
 #include <pthread.h>

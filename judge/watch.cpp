@@ -1,4 +1,4 @@
-// Watching over the process that makes the calls; see watch.h.
+// Reading the pipe, waiting with patience, and telling a crash from a hang.
 #include "judge/watch.h"
 
 #include <poll.h>

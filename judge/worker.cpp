@@ -1,4 +1,4 @@
-// The process that makes the calls; see worker.h.
+// Running the steps in a child, and sending each finding through the pipe.
 #include "judge/worker.h"
 
 #include <signal.h>
