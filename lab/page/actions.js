@@ -1,5 +1,5 @@
 // What a switch is told to do at once, and what its tests found.
-import {get, of_switch, post} from "./api.js";
+import {get, of_switch, post, print} from "./api.js";
 import {draw_cable} from "./cable.js";
 import {button, el, field, refill, replace, select} from "./dom.js";
 import {notice, trying} from "./notices.js";
@@ -33,7 +33,7 @@ const result = ({time, report, diagnostic}) => el("li", {"data-report": report},
 
 const action_row = ({id, state, document, time}) => el("li", {},
   el("span", {class: `chip ${state}`}, state === "answered" ? "✓ sent" : "… waiting"), " ",
-  el("span", {class: "mono"}, JSON.stringify(document)), " ", el("span", {class: "faint number"}, `${id}, ${ago(time)}`));
+  el("span", {class: "mono"}, print(document)), " ", el("span", {class: "faint number"}, `${id}, ${ago(time)}`));
 
 const whole = (value, least, most) => el("input", {type: "number", value, min: least, max: most, required: true});
 

@@ -31,7 +31,11 @@ async function ask(method, path, body) {
   throw new Refused(answer.status, reason || `The lab cloud answered ${answer.status}.`);
 }
 
-const json = (document) => typeof document === "string" ? document : JSON.stringify(document);
+// The text of a document, a BigInt as the number that it stands for.
+export const print = (document, indent) => JSON.stringify(document, (key, value) =>
+  typeof value === "bigint" ? JSON.rawJSON?.(String(value)) ?? String(value) : value, indent);
+
+const json = (document) => typeof document === "string" ? document : print(document);
 
 export const get = (path, query) => ask("GET", query ? `${path}?${new URLSearchParams(query)}` : path);
 export const post = (path, document) => ask("POST", path, json(document));

@@ -1,4 +1,5 @@
 // What the report after a delivery says against the settings that were delivered.
+import {print} from "./api.js";
 import {list_numbers} from "./ports.js";
 
 // What is an order and not a state, or is never reported.
@@ -77,7 +78,7 @@ function compare(way, wanted, reported, into) {
     else if (value !== null && typeof value === "object")
       compare(here, value, found, into);
     else
-      into.set(here, equal(here, value, found) ? null : [here, JSON.stringify(value), JSON.stringify(found)]);
+      into.set(here, equal(here, value, found) ? null : [here, print(value), print(found)]);
   }
 }
 

@@ -41,18 +41,21 @@ function model(raw, number, neighbours, members) {
     power: raw.poe?.power_draw ?? null,
     reset: raw.connkeeper_reset,
     vlan: raw.pvid,
-    macs: raw.connected_device_mac_list ?? [],
+    macs: Array.isArray(raw.connected_device_mac_list) ? raw.connected_device_mac_list : [],
   };
 }
 
+const elements = (list) => Array.isArray(list) ? list.filter((item) => item !== null && typeof item === "object") : [];
+
+// Whatever came in the report's place: what is no port is left out.
 export function ports_of(report) {
-  const remote = report?.lldp?.remote ?? [];
-  const groups = report?.system?.link_aggregation ?? [];
-  return (report?.system?.ports ?? []).map((raw, index) => model(raw, index + 1,
+  const remote = elements(report?.lldp?.remote);
+  const groups = elements(report?.system?.link_aggregation);
+  return elements(report?.system?.ports).map((raw, index) => typeof raw.id === "string" && model(raw, index + 1,
     remote.filter((neighbour) => neighbour.port === index + 1),
     raw.id.startsWith("trunk")
       ? groups.find((group) => group.id === Number(raw.id.slice(5)))?.members ?? ""
-      : null));
+      : null)).filter(Boolean);
 }
 
 export const neighbour_name = (neighbour) =>

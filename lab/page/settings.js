@@ -1,5 +1,5 @@
 // Settings of a switch: an editor, forms, and the way of every document.
-import {get, of_switch, post, remove} from "./api.js";
+import {get, of_switch, post, print, remove} from "./api.js";
 import {comparison} from "./compare.js";
 import {contradictions} from "./contradictions.js";
 import {make_daily} from "./daily.js";
@@ -11,7 +11,7 @@ import {show_frame} from "./switch.js";
 import {clock_time, plural} from "./words.js";
 
 const PER_PAGE = 10;
-const pretty = (document) => JSON.stringify(document, null, 2);
+const pretty = (document) => print(document, 2);
 
 const STEPS = [["queued", "Queued"], ["delivered", "Delivered"], ["acknowledged", "Acknowledged"]];
 const REACHED = {pending: 1, delivered: 2, acknowledged: 3, refused: 2};

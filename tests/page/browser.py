@@ -10,7 +10,7 @@ from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 
-from workbench import Lab, MAC, Switch, wait_until
+from workbench import Failed, Lab, MAC, Switch, wait_until
 
 BUILD = pathlib.Path(os.environ["VX_BUILD"])
 PICTURES = BUILD / "pictures"
@@ -93,7 +93,11 @@ class PageTest(unittest.TestCase):
                 return condition()
             except StaleElementReferenceException:
                 return None
-        return wait_until(what, met, seconds)
+        try:
+            return wait_until(what, met, seconds)
+        except Failed:
+            self.driver.save_screenshot(str(PICTURES / f"failed-{self.id().split('.')[-1]}.png"))
+            raise
 
     def find(self, css, text=None, seconds=20):
         """The first element that fits and, if given, holds a text; waited for."""

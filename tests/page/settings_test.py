@@ -145,6 +145,60 @@ class Editor(PageTest):
         self.assertIn("device_access", self.offers())
 
 
+# A document, the report after it, and the members that the report contradicts.
+VERDICTS = (
+    ({"system": {"dark_mode": True}}, {"system": {"dark_mode": True}}, []),
+    ({"system": {"dark_mode": True}}, {"system": {"dark_mode": False}}, ["system › dark_mode"]),
+    ({"system": {"dark_mode": True}}, {"system": {}}, []),
+    ({"System": {"Jumbo_Frames": {"size": 9000}}}, {"system": {"jumbo_frames": {"size": 1522}}},
+     ["System › Jumbo_Frames › size"]),
+    ({"system": {"cloud": {"key": "k", "secret": "s", "timeout": 5, "checkin_interval": 60}}},
+     {"system": {"cloud": {"checkin_interval": 300}}}, ["system › cloud › checkin_interval"]),
+    ({"system": {"cloud": {"checkin_url": "a"}}}, {"system": {"cloud": {"checkin_host": "b"}}},
+     ["system › cloud › checkin_url"]),
+    ({"system": {"reboot": True}}, {"system": {"reboot": False}}, []),
+    ({"system": {"ports": [{"id": "3", "tagged_vlans": "1,2,3", "reset": True}]}},
+     {"system": {"ports": [{"id": "3", "tagged_vlans": "1-3"}]}}, []),
+    ({"system": {"ports": [{"id": "3", "pvid": 2}, {"id": "3", "pvid": 4}]}},
+     {"system": {"ports": [{"id": "1", "pvid": 9}, {"id": "3", "pvid": 4}]}}, []),
+    ({"system": {"ports": [{"id": "9", "pvid": 2}]}}, {"system": {"ports": [{"id": "1"}]}},
+     ["system › ports › 9"]),
+    ({"system": {"ports": [{"id": "1", "rate_limit": {"tx_limit_kbps": 5000, "rx_limit_kbps": 64}}]}},
+     {"system": {"ports": [{"id": "1", "rate_limit": {
+         "enable_tx": False, "tx_limit_kbps": 0, "enable_rx": True, "rx_limit_kbps": 32}}]}},
+     ["system › ports › 1 › rate_limit › rx_limit_kbps"]),
+    ({"system": {"snmp": {"communities": [{"name": "a", "access": 1, "action": 1},
+                                          {"name": "b", "action": 2}]}}},
+     {"system": {"snmp": {"communities": [{"name": "b", "access": 1}]}}},
+     ["system › snmp › communities › a", "system › snmp › communities › b"]),
+    ({"acl": {"mac_ace": [{"acl_name": "p", "sequence": 1, "method": 1, "action": 1,
+                           "source_mac": "00-1b-a9-00-00-00"}]}},
+     {"acl": {"mac_ace": [{"acl_name": "p", "sequence": 1, "action": 0,
+                           "source_mac": "00:1B:A9:00:00:00"}]}}, ["acl › mac_ace › p 1 › action"]),
+)
+
+
+class Verdicts(PageTest):
+    scenario = None
+
+    def test_a_report_is_held_against_the_settings_before_it(self):
+        self.open()
+        for document, report, expected in VERDICTS:
+            with self.subTest(document=document):
+                found = self.driver.execute_async_script(
+                    "const [document, report, done] = arguments;"
+                    "import('/page/contradictions.js').then(({contradictions}) =>"
+                    " done(contradictions(document, report).map(([way]) => way)))", document, report)
+                self.assertEqual(expected, found)
+
+    def test_large_counters_keep_every_digit(self):
+        self.open()
+        kept = self.driver.execute_async_script(
+            "const done = arguments[0]; import('/page/api.js').then(({parse, print}) =>"
+            " done(print(parse('{\"all\":18446744073709551615,\"few\":7}'))))")
+        self.assertEqual('{"all":18446744073709551615,"few":7}', kept)
+
+
 class Documents(PageTest):
     speed = 120
     lab_options = ("--redeliver-seconds", "1", "--redeliver-tries", "2")

@@ -23,6 +23,20 @@ class Switches(PageTest):
         self.lab.ask("DELETE", f"/switches/{STRANGER}")
         self.wait("the list follows", lambda: not self.all(f"tr[data-mac='{STRANGER}']"))
 
+    def test_pages_gone_from_leave_no_connection_behind(self):
+        for _ in range(8):  # a browser has six for a host
+            self.driver.get("about:blank")
+            self.driver.get(self.address + f"#/switch/{MAC}/ports")
+            self.find("a.port[data-port='1']", seconds=15)
+            self.find("#live.on")
+
+    def test_nothing_comes_from_elsewhere(self):
+        self.open()
+        self.find(f"tr[data-mac='{MAC}']")
+        loaded = self.script("return performance.getEntriesByType('resource').map((one) => one.name)")
+        self.assertGreater(len(loaded), 10)
+        self.assertEqual([], [name for name in loaded if not name.startswith(self.address)])
+
     def test_the_list_is_searched(self):
         self.open()
         self.type_into("input[type=search]", "nothing is called this")
