@@ -6,6 +6,7 @@
 #include "core/dispatch.h"
 #include "platform/util.h"
 #include "sim/instruments/codes.h"
+#include "tests/sections/odd_switch.h"
 #include "tests/support/on_board.h"
 
 namespace {
@@ -78,6 +79,30 @@ TEST_F(Mirror, report_of_a_group_that_is_on_converts_sent_before_received_ports)
             "sal_mirror_group_targetPort_get(1) = 0", "sal_mirror_group_igrState_get(1) = 0",
             "sal_mirror_group_state_get(1) = 0", "sal_mirror_group_sourcePort_get(1) = 0",
             "sal_util_bitmap2numstr({5}) = 0", "sal_util_bitmap2numstr({1-3}) = 0"}));
+}
+
+TEST_F(Mirror, report_of_a_group_in_state_2_has_neither_target_nor_ingress) {
+    second_group_on(board);
+    OddSwitch odd;
+    odd.session = 2;
+    Json document(report_of(vxc_mirror_get).text);
+    EXPECT_EQ(
+        compact(getJsonArrayItem(document["port_mirror"], 1)),
+        R"({"id":2,"destination_port":0,"source_tx_port":"6","source_rx_port":"2-4",)"
+        R"("ingress_state":0,"session_state":true})");
+    EXPECT_FALSE(called("sal_mirror_group_igrState_get"));
+}
+
+TEST_F(Mirror, report_has_the_sources_of_groups_in_state_1_only) {
+    second_group_on(board);
+    OddSwitch odd;
+    odd.sources = 2;
+    Json document(report_of(vxc_mirror_get).text);
+    EXPECT_EQ(
+        compact(getJsonArrayItem(document["port_mirror"], 1)),
+        R"({"id":2,"destination_port":12,"source_tx_port":"","source_rx_port":"",)"
+        R"("ingress_state":1,"session_state":true})");
+    EXPECT_FALSE(called("sal_mirror_group_sourcePort_get"));
 }
 
 TEST_F(Mirror, report_ends_at_each_call_that_fails_with_the_groups_before_it) {
@@ -182,6 +207,15 @@ TEST_F(Mirror, a_list_of_sources_replaces_the_other_set_stays) {
     forget();
     set(R"([{"id":2,"session_state":true,"destination_port":12,"source_tx_port":""}])");
     EXPECT_EQ(trace()[3], "sal_mirror_group_sourcePort_set(1, {7}, {}) = 0");
+}
+
+TEST_F(Mirror, without_a_state_a_group_in_state_2_is_not_deleted) {
+    second_group_on(board);
+    OddSwitch odd;
+    odd.session = 2;
+    EXPECT_EQ(set(R"([{"id":2}])"), 0);
+    EXPECT_FALSE(called("sal_mirror_group_del"));
+    EXPECT_EQ(group(2).target, 11);
 }
 
 TEST_F(Mirror, an_element_without_id_is_skipped) {

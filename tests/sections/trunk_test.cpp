@@ -8,6 +8,7 @@
 #include "platform/trunk.h"
 #include "sections/trunk_related.h"
 #include "sim/instruments/codes.h"
+#include "tests/sections/odd_switch.h"
 #include "tests/support/on_board.h"
 #include "tests/support/sized_board.h"
 
@@ -348,6 +349,34 @@ TEST_F(Trunk, port_security_on_a_port_that_stays_in_the_group_does_not_matter) {
     EXPECT_EQ(recorded(), Codes{});
 }
 
+// Of security, link and enable 1 is the one value that counts.
+
+TEST_F(Trunk, port_security_in_state_2_refuses_nothing) {
+    OddSwitch odd;
+    odd.security = 2;
+    EXPECT_EQ(set(R"([{"id":1,"mode":1,"members":"3"}])"), 0);
+    EXPECT_EQ(recorded(), Codes{});
+    EXPECT_EQ(trunk(1).members[0], 4u);
+}
+
+TEST_F(Trunk, a_link_in_state_2_is_not_taken_down) {
+    OddSwitch odd;
+    odd.link = 2;
+    EXPECT_EQ(set(R"([{"id":1,"mode":1,"members":"1"}])"), 0);
+    EXPECT_TRUE(called("sal_port_linkStatus_get"));
+    EXPECT_FALSE(called("ioctl"));
+    EXPECT_FALSE(called("sleep"));
+    EXPECT_FALSE(called("sal_port_enable_get"));
+}
+
+TEST_F(Trunk, a_port_whose_configured_state_is_2_stays_down) {
+    OddSwitch odd;
+    odd.enable = 2;
+    EXPECT_EQ(set(R"([{"id":1,"mode":1,"members":"1"}])"), 0);
+    EXPECT_EQ(steps().back(), "sal_port_enable_get(0) = 0");
+    EXPECT_FALSE(link(1));
+}
+
 TEST_F(Trunk, groups_beyond_the_switchs_own_end_the_handler) {
     EXPECT_EQ(
         set(R"([{"id":9,"mode":1,"members":"3"},{"id":1,"mode":1,"members":"3"}])"),
@@ -587,6 +616,15 @@ TEST_F(Trunk, static_addresses_that_lie_wholly_on_the_group_are_deleted) {
                  "sal_l2_static_macEntry_del(02:00:00:00:00:01) = 0",
                  "sal_l2_static_macEntry_del(02:00:00:00:00:02) = 0",
                  "sal_l2_static_macEntry_del(02:00:00:00:00:03) = 0"}));
+}
+
+TEST_F(Trunk, an_address_with_a_single_byte_is_one) {
+    for (std::size_t byte = 0; byte < MAC_ADDRESS_SIZE; ++byte) {
+        device.macs.fixed = {{{}, 1, ports({1}), false}};
+        device.macs.fixed[0].mac[byte] = 1;
+        sn_trunkRelated(ports({1}));
+        EXPECT_TRUE(device.macs.fixed[0].freed) << byte;
+    }
 }
 
 TEST_F(Trunk, what_is_left_in_a_free_place_is_no_static_address) {

@@ -144,6 +144,11 @@ TEST_F(UplinkPort, a_header_of_more_than_100_characters_ends_there) {
     EXPECT_EQ(report_with(table), uplink(5));
 }
 
+TEST_F(UplinkPort, a_header_of_exactly_100_characters_is_read_whole) {
+    // A character of it that was left would be taken for an address and shift the columns.
+    EXPECT_EQ(report_with(std::string(100, 'h') + "\n" + gateway_line), uplink(5));
+}
+
 TEST_F(UplinkPort, words_of_any_length_are_survived) {
     std::string line = std::string(5000, '1') + " " + std::string(5000, '2') + " 3 " +
                        std::string(5000, '4') + " 5 " + std::string(5000, '6') + "\n";

@@ -12,6 +12,7 @@
 #include "sections/port/report.h"
 #include "sim/instruments/codes.h"
 #include "tests/sections/acl/support.h"
+#include "tests/sections/odd_switch.h"
 #include "tests/support/captured_stdout.h"
 #include "tests/support/sized_board.h"
 
@@ -45,6 +46,13 @@ Lines without_frame(const Lines& lines) {
             kept.push_back(line);
     }
     return kept;
+}
+
+// An odd switch takes what the trace says was refused.
+Lines without_results(Lines lines) {
+    for (std::string& line : lines)
+        line.erase(std::min(line.find(" = "), line.size()));
+    return lines;
 }
 
 class PortConfig : public OnBoardWithLists {
@@ -201,6 +209,18 @@ TEST_F(PortConfig, an_entry_that_cannot_be_read_is_skipped) {
     EXPECT_EQ(recorded(), Codes{});
 }
 
+TEST_F(PortConfig, a_voice_vlan_that_does_not_exist_has_no_members) {
+    device.voice_vlan.mode = 1;
+    device.voice_vlan.vid = 20;
+    for (int vid : {19, 21, 4094}) {
+        device.vlans.table[vid].name = "v";
+        sim::set_bit(device.vlans.table[vid].tagged, 3, true);
+    }
+    EXPECT_EQ(
+        body("4", R"("voice_vlan":{"enable":true})"),
+        Lines{"sal_vlan_portVoiceVlanEnable_set(3, 1) = 0"});
+}
+
 TEST_F(PortConfig, while_the_voice_vlan_is_off_it_has_no_members) {
     device.voice_vlan.vid = 20;
     device.vlans.table[20].name = "v";
@@ -215,8 +235,8 @@ TEST_F(PortConfig, while_the_voice_vlan_is_off_it_has_no_members) {
 
 TEST_F(PortConfig, ids_of_every_form_find_their_port) {
     const std::map<std::string, int> ports = {
-        {"1", 0},       {"18", 17},     {"28", 27}, {"F1", 18}, {"F2", 28 - 9},
-        {"trunk1", 20}, {"trunk8", 27}, {"+3", 2},  {" 3", 2},  {"3rd", 2},
+        {"1", 0},       {"18", 17}, {"28", 27}, {"F1", 18}, {"F2", 28 - 9},  {"trunk1", 20},
+        {"trunk8", 27}, {"+3", 2},  {" 3", 2},  {"3rd", 2}, {"trunk1F", 20},
     };
     for (const auto& [id, p] : ports) {
         EXPECT_EQ(
@@ -230,8 +250,8 @@ TEST_F(PortConfig, ids_of_every_form_find_their_port) {
 TEST_F(PortConfig, ids_of_no_port_are_recorded_and_skipped) {
     debug_flag = 1;
     for (const char* id :
-         {"0", "trunk9", "29", "-1", "Fx", "F", "trunk", "trunkF1", "xtrunk1", "xF1", "x", "",
-          "F-40", "99999999999", "trunk2147483647", "-2147483648"}) {
+         {"0", "trunk9", "29", "-1", "Fx", "F", "trunk", "trunkF1", "F1trunk", "xtrunk1", "xF1",
+          "x", "", "F-40", "99999999999", "trunk2147483647", "-2147483648"}) {
         forget();
         EXPECT_EQ(
             apply(R"([{"id":")" + std::string(id) + R"(","enable":false},{"id":"2","pvid":1}])"), 0)
@@ -473,6 +493,24 @@ TEST_F(PortConfig, power_limit_type_1_is_the_users_limit_and_leaves_the_class_ou
     EXPECT_EQ(
         body("1", R"("poe":{"power_limit_type":255})", sim::code_bad_value),
         Lines{"sal_poe_power_th_type_config_set(0, 0) = 3"});
+}
+
+// For the day when the library knows more kinds of limit than two.
+TEST_F(PortConfig, every_power_limit_type_but_1_counts_the_class_in) {
+    OddSwitch odd;
+    odd.takes_any_limit = true;
+    const std::map<int, int> written = {{-1, 0}, {2, 3}, {3, 4}, {254, 255}, {258, 3}, {511, 0}};
+    for (auto [type, limit] : written)
+        EXPECT_EQ(
+            without_results(
+                body("1", R"("poe":{"power_limit_type":)" + std::to_string(type) + "}")),
+            (Lines{
+                "sal_poe_power_th_type_config_set(0, " + std::to_string(limit) + ")",
+                "sal_poe_port_classification_type_config_set(0, 1)"}))
+            << type;
+    EXPECT_EQ(
+        body("1", R"("poe":{"power_limit_type":1})").back(),
+        "sal_poe_port_classification_type_config_set(0, 0) = 0");
 }
 
 TEST_F(PortConfig, poe_of_a_port_without_it_is_passed_over) {
