@@ -1,13 +1,14 @@
-// A text is measured, formatted, and written to a console that may be stuck.
+// A text is written to a console that may be stuck.
 #include "base/debug.h"
 
 #include <fcntl.h>
 #include <poll.h>
 #include <stdarg.h>
-#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
+
+#include "base/text.h"
 
 uint32_t debug_flag;
 
@@ -40,22 +41,6 @@ void write_to_console(const char* text, size_t length) {
     close(console);
 }
 
-// A report is far longer than any buffer worth keeping, so the text is measured first.
-__attribute__((format(printf, 1, 0))) void print_formatted(const char* format, va_list arguments) {
-    va_list again;
-    va_copy(again, arguments);
-    int length = vsnprintf(nullptr, 0, format, arguments);
-    char* text =
-        length < 0 ? nullptr : static_cast<char*>(calloc(static_cast<size_t>(length) + 1, 1));
-    if (text) {
-        vsnprintf(text, static_cast<size_t>(length) + 1, format, again);
-        // Shorter than measured where another thread changed a host in between.
-        write_to_console(text, strlen(text));
-        free(text);
-    }
-    va_end(again);
-}
-
 } // namespace
 
 void debug_print(const char* format, ...) {
@@ -63,6 +48,9 @@ void debug_print(const char* format, ...) {
         return;
     va_list arguments;
     va_start(arguments, format);
-    print_formatted(format, arguments);
+    char* text = format_text(format, arguments);
     va_end(arguments);
+    if (text)
+        write_to_console(text, strlen(text));
+    free(text);
 }

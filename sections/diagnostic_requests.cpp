@@ -4,12 +4,12 @@
 
 #include <memory>
 #include <stdarg.h>
-#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
 #include "base/command.h"
 #include "base/errors.h"
+#include "base/text.h"
 #include "platform/diag.h"
 #include "platform/util.h"
 #include "sections/section.h"
@@ -91,15 +91,9 @@ OwnedText make_host_word(const char* host) {
 }
 
 __attribute__((format(printf, 1, 2))) OwnedText format_command(const char* format, ...) {
-    va_list arguments, again;
+    va_list arguments;
     va_start(arguments, format);
-    va_copy(again, arguments);
-    int length = vsnprintf(nullptr, 0, format, arguments);
-    OwnedText line(
-        length < 0 ? nullptr : static_cast<char*>(malloc(static_cast<size_t>(length) + 1)));
-    if (line)
-        vsnprintf(line.get(), static_cast<size_t>(length) + 1, format, again);
-    va_end(again);
+    OwnedText line(format_text(format, arguments));
     va_end(arguments);
     return line;
 }
