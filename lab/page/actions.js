@@ -4,7 +4,7 @@ import {draw_cable} from "./cable.js";
 import {button, el, field, refill, replace, select} from "./dom.js";
 import {notice, trying} from "./notices.js";
 import {ports_of} from "./ports.js";
-import {show_frame} from "./switch.js";
+import {show_frame} from "./frame.js";
 import {ago, clock_time} from "./words.js";
 
 const PER_PAGE = 10;

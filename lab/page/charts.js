@@ -4,7 +4,7 @@ import {el, field, replace} from "./dom.js";
 import {load_checkins, load_history, power_series, round_trip_series, traffic_series} from "./history.js";
 import {trying} from "./notices.js";
 import {ports_of} from "./ports.js";
-import {no_report, show_frame} from "./switch.js";
+import {no_report, show_frame} from "./frame.js";
 import {scaled} from "./words.js";
 
 export async function show_charts(place, mac) {

@@ -3,7 +3,7 @@ import {get} from "./api.js";
 import {button, el, field, replace, select} from "./dom.js";
 import {listen} from "./live.js";
 import {trying} from "./notices.js";
-import {show_frame} from "./switch.js";
+import {show_frame} from "./frame.js";
 import {clock_time, date_time, expected_by} from "./words.js";
 
 const MOST = 400; // kept in the page

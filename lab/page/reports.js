@@ -4,7 +4,7 @@ import {comparison} from "./compare.js";
 import {button, el, field, refill, replace} from "./dom.js";
 import {soon} from "./live.js";
 import {trying} from "./notices.js";
-import {no_report, show_frame} from "./switch.js";
+import {no_report, show_frame} from "./frame.js";
 import {make_tree} from "./tree.js";
 import {bytes, date_time} from "./words.js";
 

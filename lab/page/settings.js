@@ -7,7 +7,7 @@ import {button, el, refill, replace} from "./dom.js";
 import {faults_in, make_editor} from "./editor.js";
 import {notice, trying} from "./notices.js";
 import {load_schema} from "./schema.js";
-import {show_frame} from "./switch.js";
+import {show_frame} from "./frame.js";
 import {clock_time, plural} from "./words.js";
 
 const PER_PAGE = 10;
