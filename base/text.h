@@ -2,6 +2,16 @@
 #pragma once
 
 #include <stdarg.h>
+#include <stdlib.h>
+
+#include <memory>
+
+struct FreeText {
+    void operator()(char* text) const { free(text); }
+};
+
+// A text of malloc's that goes with whoever holds it.
+using OwnedText = std::unique_ptr<char, FreeText>;
 
 // The formatted text, which is the caller's to free; null where memory is short. Uses `arguments`
 // up. Is cut at the length that was measured where another thread changed an argument in between.

@@ -53,11 +53,6 @@ unsigned read_option(const cJSON* message, const Option& option) {
 
 namespace {
 
-struct FreeText {
-    void operator()(char* text) const { free(text); }
-};
-using OwnedText = std::unique_ptr<char, FreeText>;
-
 // What a host may consist of to be passed on bare. That includes a leading "-": it is the host the
 // cloud named, and what the commands make of it is the worst that it can do.
 const char plain_characters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"

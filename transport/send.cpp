@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "base/debug.h"
+#include "base/text.h"
 #include "transport/api_client.h"
 #include "transport/reply.h"
 
@@ -52,16 +53,11 @@ int32_t api_get_buff(
     return send_json(protocol, host, path, "GET", reply_text, nullptr, key, secret);
 }
 
-struct FreeText {
-    void operator()(char* text) const { free(text); }
-};
-
 namespace {
 
 struct CloseFile {
     void operator()(FILE* file) const { fclose(file); }
 };
-using OwnedText = std::unique_ptr<char, FreeText>;
 using OpenFile = std::unique_ptr<FILE, CloseFile>;
 
 // A request file's contents. The file stays open while its request is under way.
