@@ -42,15 +42,11 @@ struct HeaderList {
 // Each header line in turn, and at last the URL.
 char header_line[256];
 
-} // namespace
-
 // What the line buffer holds, for libcurl to copy. libcurl measures a text before it copies it, and
 // an overlapping request may write a longer one between the two: a snapshot keeps its end.
 struct HeaderLine {
     char text[sizeof header_line];
 };
-
-namespace {
 
 HeaderLine present_line() {
     HeaderLine line;
