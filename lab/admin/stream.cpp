@@ -16,9 +16,9 @@ std::string find_header(const Request& request, std::string_view name) {
     const auto head = parse_request_head(request.call.head);
     if (!head)
         return {};
-    const auto line = std::ranges::find_if(
+    const auto found = std::ranges::find_if(
         head->lines, [name](const HeaderLine& line) { return same_name(line.name, name); });
-    return line == head->lines.end() ? std::string() : line->value;
+    return found == head->lines.end() ? std::string() : found->value;
 }
 
 // A browser that has lost the connection tells the last event that it saw.
