@@ -22,8 +22,8 @@ function(vx_agent_options target)
   set_target_properties(${target} PROPERTIES
     CXX_STANDARD 17 CXX_VISIBILITY_PRESET ${VX_VISIBILITY})
   target_compile_options(${target} PRIVATE
-    -fno-exceptions -fno-rtti -fno-threadsafe-statics -Wconversion -Wno-sign-conversion
-    -ffunction-sections -fdata-sections)
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions;-fno-rtti;-fno-threadsafe-statics>
+    -Wconversion -Wno-sign-conversion -ffunction-sections -fdata-sections)
   # What is under test runs optimised even where the tests around it are not, which compile faster.
   if(VX_SANITIZE)
     target_compile_options(${target} PRIVATE -O1)

@@ -1,6 +1,7 @@
 // The switch's SNMP agent, and the RMON events that notify under a community.
 #include "platform/snmp.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "judge/changes.h"
@@ -235,8 +236,8 @@ SnmpAccess access_of(int model, const char* read_view, const char* write_view) {
     SnmpAccess access = {};
     std::strcpy(access.group, judges_group);
     access.model = static_cast<std::uint32_t>(model);
-    std::strncpy(access.read_view, read_view, SNMP_NAME_SIZE - 1);
-    std::strncpy(access.write_view, write_view, SNMP_NAME_SIZE - 1);
+    std::snprintf(access.read_view, SNMP_NAME_SIZE, "%s", read_view);
+    std::snprintf(access.write_view, SNMP_NAME_SIZE, "%s", write_view);
     return access;
 }
 
