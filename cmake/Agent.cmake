@@ -8,6 +8,7 @@ function(vx_agent_executable target main platform)
   add_executable(${target} ${CMAKE_SOURCE_DIR}/${main})
   set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
   vx_agent_options(${target})
+  target_link_libraries(${target} PRIVATE vx_version)
   target_link_libraries(${target} PRIVATE
     -Wl,--whole-archive,$<TARGET_FILE:vx_driver>,--no-whole-archive
     -Wl,--start-group ${ARGN} vx_core vx_transport vx_sections vx_json vx_base ${platform}

@@ -7,14 +7,26 @@
 
 #include "doctor/checkup.h"
 #include "doctor/show.h"
+#include "version/version.h"
 
 namespace {
 
-const char usage[] = "usage: vx_cloud_doctor [--json | --explain]\n"
+const char usage[] = "usage: vx_cloud_doctor [--json | --explain | --version | --help]\n"
                      "  looks at everything that a check-in depends on, and changes nothing;\n"
                      "  exits with 0 if no line is wrong, with 1 if one is\n"
                      "  --json      the lines as one JSON array\n"
                      "  --explain   every line that there can be, as Markdown\n";
+
+// What an option prints by itself; null for one that is none or asks for the check-up.
+void (*printer_of(const char* option))() {
+    if (strcmp(option, "--explain") == 0)
+        return print_explanation;
+    if (strcmp(option, "--version") == 0)
+        return [] { puts("vx_cloud_doctor " VX_VERSION); };
+    if (strcmp(option, "--help") == 0)
+        return [] { fputs(usage, stdout); };
+    return nullptr;
+}
 
 int run(void (*show)(const Line& line)) { return run_checkup(show) ? EXIT_FAILURE : EXIT_SUCCESS; }
 
@@ -22,8 +34,8 @@ int run(void (*show)(const Line& line)) { return run_checkup(show) ? EXIT_FAILUR
 
 int main(int argc, char** argv) {
     const char* option = argc > 1 ? argv[1] : "";
-    if (argc == 2 && strcmp(option, "--explain") == 0) {
-        print_explanation();
+    if (auto print = argc == 2 ? printer_of(option) : nullptr) {
+        print();
         return EXIT_SUCCESS;
     }
     bool json = argc == 2 && strcmp(option, "--json") == 0;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "judge/family.h"
+#include "version/version.h"
 
 namespace judge {
 
@@ -47,7 +48,7 @@ constexpr const char* usage =
     "when\n"
     "it was interrupted.\n";
 
-constexpr const char* version = "platform_judge " JUDGE_VERSION "\n";
+constexpr const char* version = "platform_judge " VX_VERSION "\n";
 
 struct Flag {
     const char* name;

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <ctime>
 
+#include "version/version.h"
+
 namespace judge {
 
 namespace {
@@ -174,7 +176,8 @@ std::string as_json(const Report& report) {
         remarks.push_back(json_text(remark));
     for (const auto& [name, times] : report.calls)
         calls.push_back(member(name.c_str(), number(times)));
-    return "{\n  " + member("verdict", json_text(verdict(report))) + ",\n  " +
+    return "{\n  " + member("version", json_text(VX_VERSION)) + ",\n  " +
+           member("verdict", json_text(verdict(report))) + ",\n  " +
            member("families", "[" + joined(families) + "]") + ",\n  " +
            member("findings", "[" + joined(findings) + "]") + ",\n  " +
            member("remarks", "[" + joined(remarks) + "]") + ",\n  " +
@@ -201,15 +204,17 @@ std::string as_junit(const Report& report) {
     }
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"platform_judge\" "
            "tests=\"" +
-           number(report.steps.size()) + "\" failures=\"" + number(failures) + "\">\n" + cases +
-           "</testsuite>\n";
+           number(report.steps.size()) + "\" failures=\"" + number(failures) +
+           "\">\n  <properties>\n    <property name=\"version\" value=\"" VX_VERSION
+           "\"/>\n  </properties>\n" +
+           cases + "</testsuite>\n";
 }
 
 std::string as_summary(const Report& report, const std::string& command) {
     char date[64];
     std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
     std::strftime(date, sizeof date, "%Y-%m-%d %H:%M UTC", std::gmtime(&now));
-    return "Judgement of a platform library by platform_judge " JUDGE_VERSION "\n" +
+    return "Judgement of a platform library by platform_judge " VX_VERSION "\n" +
            std::string(date) + "\n" + command + "\n\n" + as_table(report);
 }
 

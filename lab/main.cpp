@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "lab/cloud.h"
+#include "version/version.h"
 
 namespace {
 
@@ -47,6 +48,8 @@ int main(int count, char** arguments) {
         const auto options = lab::parse_options({arguments + 1, arguments + count});
         if (options.help)
             std::printf("%s", lab::usage);
+        else if (options.version)
+            std::puts("lab_cloud " VX_VERSION);
         else
             run(options);
         return 0;

@@ -22,6 +22,8 @@ const char usage[] =
     "  --poll-seconds S        a long-poll without an action is answered after this (1500)\n"
     "  --first-checkin-seconds S  who polls that long and never checked in is told of (60)\n"
     "  --quiet                 print no events\n"
+    "  --version\n"
+    "  --help\n"
     "Every port is on 127.0.0.1 and any free one unless given.\n";
 
 namespace {
@@ -118,6 +120,10 @@ Options parse_options(const std::vector<std::string>& arguments) {
         const std::string& name = arguments[i];
         if (name == "--help" || name == "-h") {
             options.help = true;
+            return options;
+        }
+        if (name == "--version") {
+            options.version = true;
             return options;
         }
         if (name == "--quiet") {

@@ -21,6 +21,7 @@ struct Options {
     Policy policy;
     bool quiet = false;
     bool help = false;
+    bool version = false;
 };
 
 // Throws std::invalid_argument with a sentence for the user.

@@ -17,7 +17,7 @@ build_null_agent() {
             -DVX_ARCHITECTURE="$VX_ARCHITECTURE" -DVX_SYSROOT="$VX_SYSROOT")
   fi
   mkdir -p "$build"
-  python3 "$source/packaging/null_platform.py" "$source"/platform/*.h > "$build/null_platform.c"
+  python3 "$source/tools/null_platform.py" "$source"/platform/*.h > "$build/null_platform.c"
   $compiler -shared -fPIC -w -I"$source" "$build/null_platform.c" -o "$build/libnull_platform.so"
   cmake -S "$source" -B "$build" -G Ninja "${target[@]}" -DVX_WORKSTATION=OFF \
     -DPLATFORM_LIBRARY="$build/libnull_platform.so" "$@" > "$build/configure.log"

@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """Makes a firmware image for a simulated switch.
 
     make_image.py VERSION FILE [--payload FILE | --size BYTES] [--built SECONDS]
@@ -17,6 +18,8 @@ import hashlib
 import pathlib
 import struct
 import time
+
+import places
 
 VERSION_SIZE = 32
 DEFAULT_SIZE = 64 * 1024
@@ -39,6 +42,7 @@ def main():
     content.add_argument("--payload", type=pathlib.Path, help="what is to run")
     content.add_argument("--size", type=int, default=DEFAULT_SIZE, help="bytes of a made-up payload")
     parser.add_argument("--built", type=int, default=int(time.time()), help="seconds since 1970")
+    parser.add_argument("--version", action="version", version=f"%(prog)s {places.VERSION}")
     arguments = parser.parse_args()
     payload = arguments.payload.read_bytes() if arguments.payload else b"\x5a" * arguments.size
     arguments.file.write_bytes(make_image(arguments.version, payload, arguments.built))

@@ -1,6 +1,7 @@
+#!/usr/bin/env python3
 """What `./run` starts: the lab cloud, one simulated switch, and somebody who tells what happens.
 
-    run.py --build DIR --state DIR [--once]"""
+    run.py [--build DIR] [--state DIR] [--once]"""
 import argparse
 import pathlib
 import re
@@ -10,6 +11,7 @@ import sys
 import threading
 import time
 
+import places
 import story
 from workbench import Failed, Lab, MAC, Switch
 
@@ -72,8 +74,8 @@ def follow(file, prefix, worth_telling, ports):
 
 
 def start(arguments, state, listener, speed):
-    lab = Lab(arguments.build / "lab/lab_cloud", state / "cloud", listener)
-    switch = Switch(arguments.build / "sim/vx_cloud_sim", state / "switch", lab, speed,
+    lab = Lab(places.program("lab_cloud", arguments.build), state / "cloud", listener)
+    switch = Switch(places.program("vx_cloud_sim", arguments.build), state / "switch", lab, speed,
                     scenario={})
     return lab, switch
 
@@ -120,10 +122,16 @@ def forever(arguments):
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--build", type=pathlib.Path, required=True)
-    parser.add_argument("--state", type=pathlib.Path, required=True)
-    parser.add_argument("--once", action="store_true")
+    parser = argparse.ArgumentParser(
+        description="Starts a lab cloud and a simulated switch that checks in to it, and tells what "
+                    "happens until Ctrl-C.")
+    parser.add_argument("--once", action="store_true",
+                        help="play a story instead; exit with 0 if all of it happened")
+    parser.add_argument("--state", type=pathlib.Path, default=places.STATE, metavar="DIR",
+                        help="where both keep their files [%(default)s]")
+    parser.add_argument("--build", type=pathlib.Path, default=places.BUILD, metavar="DIR",
+                        help="a build folder to take the programs from [%(default)s]")
+    parser.add_argument("--version", action="version", version=f"%(prog)s {places.VERSION}")
     arguments = parser.parse_args()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(0))
     try:

@@ -8,11 +8,11 @@ Each function yields a line of text for every fault. Reports come in four kinds:
 import copy
 import functools
 import json
-import pathlib
 
 import jsonschema
 
-FOLDER = pathlib.Path(__file__).resolve().parent.parent / "docs/schema"
+import places
+
 NAMES = ("report", "whole_report", "settings", "action")
 HOLDERS = ("system", "acl", "qos", "lldp", "diagnostic")
 
@@ -21,7 +21,7 @@ HOLDERS = ("system", "acl", "qos", "lldp", "diagnostic")
 def schemas():
     found = {}
     for name in NAMES:
-        schema = json.loads((FOLDER / f"{name}.schema.json").read_text())
+        schema = json.loads((places.SCHEMAS / f"{name}.schema.json").read_text())
         jsonschema.Draft202012Validator.check_schema(schema)
         found[schema["$id"]] = schema
     return found

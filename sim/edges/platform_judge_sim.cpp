@@ -6,13 +6,20 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sim/library/board.h"
+#include "version/version.h"
 
 extern "C" int __real_main(int argc, char** argv);
 
 namespace {
+
+constexpr const char* usage =
+    "usage: platform_judge_sim --root DIR [--scenario FILE] [OPTION OF platform_judge]...\n"
+    "  --root DIR, --scenario FILE   as for vx_cloud_sim\n"
+    "\n";
 
 // How the process that watches tells the one that it starts.
 constexpr const char* root_variable = "PLATFORM_JUDGE_SIM_ROOT";
@@ -50,6 +57,13 @@ int run(std::vector<char*>& arguments) {
 } // namespace
 
 extern "C" int __wrap_main(int argc, char** argv) {
+    const std::string_view option = argc == 2 ? argv[1] : "";
+    if (option == "--version") {
+        std::puts("platform_judge_sim " VX_VERSION);
+        return EXIT_SUCCESS;
+    }
+    if (option == "--help")
+        std::fputs(usage, stdout); // and then the judge's own
     std::vector<char*> arguments(argv, argv + argc);
     take_out(arguments, "--root", root_variable);
     take_out(arguments, "--scenario", scenario_variable);

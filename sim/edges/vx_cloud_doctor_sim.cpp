@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "sim/library/board.h"
+#include "version/version.h"
 
 extern "C" int __real_main(int argc, char** argv);
 
@@ -18,7 +19,10 @@ namespace {
 constexpr const char* usage =
     "usage: vx_cloud_doctor_sim --root DIR [--scenario FILE] [--fault FAULT]... [--json | "
     "--explain]\n"
-    "  --root DIR, --scenario FILE, --fault FAULT   as for vx_cloud_sim\n";
+    "  --root DIR, --scenario FILE, --fault FAULT   as for vx_cloud_sim\n"
+    "  --json, --explain                            as for vx_cloud_doctor\n"
+    "  --version\n"
+    "  --help\n";
 
 struct Settings {
     std::string root;
@@ -55,6 +59,11 @@ Settings parse(int argc, char** argv) {
 } // namespace
 
 extern "C" int __wrap_main(int argc, char** argv) {
+    const std::string_view option = argc == 2 ? argv[1] : "";
+    if (option == "--version" || option == "--help") {
+        std::fputs(option == "--help" ? usage : "vx_cloud_doctor_sim " VX_VERSION "\n", stdout);
+        return EXIT_SUCCESS;
+    }
     try {
         Settings settings = parse(argc, argv);
         sim::Board board(settings.root, settings.scenario);

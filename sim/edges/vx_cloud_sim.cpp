@@ -12,6 +12,7 @@
 #include "sim/edges/supervisor.h"
 #include "sim/instruments/scenario.h"
 #include "sim/library/board.h"
+#include "version/version.h"
 
 extern "C" int __real_main(int argc, char** argv);
 
@@ -25,7 +26,9 @@ constexpr const char* usage =
     "  --speed N        simulated seconds per second; 1 when not given\n"
     "  --trace FILE     append every platform call, sleep, command and transfer to FILE\n"
     "  --fault FAULT    EDGE[:NAME][#N[+]][=CODE], EDGE one of platform, ioctl, allocation, file,\n"
-    "                   transfer: fail the N-th call, or with + every one from there on\n";
+    "                   transfer: fail the N-th call, or with + every one from there on\n"
+    "  --version\n"
+    "  --help\n";
 
 struct Settings {
     std::string root;
@@ -33,13 +36,15 @@ struct Settings {
     double speed = 1;
     std::string trace;
     std::vector<sim::Fault> faults;
+    const char* print = nullptr; // a text that is asked for instead of a switch
 };
 
 Settings parse(int argc, char** argv) {
     const option options[] = {
         {"root", required_argument, nullptr, 'r'},  {"scenario", required_argument, nullptr, 's'},
         {"speed", required_argument, nullptr, 'x'}, {"trace", required_argument, nullptr, 't'},
-        {"fault", required_argument, nullptr, 'f'}, {}};
+        {"fault", required_argument, nullptr, 'f'}, {"version", no_argument, nullptr, 'v'},
+        {"help", no_argument, nullptr, 'h'},        {}};
     Settings settings;
     for (int choice; (choice = getopt_long(argc, argv, "", options, nullptr)) != -1;) {
         switch (choice) {
@@ -58,6 +63,12 @@ Settings parse(int argc, char** argv) {
         case 'f':
             settings.faults.push_back(sim::parse_fault(optarg));
             break;
+        case 'v':
+            settings.print = "vx_cloud_sim " VX_VERSION "\n";
+            return settings;
+        case 'h':
+            settings.print = usage;
+            return settings;
         default:
             throw std::invalid_argument(usage);
         }
@@ -95,6 +106,10 @@ int run_on_board(const Settings& settings, int argc, char** argv) try {
 
 extern "C" int __wrap_main(int argc, char** argv) try {
     Settings settings = parse(argc, argv);
+    if (settings.print) {
+        std::fputs(settings.print, stdout);
+        return EXIT_SUCCESS;
+    }
     return sim::run_agent([&] { return run_on_board(settings, argc, argv); });
 } catch (const std::exception& error) {
     return fail(error);

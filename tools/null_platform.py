@@ -1,11 +1,14 @@
+#!/usr/bin/env python3
 """Writes a platform library that does nothing, as C, from the headers of the contract: every
 function returns 0, every variable is zero. With it the shipped agent can be linked and looked at.
 
-    python3 null_platform.py HEADER... > null_platform.c
+    python3 null_platform.py [HEADER...] > null_platform.c
 """
+import argparse
 import pathlib
 import re
-import sys
+
+import places
 
 COMMENT = re.compile(r"//[^\n]*|/\*.*?\*/", re.S)
 PREPROCESSOR = re.compile(r"^\s*#.*?(?<!\\)$", re.M)
@@ -19,8 +22,8 @@ def declarations(header):
     return PREPROCESSOR.sub("", COMMENT.sub("", text))
 
 
-def main(headers):
-    print("/* Made from the headers of the contract. */")
+def write_library(headers):
+    print(f"/* Made from the headers of the contract by null_platform {places.VERSION}. */")
     for header in headers:
         print(f'#include "platform/{header.name}"')
     for header in headers:
@@ -33,4 +36,15 @@ def main(headers):
             print(f"{kind} {name};")
 
 
-main([pathlib.Path(name) for name in sys.argv[1:]])
+
+def main():
+    parser = argparse.ArgumentParser(
+        description="Writes a platform library that does nothing, as C, to standard output.")
+    parser.add_argument("headers", nargs="*", type=pathlib.Path, metavar="HEADER",
+                        help="headers of the contract; all when none is given")
+    parser.add_argument("--version", action="version", version=f"%(prog)s {places.VERSION}")
+    arguments = parser.parse_args()
+    write_library(arguments.headers or sorted(places.CONTRACT.glob("platform/*.h")))
+
+
+main()
