@@ -9,18 +9,6 @@
 
 static_assert(sizeof(double) == sizeof(uint64_t) && sizeof(int) == sizeof(uint32_t));
 
-uint32_t node_uint32(const cJSON* node) {
-    uint32_t value;
-    memcpy(&value, &node->valueint, sizeof value);
-    return value;
-}
-
-uint64_t node_uint64(const cJSON* node) {
-    uint64_t value;
-    memcpy(&value, &node->valuedouble, sizeof value);
-    return value;
-}
-
 // --- Reading.
 
 cJSON* parseJsonString(const char* text) { return cJSON_Parse(text); }
@@ -95,7 +83,7 @@ namespace {
 // members, and allocating is most of what building one costs. The two flags tell cJSON_Delete that
 // the texts are not allocations of their own; they also make cJSON_Duplicate share the name with
 // the original, which is why the layer has no copy of a tree.
-cJSON* new_node(int type, const char* name, size_t text_size = 0) {
+inline cJSON* new_node(int type, const char* name, size_t text_size = 0) {
     size_t name_size = name ? strlen(name) + 1 : 0;
     cJSON* node = static_cast<cJSON*>(cJSON_malloc(sizeof(cJSON) + name_size + text_size));
     if (!node)
@@ -105,6 +93,8 @@ cJSON* new_node(int type, const char* name, size_t text_size = 0) {
     char* texts = reinterpret_cast<char*>(node + 1);
     if (name) {
         node->type |= cJSON_StringIsConst;
+        if (name_size <= LONGEST_NODE_NAME)
+            node->type |= static_cast<int>(name_size - 1) << NODE_LENGTH;
         node->string = static_cast<char*>(memcpy(texts, name, name_size));
     }
     if (text_size) {
@@ -174,11 +164,22 @@ bool takes_nodes(const cJSON* parent) {
     return kind == cJSON_Object || kind == cJSON_Array;
 }
 
+// The first child's `prev` is the last child, which spares most nodes a call of cJSON.
+inline bool append(cJSON* parent, cJSON* node) {
+    cJSON* first = parent->child;
+    if (!node || !first || !first->prev)
+        return cJSON_AddItemToArray(parent, node);
+    node->prev = first->prev;
+    first->prev->next = node;
+    first->prev = node;
+    return true;
+}
+
 // The one rule for all that is added: what cannot be taken is deleted, and null comes of it.
-cJSON* take(cJSON* parent, cJSON* node) {
+inline cJSON* take(cJSON* parent, cJSON* node) {
     if (node == parent)
         return nullptr;
-    if (takes_nodes(parent) && cJSON_AddItemToArray(parent, node))
+    if (takes_nodes(parent) && append(parent, node))
         return node;
     cJSON_Delete(node);
     return nullptr;

@@ -265,6 +265,39 @@ TEST(String, every_byte_is_escaped_like_the_librarys) {
     }
 }
 
+TEST(String, a_letter_is_escaped_wherever_it_stands) {
+    for (std::size_t length = 1; length <= 40; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            for (char letter : {'"', '\\', '\n', '\x1F', '\xC3'}) {
+                std::string text(length, 'x');
+                text[place] = letter;
+                if (letter == '\xC3')
+                    text.insert(place + 1, "\xA4");
+                Document root(createJsonObject());
+                addJsonObjectStringItem(root.get(), text.c_str(), text.c_str());
+                ASSERT_EQ(printed(root), stock(root.get())) << length << " " << place;
+            }
+        }
+    }
+}
+
+TEST(String, names_of_every_length_are_printed_whole) {
+    for (std::size_t length : {0, 1, 3, 4, 7, 8, 9, 262142, 262143, 262144, 600000}) {
+        std::string name(length, 'n');
+        Document root(createJsonObject());
+        addJsonObjectLongLongUintItem(root.get(), name.c_str(), 5);
+        EXPECT_EQ(printed(root), "{\n\t\"" + name + "\":\t5\n}") << length;
+    }
+}
+
+TEST(String, a_member_that_is_given_another_name_is_printed_with_that) {
+    Document root(createJsonObject());
+    addJsonObjectIntItem(root.get(), "first", 1);
+    cJSON* member = cJSON_DetachItemFromObject(root.get(), "first");
+    cJSON_AddItemToObject(root.get(), "the second", member);
+    EXPECT_EQ(printed(root), "{\n\t\"the second\":\t1\n}");
+}
+
 TEST(Size, text_of_twenty_megabytes) {
     std::string text(20u << 20, 'a');
     for (size_t i = 0; i < text.size(); i += 1000)
