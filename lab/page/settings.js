@@ -52,36 +52,68 @@ async function load_way(mac, entry) {
     el("pre", {class: "mono document", tabindex: 0, role: "region", "aria-label": `Document ${entry.config_seqno}`}, pretty(entry.document))];
 }
 
-// The documents, newest first; those that were opened stay so.
+// Puts children into a place only where they are others than before: a press that has begun on one goes on.
+function refill_changed(place, children) {
+  if (children.length !== place.children.length || children.some((child, index) => child !== place.children[index]))
+    refill(place, children);
+}
+
+// One document of the queue. Its element stays while the document goes its way.
+function make_item(mac, number, {edit, withdraw}) {
+  let entry = null;
+  let shown = "";
+  const signs = el("span");
+  const inside = el("div", {class: "inside"});
+  const buttons = el("div", {class: "buttons"});
+  const more = el("details", {ontoggle: trying(() => show_inside())},
+    el("summary", {"data-key": `way-${number}`}, el("strong", {class: "number"}, number), signs), inside);
+  const element = el("li", {"data-seqno": number}, more, buttons);
+  async function show_inside() {
+    replace(inside, more.open && await load_way(mac, entry));
+  }
+  async function update(changed) {
+    entry = changed;
+    if (more.open)
+      await show_inside();
+    if (shown === print(entry))
+      return;
+    shown = print(entry);
+    element.dataset.state = entry.state;
+    replace(signs, way_signs(entry));
+    refill(buttons, button("Edit again", () => edit(entry.document), {"aria-label": `Edit again: ${number}`}),
+      ["pending", "delivered"].includes(entry.state)
+        && button("Withdraw", () => withdraw(entry), {class: "risky", "aria-label": `Withdraw: ${number}`}));
+  }
+  return {element, update};
+}
+
+// The documents, newest first.
 function make_queue(mac, edit) {
+  const list = el("ul", {class: "plain queue"});
+  const none = el("p", {class: "empty"}, "Nothing was queued for this switch yet.");
   const place = el("div");
   const pages = el("nav", {class: "pages", "aria-label": "Pages of settings"});
-  const open = new Set();
+  const items = new Map();
   let from = 0;
+  let shows = 0;
   const withdraw = trying(async (entry) => {
     await remove(of_switch(mac, `/settings/${entry.config_seqno}`));
     notice(`Settings ${entry.config_seqno} are withdrawn.`);
     await show();
   });
-  async function item(entry) {
-    const number = entry.config_seqno;
-    const inside = el("div", {class: "inside"}, open.has(number) && await load_way(mac, entry));
-    const more = el("details", {open: open.has(number), ontoggle: trying(async ({target}) => {
-      if (target.open === open.has(number))
-        return;
-      target.open ? open.add(number) : open.delete(number);
-      replace(inside, target.open && await load_way(mac, entry));
-    })}, el("summary", {"data-key": `way-${number}`}, el("strong", {class: "number"}, number), way_signs(entry)), inside);
-    return el("li", {"data-seqno": number, "data-state": entry.state}, more, el("div", {class: "buttons"},
-      button("Edit again", () => edit(entry.document), {"aria-label": `Edit again: ${number}`}),
-      ["pending", "delivered"].includes(entry.state)
-        && button("Withdraw", () => withdraw(entry), {class: "risky", "aria-label": `Withdraw: ${number}`})));
+  function item(number) {
+    if (!items.has(number))
+      items.set(number, make_item(mac, number, {edit, withdraw}));
+    return items.get(number);
   }
   async function show() {
+    const turn = ++shows;
     const {total, entries} = await get(`/overview/${mac}/settings`, {from, count: PER_PAGE});
-    const items = await Promise.all(entries.map(item));
-    refill(place, entries.length ? el("ul", {class: "plain queue"}, items)
-      : el("p", {class: "empty"}, "Nothing was queued for this switch yet."));
+    if (turn !== shows)
+      return; // a later answer knows better
+    await Promise.all(entries.map((entry) => item(entry.config_seqno).update(entry)));
+    refill_changed(list, entries.map((entry) => item(entry.config_seqno).element));
+    refill_changed(place, [entries.length ? list : none]);
     const step = (text, to, possible) => button(text, trying(() => { from = to; return show(); }), {disabled: !possible, "data-key": text});
     refill(pages, total > PER_PAGE && [step("Newer", from - PER_PAGE, from > 0),
       `${from + 1} to ${Math.min(total, from + PER_PAGE)} of ${total}`, step("Older", from + PER_PAGE, from + PER_PAGE < total)]);

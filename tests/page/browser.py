@@ -95,9 +95,9 @@ class PageTest(unittest.TestCase):
                 return None
         try:
             return wait_until(what, met, seconds)
-        except Failed:
+        except Failed as failure:
             self.driver.save_screenshot(str(PICTURES / f"failed-{self.id().split('.')[-1]}.png"))
-            raise
+            raise Failed(f"{failure}; the page says:\n{self.script('return document.body.innerText')}") from None
 
     def find(self, css, text=None, seconds=20):
         """The first element that fits and, if given, holds a text; waited for."""

@@ -223,11 +223,22 @@ class Documents(PageTest):
         number = self.queue_in_editor({"system": {"jumbo_frames": {"size": 9000}}})
         self.lab.push(action="checkin")
         self.document(number, "acknowledged")
-        steps = [step.text for step in self.all(f".queue li[data-seqno='{number}'] .steps li")]
-        self.assertEqual(["✓ Queued", "✓ Delivered", "✓ Acknowledged"], steps)
+        self.assertEqual(["✓ Queued", "✓ Delivered", "✓ Acknowledged"], self.script(
+            "return [...document.querySelectorAll(arguments[0])].map((step) => step.innerText)",
+            f".queue li[data-seqno='{number}'] .steps li"))
         self.press(f".queue li[data-seqno='{number}'] summary")
         self.find(".inside .right", "contradicts nothing")
         self.find(".inside .log", "acknowledged settings")
+
+    def test_a_press_that_has_begun_outlives_what_comes_in(self):
+        self.open(PLACE)
+        number = self.queue_in_editor({"system": {"jumbo_frames": {"size": 1522}}})
+        self.find(f".queue li[data-seqno='{number}']")
+        self.script("window.pressed = document.querySelector(arguments[0])",
+                    f".queue li[data-seqno='{number}'] summary")
+        self.lab.push(action="checkin")
+        self.document(number, "acknowledged")
+        self.assertTrue(self.script("return window.pressed.isConnected"))
 
     def test_what_the_next_report_contradicts_is_named(self):
         self.open(PLACE)
