@@ -200,6 +200,8 @@ class Verdicts(PageTest):
 
 
 class Documents(PageTest):
+    # Every check-in is the main loop's own: a pushed one may overlap it, and then either may tell of
+    # settings what was so before.
     speed = 120
     lab_options = ("--redeliver-seconds", "1", "--redeliver-tries", "2")
 
@@ -221,7 +223,6 @@ class Documents(PageTest):
     def test_a_document_is_shown_on_its_way(self):
         self.open(PLACE)
         number = self.queue_in_editor({"system": {"jumbo_frames": {"size": 9000}}})
-        self.lab.push(action="checkin")
         self.document(number, "acknowledged")
         self.assertEqual(["✓ Queued", "✓ Delivered", "✓ Acknowledged"], self.script(
             "return [...document.querySelectorAll(arguments[0])].map((step) => step.innerText)",
@@ -236,7 +237,6 @@ class Documents(PageTest):
         self.find(f".queue li[data-seqno='{number}']")
         self.script("window.pressed = document.querySelector(arguments[0])",
                     f".queue li[data-seqno='{number}'] summary")
-        self.lab.push(action="checkin")
         self.document(number, "acknowledged")
         self.assertTrue(self.script("return window.pressed.isConnected"))
 
@@ -245,7 +245,6 @@ class Documents(PageTest):
         number = self.queue_in_editor({"system": {
             "dark_mode": True, "stp": {"priority": 8192},
             "port_mirror": [{"id": 1, "destination_port": 3, "source_rx_port": "3"}]}})
-        self.lab.push(action="checkin")
         self.document(number, "refused")
         self.press(f".queue li[data-seqno='{number}'] summary")
         self.find(".inside .wrong", "contradicts")
@@ -279,7 +278,6 @@ class Documents(PageTest):
             {"id": "3", "enable": False, "link_speed_mode": 2, "tagged_vlans": "30-31",
              "untagged_vlans": "20", "poe": {"power_limit_type": 1, "power_limit_user": 15}},
             {"id": "3", "pvid": 20}]}}, self.queued()[-1]["document"])
-        self.lab.push(action="checkin")
         self.document(self.queued()[-1]["config_seqno"], "acknowledged")
 
     def test_a_document_is_withdrawn(self):
