@@ -47,6 +47,10 @@ class Version(unittest.TestCase):
             self.assertIn(f'name="version" value="{VERSION}"', (folder / "x").read_text())
             self.assertIn(f"by platform_judge {VERSION}\n", (folder / "t").read_text())
 
+    def test_the_packages_have_it(self):
+        first = (SOURCE / "debian/changelog").read_text().splitlines()[0]
+        self.assertIn(f" ({VERSION}) ", first)
+
     def test_the_changelog_tells_of_it_first(self):
         released = re.findall(r"^## \[(\d+\.\d+\.\d+)\] - \d{4}-\d\d-\d\d$",
                               (SOURCE / "CHANGELOG.md").read_text(), re.M)
