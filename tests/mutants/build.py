@@ -18,6 +18,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 SCRATCH = ROOT / "build" / "mutants"
 TREE = SCRATCH / "tree"
 BUILD = SCRATCH / "build"
+SWITCH = BUILD / "switch.o"
 # The folders of the agent, and the test programs that reach each, its own first.
 SUITES = {
     "base": ("base_tests", "section_tests", "transport_tests", "core_tests"),
@@ -76,13 +77,21 @@ def run(command, **options):
     return subprocess.run(command, check=True, **options)
 
 
-def configure():
-    switch = BUILD / "switch.o"
+def make_switch():
+    """What is linked into each test program; a newer one is linked anew."""
+    source = ROOT / "tests/mutants/switch.cpp"
+    if SWITCH.exists() and SWITCH.stat().st_mtime > source.stat().st_mtime:
+        return
     BUILD.mkdir(parents=True, exist_ok=True)
-    run([COMPILER[1], "-std=c++20", "-O1", "-c", str(ROOT / "tests/mutants/switch.cpp"), "-o",
-         str(switch)])
+    run([COMPILER[1], "-std=c++20", "-O1", "-c", str(source), "-o", str(SWITCH)])
+    for program, folder in FOLDER_OF.items():
+        (BUILD / folder / program).unlink(missing_ok=True)
+
+
+def configure():
     hook = BUILD / "hook.cmake"
-    write_if_changed(hook, f"add_link_options({switch})\n".encode())
+    BUILD.mkdir(parents=True, exist_ok=True)
+    write_if_changed(hook, f"add_link_options({SWITCH})\n".encode())
     run(["cmake", "-S", str(TREE), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
          f"-DCMAKE_C_COMPILER={COMPILER[0]}", f"-DCMAKE_CXX_COMPILER={COMPILER[1]}",
          "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DCMAKE_C_FLAGS_DEBUG=-O0",
@@ -146,29 +155,49 @@ def find_in(name, commands):
     return findings, together.put_together(name, path, text, findings, arguments, switch)
 
 
-def find_mutants(names, commands):
-    """Of each source its findings, and its text with the switches. Both are kept from one run to
-    the next, as long as neither the source nor its headers nor the operators change."""
-    tools = digest(f"tests/mutants/{name}" for name in ("operators.py", "together.py", "switch.h"))
-    found = {}
-    texts = {}
-    for name in names:
-        kept = SCRATCH / "found" / (tools[:16] + digest(with_headers(name))[:16])
-        if not kept.exists():
-            kept.parent.mkdir(parents=True, exist_ok=True)
-            kept.write_bytes(pickle.dumps(find_in(name, commands)))
-        found[name], texts[name] = pickle.loads(kept.read_bytes())
-    return found, texts
+class Kept:
+    """What was found in the sources, from one run to the next: as long as neither a source nor its
+    headers nor the operators change."""
+
+    def __init__(self):
+        self.tools = digest(
+            f"tests/mutants/{name}" for name in ("operators.py", "together.py", "switch.h"))
+        self.folder = SCRATCH / "found"
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.digests = {name: digest(with_headers(name)) for name in agent_sources()}
+
+    def path(self, name):
+        return self.folder / (self.tools[:16] + self.digests[name][:16])
+
+    def get(self):
+        """Findings and text with the switches, of each source of which they are known."""
+        return {name: pickle.loads(self.path(name).read_bytes())
+                for name in self.digests if self.path(name).exists()}
+
+    def find_the_rest(self, known):
+        commands = compile_commands()
+        for name in self.digests:
+            if name not in known:
+                known[name] = find_in(name, commands)
+                self.path(name).write_bytes(pickle.dumps(known[name]))
+
+
+def texts_of(known):
+    return {name: text for name, (_, text) in known.items()}
 
 
 def prepare():
     """Puts the sources with all mutants into the copy. Returns the findings by source."""
+    make_switch()
     if not (BUILD / "build.ninja").exists():
         copy_project({})
         configure()
-    found, texts = find_mutants(agent_sources(), compile_commands())
-    copy_project(texts)
-    return found
+    kept = Kept()
+    known = kept.get()
+    copy_project(texts_of(known))  # so that the rest is read beside headers of today
+    kept.find_the_rest(known)
+    copy_project(texts_of(known))
+    return {name: findings for name, (findings, _) in known.items()}
 
 
 def make(programs, jobs):

@@ -1,5 +1,5 @@
-// What a source with all its mutants in it asks: is this the one that is switched on? What was asked
-// is kept, so that it is known which test reaches which mutant.
+// What a source with all its mutants in it asks: is this the one that is switched on? What was
+// asked is kept, so that it is known which test reaches which mutant.
 #pragma once
 
 namespace vx_mutants {
