@@ -23,14 +23,15 @@ fs::path made(const fs::path& folder) {
 
 } // namespace
 
-Cloud::Cloud(const Options& options)
+Cloud::Cloud(const Options& options, Between between)
     : options_([&] {
           Options own = options;
           own.data = made(options.data);
           return own;
       }()),
-      store_((options_.data / "lab.db").string()), overview_((options_.data / "lab.db").string()),
-      events_(store_, options_.quiet), policy_(options_.policy), authority_(options_.data / "ca"),
+      between_(std::move(between)), store_((options_.data / "lab.db").string()),
+      overview_((options_.data / "lab.db").string()), events_(store_, options_.quiet),
+      policy_(options_.policy), authority_(options_.data / "ca"),
       images_(options_.data / "firmware"), checkin_(store_, events_, policy_),
       keeper_(store_, events_, policy_), time_(events_, policy_), firmware_(events_, images_),
       admin_(
@@ -45,11 +46,19 @@ Cloud::Cloud(const Options& options)
 
 Cloud::~Cloud() { stop(); }
 
+Handler Cloud::put_between(const std::string& name, Handler serve) const {
+    if (!between_ || name == "admin")
+        return serve;
+    return [this, name, serve = std::move(serve)](const Call& call) {
+        return between_(name, call, serve);
+    };
+}
+
 ListenerPlan Cloud::plan_plain(int port, const std::string& name, Handler handler) {
     ListenerPlan plan;
     plan.port = port;
     plan.plain_name = name;
-    plan.plain = std::move(handler);
+    plan.plain = put_between(name, std::move(handler));
     if (name != "admin")
         plan.misbehaviours = &misbehaviours_;
     if (name != "admin") // browsers open connections there in advance
@@ -74,7 +83,8 @@ ListenerPlan Cloud::plan_checkin(int port) {
         return fetch ? answer_plain(call) : checkin_.answer(call);
     });
     plan.tls_name = "checkin";
-    plan.tls = [this](const Call& call) { return checkin_.answer(call); };
+    plan.tls =
+        put_between(plan.tls_name, [this](const Call& call) { return checkin_.answer(call); });
     plan.authority = &authority_;
     plan.body_limit = [](const Call&) { return CheckinService::longest_body; };
     plan.on_tls_failure = [this](const std::string& reason) {

@@ -1,6 +1,7 @@
 // The whole lab cloud: its parts and the listeners through which they are reached.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,9 +18,14 @@
 
 namespace lab {
 
+// Stands between the listeners and the services, for whoever wants to see or change what passes.
+// `listener` is checkin, plain or keeper; `serve` is what would have answered.
+using Between =
+    std::function<Reply(const std::string& listener, const Call& call, const Handler& serve)>;
+
 class Cloud {
   public:
-    explicit Cloud(const Options& options);
+    explicit Cloud(const Options& options, Between between = {});
     ~Cloud();
     Cloud(const Cloud&) = delete;
     Cloud& operator=(const Cloud&) = delete;
@@ -37,6 +43,7 @@ class Cloud {
     };
 
     ListenerPlan plan_checkin(int port);
+    Handler put_between(const std::string& name, Handler serve) const;
     ListenerPlan plan_plain(int port, const std::string& name, Handler handler);
     Reply answer_plain(const Call& call);
     void add_listeners();
@@ -47,6 +54,7 @@ class Cloud {
     std::filesystem::path ports_file() const { return options_.data / "ports.json"; }
 
     const Options options_;
+    const Between between_;
     Store store_;
     Overview overview_;
     EventLog events_;
