@@ -42,6 +42,8 @@ Reply KeeperService::listen(const Call& call) {
 // A switch that nobody registered waits like any other: an answer would make it ask again at once.
 Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
     std::unique_lock lock(mutex_);
+    if (call.hung_up()) // gone before its turn came, it must not take the place of one that waits
+        return make_empty_reply();
     const std::uint64_t number = ++last_number_;
     Polls& polls = waiting_[mac];
     polls.latest = number;

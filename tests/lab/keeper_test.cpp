@@ -2,6 +2,7 @@
 // way.
 #include <future>
 #include <list>
+#include <thread>
 
 #include "lab_fixture.h"
 
@@ -52,6 +53,27 @@ TEST_F(Keeper, a_new_poll_takes_the_place_of_the_old_one) {
     EXPECT_EQ(old.get().body, "{}");
     push(R"({"action":"checkin"})");
     EXPECT_EQ(fresh.get().body, R"({"action":"checkin"})");
+}
+
+// Its request may be looked at only when the switch has asked anew.
+TEST(KeeperService, a_poll_whose_switch_is_gone_takes_nobodys_place) {
+    const TempFolder folder;
+    lab::Store store((folder.path() / "lab.db").string());
+    lab::EventLog events(store, true);
+    const lab::PolicyBox policy{lab::Policy()};
+    lab::KeeperService keeper(store, events, policy);
+    lab::Call call;
+    call.method = "GET";
+    call.path = listen_path;
+    call.hung_up = [] { return false; };
+    auto waiting = std::async(std::launch::async, [&] { return keeper.listen(call); });
+    while (keeper.count_waiting(mac) == 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    lab::Call gone = call;
+    gone.hung_up = [] { return true; };
+    EXPECT_EQ(keeper.listen(gone).body, "{}");
+    keeper.push(mac, R"({"action":"checkin"})");
+    EXPECT_EQ(waiting.get().body, R"({"action":"checkin"})");
 }
 
 TEST_F(Keeper, an_action_is_not_lost_to_a_poll_whose_switch_is_gone) {
