@@ -73,14 +73,14 @@ endif()
 # --- The workstation.
 
 if(VX_WORKSTATION AND NOT CMAKE_CROSSCOMPILING)
-  install(TARGETS lab_cloud vx_cloud_sim vx_cloud_doctor_sim platform_judge_sim
+  install(TARGETS lab_cloud cloud_judge vx_cloud_sim vx_cloud_doctor_sim platform_judge_sim
           DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT workstation)
   vx_install_scripts(workstation ${shared} run.py story.py workbench.py wire_schema.py make_image.py)
   vx_install_command(workstation vx_cloud_run ${shared}/run.py)
   vx_install_command(workstation vx_cloud_make_image ${shared}/make_image.py)
   file(GLOB schemas CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/docs/schema/*.schema.json)
   install(FILES ${schemas} DESTINATION ${shared}/schema COMPONENT workstation)
-  foreach(page IN ITEMS lab_cloud vx_cloud_sim vx_cloud_run vx_cloud_make_image)
+  foreach(page IN ITEMS lab_cloud cloud_judge vx_cloud_sim vx_cloud_run vx_cloud_make_image)
     vx_install_pages(workstation ${page}.1)
   endforeach()
   install(FILES ${man}/vx_cloud_doctor.1 RENAME vx_cloud_doctor_sim.1 COMPONENT workstation

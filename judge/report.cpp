@@ -52,14 +52,18 @@ std::string number(std::uint64_t value) { return std::to_string(value); }
 // The sums of a family's steps, in the order in which families came.
 struct Line {
     std::string family;
-    std::uint64_t calls = 0, cases = 0, findings = 0;
+    std::uint64_t calls = 0, cases = 0, findings = 0, shoulds = 0, skipped = 0;
 };
 
-std::uint64_t count(const std::vector<Finding>& findings) {
+std::uint64_t count(const std::vector<Finding>& findings, bool should) {
     std::uint64_t sum = 0;
     for (const Finding& finding : findings)
-        sum += finding.times;
+        sum += finding.should == should ? finding.times : 0;
     return sum;
+}
+
+std::string numbered(std::uint64_t count, const std::string& one) {
+    return number(count) + " " + one + (count == 1 ? "" : "s");
 }
 
 std::vector<Line> lines_of(const Report& report) {
@@ -71,39 +75,89 @@ std::vector<Line> lines_of(const Report& report) {
             line = lines.insert(lines.end(), {step.family});
         line->calls += step.calls;
         line->cases += step.cases;
-        line->findings += count(step.findings);
+        line->findings += count(step.findings, false);
+        line->shoulds += count(step.findings, true);
+        line->skipped += !step.skipped.empty();
     }
     return lines;
 }
 
-std::string
-row(const std::string& family, std::uint64_t calls, std::uint64_t cases, std::uint64_t findings) {
-    char text[128];
+std::string verdict(const Line& line) {
+    std::string text = line.findings ? numbered(line.findings, "finding") : "good";
+    if (line.shoulds)
+        text += ", " + numbered(line.shoulds, "should");
+    return text + (line.skipped ? ", " + number(line.skipped) + " skipped" : "");
+}
+
+std::string row(const Line& line) {
+    char text[256];
     std::snprintf(
-        text, sizeof text, "%-12s %9llu %9llu   %s\n", family.c_str(),
-        static_cast<unsigned long long>(calls), static_cast<unsigned long long>(cases),
-        findings ? (number(findings) + (findings == 1 ? " finding" : " findings")).c_str()
-                 : "good");
+        text, sizeof text, "%-12s %9llu %9llu   %s\n", line.family.c_str(),
+        static_cast<unsigned long long>(line.calls), static_cast<unsigned long long>(line.cases),
+        verdict(line).c_str());
     return text;
+}
+
+std::string label(const char* name) {
+    return "\n  " + std::string(name) + std::string(7 - std::string(name).size(), ' ');
 }
 
 std::string findings_text(const Report& report) {
     std::string text;
     for (const StepResult& step : report.steps)
         for (const Finding& finding : step.findings)
-            text += "\n" + step.family + ", " + step.probe + ": " + finding.reason +
-                    (finding.times > 1 ? " (" + number(finding.times) + " times)" : "") +
-                    "\n  call   " + finding.call + "\n  header " + finding.says + "\n  came   " +
-                    finding.came + "\n";
+            text += "\n" + as_text(report, step, finding);
     return text;
 }
 
 std::string verdict(const Report& report) {
     if (report.interrupted)
         return "interrupted: no verdict";
+    std::string text = "acquitted";
     if (std::uint64_t findings = report.findings())
-        return "convicted: " + number(findings) + (findings == 1 ? " finding" : " findings");
-    return "acquitted";
+        text = "convicted: " + numbered(findings, "finding");
+    if (std::uint64_t shoulds = report.shoulds())
+        text += ", and " + numbered(shoulds, "thing") + " that should be otherwise";
+    if (std::uint64_t skipped = report.skipped())
+        text += "; " + numbered(skipped, "check") + " skipped";
+    return text;
+}
+
+std::uint64_t sum_of(const Report& report, bool should) {
+    std::uint64_t sum = 0;
+    for (const StepResult& step : report.steps)
+        sum += count(step.findings, should);
+    return sum;
+}
+
+std::string finding_json(const StepResult& step, const Finding& finding) {
+    return "{" + member("family", json_text(step.family)) + ", " +
+           member("probe", json_text(step.probe)) + ", " +
+           member("level", json_text(finding.should ? "should" : "must")) + ", " +
+           member("reason", json_text(finding.reason)) + ", " +
+           member("call", json_text(finding.call)) + ", " +
+           member("says", json_text(finding.says)) + ", " +
+           member("came", json_text(finding.came)) + ", " + member("times", number(finding.times)) +
+           "}";
+}
+
+std::string skipped_json(const StepResult& step) {
+    return "{" + member("family", json_text(step.family)) + ", " +
+           member("probe", json_text(step.probe)) + ", " +
+           member("skipped", json_text(step.skipped)) + "}";
+}
+
+// What follows the name of a test case, to its end.
+std::string junit_outcome(const Report& report, const StepResult& step) {
+    std::string text;
+    for (const Finding& finding : step.findings)
+        text += as_text(report, step, finding);
+    if (!step.skipped.empty())
+        return ">\n    <skipped message=\"" + xml_text(step.skipped) + "\"/>\n  </testcase>\n";
+    if (step.findings.empty())
+        return "/>\n";
+    return ">\n    <failure message=\"" + xml_text(step.findings.front().reason) + "\">" +
+           xml_text(text) + "</failure>\n  </testcase>\n";
 }
 
 std::string joined(const std::vector<std::string>& parts) {
@@ -129,23 +183,37 @@ void Report::add(StepResult& step, Finding finding) {
         ++last->times;
 }
 
-std::uint64_t Report::findings() const {
-    std::uint64_t sum = 0;
-    for (const StepResult& step : steps)
-        sum += count(step.findings);
-    return sum;
+std::uint64_t Report::findings() const { return sum_of(*this, false); }
+std::uint64_t Report::shoulds() const { return sum_of(*this, true); }
+
+std::uint64_t Report::skipped() const {
+    return std::count_if(
+        steps.begin(), steps.end(), [](const StepResult& step) { return !step.skipped.empty(); });
+}
+
+std::string as_text(const Report& report, const StepResult& step, const Finding& finding) {
+    return step.family + ", " + step.probe + ": " + (finding.should ? "should: " : "") +
+           finding.reason + (finding.times > 1 ? " (" + number(finding.times) + " times)" : "") +
+           label(report.wording.call) + finding.call + label(report.wording.says) + finding.says +
+           label("came") + finding.came + "\n";
 }
 
 std::string as_table(const Report& report) {
-    std::string text = "family           calls     cases   verdict\n";
-    std::uint64_t calls = 0;
-    std::uint64_t cases = 0;
+    char head[128];
+    std::snprintf(
+        head, sizeof head, "%-12s %9s %9s   verdict\n", "family", report.wording.calls,
+        report.wording.cases);
+    std::string text = head;
+    Line all{"all"};
     for (const Line& line : lines_of(report)) {
-        text += row(line.family, line.calls, line.cases, line.findings);
-        calls += line.calls;
-        cases += line.cases;
+        text += row(line);
+        all.calls += line.calls;
+        all.cases += line.cases;
     }
-    text += row("all", calls, cases, report.findings());
+    all.findings = report.findings();
+    all.shoulds = report.shoulds();
+    all.skipped = report.skipped();
+    text += row(all);
     for (const std::string& remark : report.remarks)
         text += "\nremark: " + remark;
     return text + (report.remarks.empty() ? "" : "\n") + findings_text(report) + "\n" +
@@ -157,21 +225,23 @@ std::string as_json(const Report& report) {
     std::vector<std::string> findings;
     std::vector<std::string> remarks;
     std::vector<std::string> calls;
+    std::vector<std::string> checks;
     for (const Line& line : lines_of(report))
         families.push_back(
             "{" + member("family", json_text(line.family)) + ", " +
             member("calls", number(line.calls)) + ", " + member("cases", number(line.cases)) +
-            ", " + member("findings", number(line.findings)) + "}");
+            ", " + member("findings", number(line.findings)) + ", " +
+            member("shoulds", number(line.shoulds)) + ", " +
+            member("skipped", number(line.skipped)) + "}");
     for (const StepResult& step : report.steps)
         for (const Finding& finding : step.findings)
-            findings.push_back(
-                "{" + member("family", json_text(step.family)) + ", " +
-                member("probe", json_text(step.probe)) + ", " +
-                member("reason", json_text(finding.reason)) + ", " +
-                member("call", json_text(finding.call)) + ", " +
-                member("says", json_text(finding.says)) + ", " +
-                member("came", json_text(finding.came)) + ", " +
-                member("times", number(finding.times)) + "}");
+            findings.push_back(finding_json(step, finding));
+    for (const StepResult& step : report.steps) {
+        for (const Finding& seen : step.seen)
+            checks.push_back(finding_json(step, seen));
+        if (!step.skipped.empty())
+            checks.push_back(skipped_json(step));
+    }
     for (const std::string& remark : report.remarks)
         remarks.push_back(json_text(remark));
     for (const auto& [name, times] : report.calls)
@@ -181,7 +251,8 @@ std::string as_json(const Report& report) {
            member("families", "[" + joined(families) + "]") + ",\n  " +
            member("findings", "[" + joined(findings) + "]") + ",\n  " +
            member("remarks", "[" + joined(remarks) + "]") + ",\n  " +
-           member("calls", "{" + joined(calls) + "}") + "\n}\n";
+           member("calls", "{" + joined(calls) + "}") +
+           (checks.empty() ? "" : ",\n  " + member("checks", "[" + joined(checks) + "]")) + "\n}\n";
 }
 
 std::string as_junit(const Report& report) {
@@ -189,22 +260,13 @@ std::string as_junit(const Report& report) {
     std::string cases;
     for (const StepResult& step : report.steps) {
         failures += !step.findings.empty();
-        cases += "  <testcase classname=\"platform." + xml_text(step.family) + "\" name=\"" +
-                 xml_text(step.probe) + "\"";
-        if (step.findings.empty()) {
-            cases += "/>\n";
-            continue;
-        }
-        std::string text;
-        for (const Finding& finding : step.findings)
-            text += finding.reason + "\n  call   " + finding.call + "\n  header " + finding.says +
-                    "\n  came   " + finding.came + "\n";
-        cases += ">\n    <failure message=\"" + xml_text(step.findings.front().reason) + "\">" +
-                 xml_text(text) + "</failure>\n  </testcase>\n";
+        cases += "  <testcase classname=\"" + std::string(report.wording.suite) + "." +
+                 xml_text(step.family) + "\" name=\"" + xml_text(step.probe) + "\"" +
+                 junit_outcome(report, step);
     }
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"platform_judge\" "
-           "tests=\"" +
-           number(report.steps.size()) + "\" failures=\"" + number(failures) +
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"" +
+           std::string(report.wording.judge) + "\" tests=\"" + number(report.steps.size()) +
+           "\" failures=\"" + number(failures) + "\" skipped=\"" + number(report.skipped()) +
            "\">\n  <properties>\n    <property name=\"version\" value=\"" VX_VERSION
            "\"/>\n  </properties>\n" +
            cases + "</testsuite>\n";
@@ -214,8 +276,8 @@ std::string as_summary(const Report& report, const std::string& command) {
     char date[64];
     std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
     std::strftime(date, sizeof date, "%Y-%m-%d %H:%M UTC", std::gmtime(&now));
-    return "Judgement of a platform library by platform_judge " VX_VERSION "\n" +
-           std::string(date) + "\n" + command + "\n\n" + as_table(report);
+    return "Judgement of " + std::string(report.wording.subject) + " by " + report.wording.judge +
+           " " VX_VERSION "\n" + std::string(date) + "\n" + command + "\n\n" + as_table(report);
 }
 
 } // namespace judge

@@ -60,8 +60,8 @@ class Workstation(Tree):
     components = ("workstation",)
 
     def test_everything_lies_where_its_kind_belongs(self):
-        programs = ("lab_cloud", "platform_judge_sim", "vx_cloud_doctor_sim", "vx_cloud_make_image",
-                    "vx_cloud_run", "vx_cloud_sim")
+        programs = ("cloud_judge", "lab_cloud", "platform_judge_sim", "vx_cloud_doctor_sim",
+                    "vx_cloud_make_image", "vx_cloud_run", "vx_cloud_sim")
         scripts = ("make_image", "places", "run", "story", "wire_schema", "workbench")
         schemas = ("action", "report", "settings", "whole_report")
         self.assert_installed(

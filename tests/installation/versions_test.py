@@ -11,7 +11,8 @@ import unittest
 BUILD = pathlib.Path(os.environ["VX_BUILD"])
 SOURCE = pathlib.Path(os.environ["VX_SOURCE"])
 VERSION = os.environ["VX_VERSION"]
-PROGRAMS = ("sim/vx_cloud_sim", "sim/vx_cloud_doctor_sim", "sim/platform_judge_sim", "lab/lab_cloud")
+PROGRAMS = ("sim/vx_cloud_sim", "sim/vx_cloud_doctor_sim", "sim/platform_judge_sim", "lab/lab_cloud",
+            "judge/cloud/cloud_judge")
 SCRIPTS = ("run.py", "make_image.py", "null_platform.py")
 
 
