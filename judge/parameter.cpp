@@ -122,9 +122,12 @@ Parameter asked(
 }
 
 Parameter within(const std::string& name, Number low, Number high) {
-    return asked(
+    Parameter p = asked(
         name, range_text(low, high), [low, high] { return spread(low, high); },
         [low, high] { return beside(low, high); });
+    p.low = low;
+    p.high = high;
+    return p;
 }
 
 Parameter one_of(const std::string& name, const Numbers& values) {
@@ -218,6 +221,13 @@ std::string outside(const std::string& name, Number value, Number low, Number hi
     if (value >= low && value <= high)
         return "";
     return name + " is " + std::to_string(value) + ", not " + range_text(low, high);
+}
+
+bool takes_number(const Parameter& input, Number number) {
+    if (input.low <= input.high)
+        return number >= input.low && number <= input.high;
+    const Numbers good = input.good();
+    return std::find(good.begin(), good.end(), number) != good.end();
 }
 
 std::string unterminated(const std::string& name, const char* field, std::size_t size) {

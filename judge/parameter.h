@@ -25,6 +25,8 @@ struct Parameter {
     // An input. The good numbers may depend on the switch, so they are asked for when needed.
     std::function<Numbers()> good;
     std::function<Numbers()> bad;
+    // Of a fixed range its ends, for `good` is but a part of a long one.
+    Number low = 0, high = -1;
 
     // An output.
     std::size_t size = 0;  // bytes; of a number or record that of its type
@@ -88,6 +90,9 @@ Parameter gives_record(const std::string& name, std::string (*fault)(const Recor
 std::string outside(const std::string& name, Number value, Number low, Number high);
 // "", or "x is not terminated" for a text in a field of a record.
 std::string unterminated(const std::string& name, const char* field, std::size_t size);
+
+// Whether an input takes a number.
+bool takes_number(const Parameter& input, Number number);
 
 // How the numbers of a range are tried: all of a short one, ends and a spread of a long one.
 Numbers spread(Number low, Number high);

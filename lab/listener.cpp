@@ -207,6 +207,7 @@ class Listener::Server : public httplib::Server {
     }
 
     int port() const { return port_; }
+    void take(int socket) { process_and_close_socket(socket); }
 
   private:
     using Request = httplib::Request;
@@ -417,5 +418,7 @@ void Listener::open() { server_->open(); }
 void Listener::close(bool keep_port) { server_->close(keep_port); }
 
 int Listener::port() const { return server_->port(); }
+
+void Listener::serve(int socket) { server_->take(socket); }
 
 } // namespace lab

@@ -43,6 +43,8 @@ class Listener {
     // is refused and no other program can take it.
     void close(bool keep_port = false);
     int port() const;
+    // Serves one connection that came some other way, on the calling thread, and closes it.
+    void serve(int socket);
 
   private:
     class Server;

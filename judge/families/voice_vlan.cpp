@@ -18,11 +18,9 @@ const Parameter mode = within("mode", VOICE_VLAN_OFF, MODES - 1);
 const Parameter aging = within("minutes", 30, 65536);
 
 Parameter any_vid() {
-    return asked(
-        "vid", "1 to 4094, or 4095 for none", [] { return spread(FIRST_VID, VOICE_VLAN_NO_VID); },
-        [] {
-            return Numbers{-1, 0, VOICE_VLAN_NO_VID + 1, INT32_MAX};
-        });
+    Parameter vid = within("vid", FIRST_VID, VOICE_VLAN_NO_VID);
+    vid.says = "1 to 4094, or 4095 for none";
+    return vid;
 }
 
 std::string fault_of(const VoiceVlanQos& qos) {

@@ -24,6 +24,8 @@ CURLMcode __real_curl_multi_add_handle(CURLM* multi, CURL* transfer);
 
 namespace sim {
 
+std::function<void(CURL*)> on_transfer;
+
 namespace {
 
 constexpr std::size_t heard_bytes = 100;
@@ -151,6 +153,8 @@ CURL* start_transfer() {
     if (handle && has_board())
         __real_curl_easy_setopt(
             handle, CURLOPT_CAINFO, board().path("/etc/ssl/built_in_bundle.pem").c_str());
+    if (handle && on_transfer)
+        on_transfer(handle);
     return handle;
 }
 

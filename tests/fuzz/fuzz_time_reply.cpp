@@ -1,14 +1,12 @@
 // Replies of the time API, which comes without TLS from whoever answers. No reply may do harm, and
 // a time that was read once is read again from its own text.
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <string>
 
-#include "sim/library/board.h"
-#include "tests/support/temp_folder.h"
+#include "tests/fuzz/support/account.h"
+#include "tests/fuzz/support/answers.h"
+#include "tests/fuzz/support/fresh_board.h"
 #include "transport/clock_sync.h"
 
 namespace {
@@ -24,6 +22,20 @@ std::string reply_for(std::time_t moment) {
     return std::string(text, length);
 }
 
+void check_text(const std::string& input) {
+    std::time_t moment = parse_time_reply(input.c_str());
+    std::string again = moment == -1 ? "" : reply_for(moment);
+    require(again.empty() || parse_time_reply(again.c_str()) == moment);
+}
+
+// With status and header lines of its own, or those of a good reply.
+void set_clock(const std::string& input) {
+    start_agent();
+    const std::string reply = input.starts_with("HTTP/") ? input : with_head(input);
+    Answers answers(reply, reply);
+    sync_clock();
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -33,13 +45,9 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static TempFolder folder;
-    static sim::Board board(folder.path());
-    std::string input(reinterpret_cast<const char*>(data), size);
-    std::time_t moment = parse_time_reply(input.c_str());
-    std::string again = moment == -1 ? "" : reply_for(moment);
-    if (!again.empty() && parse_time_reply(again.c_str()) != moment)
-        std::abort();
-    board.trace.clear();
+    Run run;
+    const std::string input(reinterpret_cast<const char*>(data), size);
+    check_text(input);
+    set_clock(input);
     return 0;
 }

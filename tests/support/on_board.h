@@ -11,10 +11,8 @@
 
 #include "json/json_document.h"
 #include "sim/library/board.h"
+#include "tests/support/fresh_agent.h"
 #include "tests/support/temp_folder.h"
-
-// Every process-wide variable of the agent as it is when the process starts.
-void reset_agent();
 
 using Lines = std::vector<std::string>;
 using Codes = std::vector<int>;
