@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -157,6 +158,13 @@ class Watch {
         return true;
     }
 
+    // What is so for several steps is remarked once.
+    void remark(const std::string& text) {
+        std::vector<std::string>& remarks = report_.remarks;
+        if (std::find(remarks.begin(), remarks.end(), text) == remarks.end())
+            remarks.push_back(text);
+    }
+
     void take(const std::vector<std::string>& event) {
         const std::string& kind = event[0];
         if (kind == "S" && event.size() == 4) {
@@ -166,7 +174,7 @@ class Watch {
         } else if (kind == "F" && event.size() == 5) {
             report_.add(step(), {event[1], event[2], event[3], event[4]});
         } else if (kind == "R" && event.size() == 2) {
-            report_.remarks.push_back(event[1]);
+            remark(event[1]);
         } else if (kind == "N" && event.size() == 3) {
             report_.calls[event[1]] += std::strtoull(event[2].c_str(), nullptr, 10);
         } else if (kind == "E" && event.size() == 3) {

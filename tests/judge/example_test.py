@@ -20,6 +20,7 @@ class Example(JudgeCase):
         report = self.judge(JUDGE, "--change", *IRREVOCABLE, status=0)
         self.assertEqual([], report["findings"])
         self.assertIn("there is no /dev/ski: the driver is not judged", report["remarks"])
+        self.assertEqual(len(set(report["remarks"])), len(report["remarks"]))
 
     def start_agent(self, lab):
         root = self.folder / "switch"
