@@ -5,22 +5,22 @@ import re
 import signal
 import subprocess
 import tempfile
-import time
 import unittest
 
 SOURCE = pathlib.Path(os.environ["VX_SOURCE"])
 TEMPLATE = SOURCE / "packaging/switch/vx_cloud.init.in"
 
-# Like the agent, it writes its process id and then lives until it is killed.
+# Like the agent, it writes its process id and then lives until it is killed; HOW it takes that.
 AGENT = """
 #include <signal.h>
 #include <stdio.h>
 #include <unistd.h>
+void go_slowly(int signal) { (void)signal; sleep(1); _exit(0); }
 int main(void) {
     FILE* file = fopen("PID_FILE", "w");
+    signal(SIGTERM, HOW);
     fprintf(file, "%d", getpid());
     fclose(file);
-    STUBBORN
     for (;;) pause();
 }
 """
@@ -38,8 +38,8 @@ class Service(unittest.TestCase):
         self.write_script()
         self.addCleanup(self.end_agent)
 
-    def make_agent(self, stubborn=""):
-        text = AGENT.replace("PID_FILE", str(self.pid_file)).replace("STUBBORN", stubborn)
+    def make_agent(self, how="SIG_DFL"):
+        text = AGENT.replace("PID_FILE", str(self.pid_file)).replace("HOW", how)
         subprocess.run(["cc", "-x", "c", "-", "-o", self.agent], input=text, text=True, check=True)
 
     def write_script(self, **values):
@@ -135,11 +135,17 @@ class Service(unittest.TestCase):
         self.assertEqual(0, self.call("restart")[0])
         self.assertFalse(self.alive(pid))
 
+    def test_a_stop_waits_for_an_agent_that_takes_its_time(self):
+        self.make_agent("go_slowly")
+        self.call("start")
+        pid = self.pid()
+        self.assertEqual((0, "vx_cloud stopped\n"), self.call("stop"))
+        self.assertFalse(self.alive(pid))
+
     def test_an_agent_that_does_not_go_is_killed(self):
-        self.make_agent("signal(SIGTERM, SIG_IGN);")
+        self.make_agent("SIG_IGN")
         self.write_script(stop_seconds=1)
         self.call("start")
-        time.sleep(0.2)  # until it ignores the signal
         pid = self.pid()
         self.assertEqual(0, self.call("stop")[0])
         self.assertFalse(self.alive(pid))
