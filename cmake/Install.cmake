@@ -93,6 +93,9 @@ endif()
 
 install(DIRECTORY platform driver DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vx_cloud
         COMPONENT vendor FILES_MATCHING PATTERN "*.h")
+# Files for pkg-config tell where they lie themselves, so that the tree may be moved.
+file(RELATIVE_PATH PC_TO_INCLUDE ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig
+     ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 vx_install_made(vendor vendor/vx_cloud.pc.in ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 vx_install_scripts(vendor ${shared}/vendor null_platform.py)
 vx_install_command(vendor vx_cloud_null_platform ${shared}/vendor/null_platform.py)

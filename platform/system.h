@@ -10,7 +10,7 @@
 extern "C" {
 #endif
 
-// The number of logical ports: copper ports, then two fibre ports, then eight aggregation groups.
+// Logical ports, 11 to 96: copper ports, then two fibre ports, then eight aggregation groups.
 int sys_logic_port_num_ret(void);
 
 // Non-zero while `port` (zero-based logical port) has link.

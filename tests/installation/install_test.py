@@ -113,12 +113,14 @@ class Vendor(Tree):
 
     def pkg_config(self, *arguments):
         return output_of("pkg-config", "--with-path", self.prefix / self.libraries / "pkgconfig",
-                         *arguments, env={**os.environ, "PKG_CONFIG_SYSROOT_DIR": str(self.root)})
+                         *arguments)
 
     def test_pkg_config_tells_version_and_headers(self):
         self.assertEqual(f"{VERSION}\n", self.pkg_config("--modversion", "vx_cloud"))
-        self.assertEqual(f"-I{self.prefix}/include/vx_cloud",
-                         self.pkg_config("--cflags", "vx_cloud").strip())
+        flag = self.pkg_config("--cflags", "vx_cloud").strip()
+        self.assertTrue(flag.startswith("-I"), flag)
+        self.assertEqual((self.prefix / "include/vx_cloud").resolve(),
+                         pathlib.Path(flag[2:]).resolve())
 
     def test_the_generator_writes_a_library_against_installed_headers(self):
         generator = self.prefix / "bin/vx_cloud_null_platform"
