@@ -105,9 +105,9 @@ install(DIRECTORY examples/twelve_ports COMPONENT vendor
 
 # What a platform library is linked with on a workstation: one archive a program.
 if(VX_WORKSTATION AND NOT CMAKE_CROSSCOMPILING)
-  foreach(program IN ITEMS agent doctor judge)
-    vx_install_made(vendor vendor/vx_cloud_${program}.pc.in ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-    install(TARGETS vx_cloud_${program}_archive DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  foreach(archive IN ITEMS vx_cloud_agent vx_cloud_doctor vx_platform_judge)
+    vx_install_made(vendor vendor/${archive}.pc.in ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+    install(TARGETS ${archive}_archive DESTINATION ${CMAKE_INSTALL_LIBDIR}
             COMPONENT vendor)
   endforeach()
   install(TARGETS null_platform DESTINATION ${CMAKE_INSTALL_LIBDIR}/vx_cloud COMPONENT vendor)

@@ -11,6 +11,7 @@ check_packages=(
   chromium chromium-driver python3-selenium fonts-dejavu-core)
 # A Node.js of somebody's own brings npm along, and goes with no other.
 command -v npm >/dev/null || check_packages+=(npm)
+package_packages=(build-essential debhelper dh-python dpkg-dev git lintian mmdebstrap)
 mips_packages=(g++-mipsel-linux-gnu qemu-user-static)
 
 missing_packages() {

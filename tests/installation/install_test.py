@@ -100,12 +100,12 @@ class Vendor(Tree):
                    for path in (SOURCE / folder).glob("*.h")]
         self.assertGreater(len(headers), 50)
         example = (path.name for path in (SOURCE / "examples/twelve_ports").iterdir())
-        programs = ("agent", "doctor", "judge")
+        archives = ("vx_cloud_agent", "vx_cloud_doctor", "vx_platform_judge")
         self.assert_installed(
             *(f"include/vx_cloud/{header}" for header in headers),
             *(f"share/doc/vx_cloud/examples/twelve_ports/{name}" for name in example),
-            *(f"{self.libraries}/libvx_cloud_{program}.a" for program in programs),
-            *(f"{self.libraries}/pkgconfig/vx_cloud_{program}.pc" for program in programs),
+            *(f"{self.libraries}/lib{name}.a" for name in archives),
+            *(f"{self.libraries}/pkgconfig/{name}.pc" for name in archives),
             f"{self.libraries}/pkgconfig/vx_cloud.pc",
             f"{self.libraries}/vx_cloud/libnull_platform.so",
             "bin/vx_cloud_null_platform", "share/man/man1/vx_cloud_null_platform.1",
