@@ -43,7 +43,7 @@ struct Shared {
     static constexpr int threads = 3; // main thread, second thread, signal handler
     char call[threads][512];          // the call that each made last
     std::atomic<bool> busy[threads];  // and whether it is in it
-    std::atomic<std::uint64_t> calls; // made so far
+    std::atomic<unsigned long> calls; // made so far, in a word that every processor has
     std::atomic<int> step;            // the one that is judged
 };
 
@@ -110,7 +110,7 @@ class Bench {
 
     int events_;
     Shared* shared_;
-    std::atomic<std::uint64_t> cases_{0};
+    std::atomic<unsigned long> cases_{0};
     std::mutex names_lock_;
     std::map<std::string, std::uint64_t> names_; // calls by name, since the step began
     std::uint64_t calls_sent_ = 0;               // as far as they were told

@@ -1,6 +1,9 @@
 // Counting calls against the fault plan, and reading a fault from a command line.
 #include "sim/instruments/faults.h"
 
+#include <signal.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <charconv>
 #include <stdexcept>
@@ -26,8 +29,11 @@ std::optional<int> Faults::hit(Edge edge, std::string_view name) {
         if (fault.edge != edge || (!fault.name.empty() && fault.name != name))
             continue;
         ++fault.seen;
-        if (fault.seen == fault.nth || (fault.for_good && fault.seen > fault.nth))
-            code = fault.code;
+        if (fault.seen != fault.nth && !(fault.for_good && fault.seen > fault.nth))
+            continue;
+        if (fault.power_off)
+            kill(getpid(), SIGKILL);
+        code = fault.code;
     }
     return code;
 }
@@ -82,7 +88,9 @@ std::string_view cut_behind(std::string_view& text, char mark) {
 
 Fault parse_fault(std::string_view text) {
     Fault fault;
-    if (std::string_view code = cut_behind(text, '='); !code.empty())
+    if (std::string_view code = cut_behind(text, '='); code == "off")
+        fault.power_off = true;
+    else if (!code.empty())
         fault.code = number<int>(code, "code");
     if (std::string_view nth = cut_behind(text, '#'); !nth.empty()) {
         fault.for_good = nth.back() == '+';

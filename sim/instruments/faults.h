@@ -25,6 +25,7 @@ struct Fault {
     bool for_good = false;
     int code = 1; // the result that the caller gets: platform, driver or libcurl code
     std::uint64_t seen = 0;
+    bool power_off = false; // nothing fails: the process is killed where it stands
 };
 
 class Faults {
@@ -44,7 +45,8 @@ class Faults {
     std::array<std::uint64_t, edge_count> counts_{};
 };
 
-// "EDGE[:NAME][#N[+]][=CODE]", for example platform:sal_port_speed_set#2+=7 or file:/dev/ski.
+// "EDGE[:NAME][#N[+]][=CODE]", for example platform:sal_port_speed_set#2+=7 or file:/dev/ski. With
+// "off" for a code the switch loses its power there.
 // Throws std::invalid_argument with the reason.
 Fault parse_fault(std::string_view text);
 

@@ -224,6 +224,8 @@ TEST(Faults, are_written_as_text) {
     EXPECT_EQ(fault.nth, 2u);
     EXPECT_TRUE(fault.for_good);
     EXPECT_EQ(fault.code, 7);
+    EXPECT_FALSE(fault.power_off);
+    EXPECT_TRUE(sim::parse_fault("platform#120=off").power_off);
     EXPECT_THROW(sim::parse_fault("wire"), std::invalid_argument);
     EXPECT_THROW(sim::parse_fault("file#x"), std::invalid_argument);
 }
