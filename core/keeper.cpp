@@ -205,6 +205,7 @@ void* threadFunc(void*) {
     format_listen_url(url, sizeof url);
     debug_print("\npthread_create\n\n");
     int type;
+    // Let in only while it waits. NOLINTNEXTLINE(cert-pos47-c,concurrency-thread-canceltype-*)
     pthread_setcanceltype(PTHREAD_CANCEL_ASYNCHRONOUS, &type);
     for (int failures = 0;;)
         keeper_turn(url, &failures);

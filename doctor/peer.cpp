@@ -64,7 +64,7 @@ PeerAddress address_of(const Peer& peer) {
     snprintf(address.name, sizeof address.name, "%.*s", static_cast<int>(length), start);
     const char* colon = strchr(start + length, ':');
     if (colon)
-        address.port = atoi(colon + 1);
+        address.port = static_cast<int>(strtol(colon + 1, nullptr, 10));
     return address;
 }
 

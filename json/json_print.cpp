@@ -41,6 +41,7 @@ constexpr size_t first_depth = 16;
 bool enter(Path* path, const cJSON* container) {
     if (path->depth == path->room) {
         size_t room = path->room ? path->room * 2 : first_depth;
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): these are pointers, not what they point to.
         void* open = realloc(path->open, room * sizeof *path->open);
         if (!open)
             return false;
@@ -301,7 +302,7 @@ void put_tenths(Text* out, double value) {
     constexpr uint64_t one = uint64_t{1} << 60;
     double size = fabs(value);
     uint32_t whole = static_cast<uint32_t>(size);
-    uint64_t tenths = static_cast<uint64_t>((size - whole) * one) * 10;
+    uint64_t tenths = static_cast<uint64_t>((size - whole) * static_cast<double>(one)) * 10;
     uint64_t digit = tenths / one, rest = tenths % one;
     if (rest > one / 2 || (rest == one / 2 && digit % 2))
         ++digit;
@@ -417,6 +418,7 @@ char* write_text(Path* path, const cJSON* root, size_t size) {
     put(&text, '\0');
     char* fitting =
         static_cast<char*>(realloc(text.begin, static_cast<size_t>(text.end - text.begin)));
+    // cppcheck-suppress memleak ; the caller frees it
     return fitting ? fitting : text.begin;
 }
 

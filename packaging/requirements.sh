@@ -6,8 +6,8 @@ build_packages=(
   libssl-dev libcpp-httplib-dev nlohmann-json3-dev libvalijson-dev libsqlite3-dev
   python3 python3-jsonschema)
 check_packages=(
-  libgtest-dev libbenchmark-dev clang-14 libclang-rt-14-dev clang-format-14 binutils systemd
-  python3-clang-14 lld-14
+  libgtest-dev libbenchmark-dev clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 cppcheck
+  binutils systemd python3-clang-14 lld-14
   chromium chromium-driver python3-selenium fonts-dejavu-core)
 # A Node.js of somebody's own brings npm along, and goes with no other.
 command -v npm >/dev/null || check_packages+=(npm)

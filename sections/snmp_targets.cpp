@@ -75,7 +75,8 @@ bool read_kind(const cJSON* item, SnmpTarget* target) {
     if (!version || !notify_type)
         return false;
     for (const TargetKind& kind : kinds) {
-        if (strcmp(version, version_names[kind.version]) || strcmp(notify_type, kind.notify_type))
+        if (strcmp(version, version_names[kind.version]) != 0 ||
+            strcmp(notify_type, kind.notify_type) != 0)
             continue;
         target->version = kind.version;
         target->type = kind.type;

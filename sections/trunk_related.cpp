@@ -24,7 +24,7 @@ int lift_rates(int port) {
 
 bool is_in_use(const MacEntry& entry) {
     static const uint8_t no_mac[MAC_ADDRESS_SIZE] = {};
-    return (entry.flags & MAC_ENTRY_IN_USE) && memcmp(entry.mac, no_mac, sizeof no_mac);
+    return (entry.flags & MAC_ENTRY_IN_USE) && memcmp(entry.mac, no_mac, sizeof no_mac) != 0;
 }
 
 bool lies_within(const PortBitmap& ports, const PortBitmap& members) {

@@ -239,6 +239,7 @@ int report_all(PortReport* report, cJSON* system) {
     cJSON* poe = attachJsonObject(system, "poe");
     if (int code = read_poe_budget(&report->budget))
         return code;
+    // NOLINTNEXTLINE(bugprone-integer-division): whole watts
     addJsonObjectDoubleItem(poe, "total_power_watts", report->budget / 10);
     if (int code = report_ports(report, attachJsonArray(system, "ports")))
         return code;
