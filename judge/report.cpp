@@ -86,7 +86,9 @@ std::string verdict(const Line& line) {
     std::string text = line.findings ? numbered(line.findings, "finding") : "good";
     if (line.shoulds)
         text += ", " + numbered(line.shoulds, "should");
-    return text + (line.skipped ? ", " + number(line.skipped) + " skipped" : "");
+    if (line.skipped)
+        text = (line.cases ? text + ", " : "") + number(line.skipped) + " skipped";
+    return text;
 }
 
 std::string row(const Line& line) {
@@ -107,6 +109,18 @@ std::string findings_text(const Report& report) {
     for (const StepResult& step : report.steps)
         for (const Finding& finding : step.findings)
             text += "\n" + as_text(report, step, finding);
+    return text;
+}
+
+// Why checks were not made, and how many for each reason.
+std::string skipped_text(const Report& report) {
+    std::map<std::string, std::uint64_t> reasons;
+    for (const StepResult& step : report.steps)
+        if (!step.skipped.empty())
+            ++reasons[step.skipped];
+    std::string text;
+    for (const auto& [reason, count] : reasons)
+        text += "\nskipped: " + numbered(count, "check") + ", for " + reason;
     return text;
 }
 
@@ -192,10 +206,11 @@ std::uint64_t Report::skipped() const {
 }
 
 std::string as_text(const Report& report, const StepResult& step, const Finding& finding) {
-    return step.family + ", " + step.probe + ": " + (finding.should ? "should: " : "") +
-           finding.reason + (finding.times > 1 ? " (" + number(finding.times) + " times)" : "") +
-           label(report.wording.call) + finding.call + label(report.wording.says) + finding.says +
-           label("came") + finding.came + "\n";
+    return step.family + ", " + step.probe + ": " + finding.reason +
+           (finding.times > 1 ? " (" + number(finding.times) + " times)" : "") +
+           label(report.wording.call) + finding.call +
+           label(finding.should ? "should" : report.wording.says) + finding.says + label("came") +
+           finding.came + "\n";
 }
 
 std::string as_table(const Report& report) {
@@ -214,9 +229,10 @@ std::string as_table(const Report& report) {
     all.shoulds = report.shoulds();
     all.skipped = report.skipped();
     text += row(all);
+    std::string remarks = skipped_text(report);
     for (const std::string& remark : report.remarks)
-        text += "\nremark: " + remark;
-    return text + (report.remarks.empty() ? "" : "\n") + findings_text(report) + "\n" +
+        remarks += "\nremark: " + remark;
+    return text + remarks + (remarks.empty() ? "" : "\n") + findings_text(report) + "\n" +
            verdict(report) + "\n";
 }
 

@@ -17,7 +17,7 @@ struct Wording {
     const char* calls = "calls";    // columns of the table
     const char* cases = "cases";
     const char* call = "call"; // at most six letters
-    const char* says = "header";
+    const char* says = "header"; // of a must, where there are shoulds, too
 };
 
 struct Finding {

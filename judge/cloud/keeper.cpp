@@ -96,13 +96,8 @@ void judge_checkin_meanwhile(Session& session) {
 const Json action = {{"action", "checkin"}};
 
 bool push(Session& session, Check& check) {
-    const std::string& command = session.options.push_action;
-    std::string why = session.missing_command(command, "--push-action");
-    if (why.empty())
-        why = session.hand_over(command, "push this action", action);
-    if (!why.empty())
-        check.skip(why);
-    return why.empty();
+    return check.expect_done(
+        session.hand_over(session.options.push_action, "push this action", action));
 }
 
 void expect_action(Check& check, const Reply& reply, const char* otherwise) {
@@ -114,22 +109,24 @@ void expect_action(Check& check, const Reply& reply, const char* otherwise) {
         check.fault("action of another form");
 }
 
-void judge_answered(Session& session) {
+// False when none was pushed.
+bool judge_answered(Session& session) {
     const std::string& mac = session.options.account.mac;
     Check check(session, "keeper", "a pushed action", Level::must, answered);
     const Poll poll(session, mac);
     std::this_thread::sleep_for(300ms);
     check.sent(words(session, mac) + ", and meanwhile an action is pushed");
-    if (push(session, check))
-        expect_action(check, poll.wait(session.options.wait), "action not delivered");
+    if (!push(session, check))
+        return false;
+    expect_action(check, poll.wait(session.options.wait), "action not delivered");
+    return true;
 }
 
-void judge_not_repeated(Session& session) {
+void judge_not_repeated(Session& session, bool pushed) {
     const std::string& mac = session.options.account.mac;
     Check check(session, "keeper", "a poll after an action", Level::must, held);
-    if (auto why = session.missing_command(session.options.push_action, "--push-action");
-        !why.empty())
-        return check.skip(why);
+    if (!pushed)
+        return check.skip("no action was pushed");
     check.sent(words(session, mac) + ", after the action was answered");
     expect_held(check, Poll(session, mac).wait(session.options.hold / 2));
 }
@@ -192,8 +189,7 @@ void judge_keeper(Session& session) {
     judge_held(session, "an unknown switch's poll", Level::should, "02:00:00:FF:FF:01", hold / 2);
     judge_taken_up(session);
     judge_checkin_meanwhile(session);
-    judge_answered(session);
-    judge_not_repeated(session);
+    judge_not_repeated(session, judge_answered(session));
     judge_dropped(session);
     judge_newest(session);
     judge_later(session);

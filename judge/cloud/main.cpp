@@ -21,7 +21,17 @@ bool write_file(const std::string& file, const std::string& text) {
     return static_cast<bool>(out);
 }
 
+// With the wrong account a cloud is right to refuse everything.
+void remark_on_account(Session& session) {
+    const Reply reply = session.send(session.good());
+    if (reply.status != 200)
+        session.report.remarks.push_back(
+            "not even a plain check-in is served (" + reply.text() +
+            "): are hosts, account and clock right?");
+}
+
 void judge_all(Session& session) {
+    remark_on_account(session);
     for (const Family& family : families)
         if (session.options.wants(family.name) && !interrupted)
             family.judge(session);

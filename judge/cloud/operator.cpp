@@ -42,13 +42,8 @@ Settings::Settings() : marker("Judge-" + fresh_nonce().substr(0, 12)) {
 }
 
 bool queue(Session& session, Check& check, const Settings& settings) {
-    const std::string& command = session.options.queue_settings;
-    std::string why = session.missing_command(command, "--queue-settings");
-    if (why.empty())
-        why = session.hand_over(command, "queue these settings", settings.document);
-    if (!why.empty())
-        check.skip(why);
-    return why.empty();
+    return check.expect_done(session.hand_over(
+        session.options.queue_settings, "queue these settings", settings.document));
 }
 
 Checkin report(const Session& session, const Host& host) {

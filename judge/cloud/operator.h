@@ -26,7 +26,7 @@ struct Settings {
     Json document;
 };
 
-// Has it queued. False, and the check is skipped, when that cannot be.
+// Has it queued. False, and the check knows why, when that cannot be.
 bool queue(Session& session, Check& check, const Settings& settings);
 
 // A check-in of the switch with the number of what it applied last.

@@ -51,34 +51,34 @@ Json read_report(const Options& options) {
 }
 
 // The command reads the document, and what it prints is of no interest.
-std::string run_command(const std::string& command, const std::string& document) {
+HandOver run_command(const std::string& command, const std::string& document) {
     FILE* const pipe = popen(("{ " + command + "\n} >/dev/null").c_str(), "w");
     if (!pipe)
-        return "the command could not be started";
+        return {{}, "the command could not be started"};
     std::fputs(document.c_str(), pipe);
     const int status = pclose(pipe);
     if (status == 0)
         return {};
-    return "the command failed with status " +
-           std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : -1);
+    const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return {{}, "the command failed with status " + std::to_string(code)};
 }
 
-std::string ask_person(const std::string& mac, const char* what, const std::string& document) {
+HandOver ask_person(const std::string& mac, const char* what, const std::string& document) {
     std::printf(
         "\nPlease %s for %s, then press Enter (or type skip):\n%s\n", what, mac.c_str(),
         document.c_str());
     std::fflush(stdout);
     std::string answer;
     if (!std::getline(std::cin, answer))
-        return "nobody answered";
-    return answer == "skip" ? "skipped by the operator" : "";
+        return {"nobody answered", {}};
+    return {answer == "skip" ? "the operator skipped it" : "", {}};
 }
 
 } // namespace
 
 Session::Session(const Options& given)
     : options(given), trust(given.ca), number(given.number), report_(read_report(given)) {
-    report.wording = {"cloud_judge", "a cloud", "cloud", "requests", "checks", "sent", "page"};
+    report.wording = {"cloud_judge", "a cloud", "cloud", "requests", "checks", "sent", "must"};
 }
 
 Checkin Session::good() const {
@@ -118,14 +118,10 @@ Reply Session::get(const Host& host, const std::string& path, double seconds) {
     return receive_reply(connection, after(seconds));
 }
 
-std::string Session::missing_command(const std::string& command, const char* option) const {
-    if (!command.empty() || options.ask)
-        return {};
-    return std::string("neither ") + option + " nor --ask was given";
-}
-
-std::string
+HandOver
 Session::hand_over(const std::string& command, const char* what, const Json& document) const {
+    if (command.empty() && !options.ask)
+        return {std::string("nobody to ") + what, {}};
     if (command.empty())
         return ask_person(options.account.mac, what, document.dump());
     setenv("MAC", options.account.mac.c_str(), 1);
@@ -178,6 +174,16 @@ Check& Check::sent(const std::string& words, const Checkin& checkin) {
 Check& Check::came(const std::string& words) {
     seen_.came = words;
     return *this;
+}
+
+bool Check::expect_done(const HandOver& result) {
+    if (!result.skipped.empty())
+        skip(result.skipped);
+    if (!result.failure.empty()) {
+        came(result.failure);
+        fault("could not be queued");
+    }
+    return result.done();
 }
 
 void Check::fault(const std::string& reason) {

@@ -15,6 +15,13 @@ namespace judge::cloud {
 
 enum class Level { must, should };
 
+// What became of a document that the cloud's operator was to queue.
+struct HandOver {
+    std::string skipped; // why nobody tried
+    std::string failure; // what went wrong when it was tried
+    bool done() const { return skipped.empty() && failure.empty(); }
+};
+
 class Session {
   public:
     explicit Session(const Options& options);
@@ -35,11 +42,8 @@ class Session {
     Reply send(const Checkin& checkin, const Host& host);
     Reply get(const Host& host, const std::string& path, double seconds);
 
-    // Gives a document to the operator's command, or to the operator. Empty, or why it could not
-    // be.
-    std::string hand_over(const std::string& command, const char* what, const Json& document) const;
-    // What there is to hand over to; the reason to skip a check otherwise.
-    std::string missing_command(const std::string& command, const char* option) const;
+    // Gives a document to the operator's command, or to the operator.
+    HandOver hand_over(const std::string& command, const char* what, const Json& document) const;
 
   private:
     Json report_;
@@ -63,6 +67,9 @@ class Check {
     // Something else that comes to light with it, by a statement of its own.
     void fault(Level level, const std::string& reason, const std::string& says);
     void skip(const std::string& why) { result_.skipped = why; }
+    // What came of handing a document over. False, with what there is to tell told: it was not
+    // done.
+    bool expect_done(const HandOver& result);
     bool good() const { return result_.findings.empty() && result_.skipped.empty(); }
 
   private:

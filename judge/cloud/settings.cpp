@@ -140,6 +140,7 @@ void judge_order(Session& session) {
         check_number(check, session, *delivery);
         session.number = delivery->number;
     }
+    session.send(report(session, host), host); // acknowledges the second
 }
 
 // A switch that was with another cloud reports a number beyond any of this one.

@@ -335,7 +335,7 @@ class Output(Judgement):
         self.assertIn("""\nfallback, a replay there: taken
   sent   a check-in, and the same bytes to the fallback host
            POST /cloud-switch/""" + MAC, run.stdout)
-        self.assertIn("\n  page   1.3: a request sent twice is refused", run.stdout)
+        self.assertIn("\n  must   1.3: a request sent twice is refused", run.stdout)
         self.assertIn("\n  came   200 application/json: {}\n", run.stdout)
         self.assertIn("convicted: 1 finding\n", run.stdout)
 
@@ -360,10 +360,23 @@ class Output(Judgement):
         suite = xml.etree.ElementTree.parse(cloud.folder / "report.xml").getroot()
         self.assertEqual("8", suite.get("skipped"))
         reasons = {skipped.get("message") for skipped in suite.iter("skipped")}
-        self.assertEqual({"neither --queue-settings nor --ask was given",
-                          "settings were not delivered as they should be",
-                          "neither --push-action nor --ask was given",
+        self.assertEqual({"nobody to queue these settings", "nobody to push this action",
+                          "settings were not delivered as they should be", "no action was pushed",
                           "--patience was not given"}, reasons)
+        for reason in reasons:
+            self.assertIn(f", for {reason}\n", run.stdout)
+
+    def test_a_command_that_fails_is_a_finding(self):
+        report, run = self.cloud().judge("--family", "keeper", "--push-action", "exit 3")
+        self.assertEqual(1, run.returncode)
+        self.assertEqual("could not be queued", report["findings"][0]["reason"])
+        self.assertEqual("the command failed with status 3", report["findings"][0]["came"])
+
+    def test_a_wrong_account_is_remarked(self):
+        _, run = self.cloud().judge("--family", "certificates", "--secret", "other")
+        self.assertEqual(0, run.returncode)
+        self.assertIn("remark: not even a plain check-in is served (403 text/plain: signature:",
+                      run.stdout)
 
     def test_a_person_can_be_asked_to_push(self):
         cloud = self.cloud()
