@@ -120,7 +120,7 @@ std::string skipped_text(const Report& report) {
             ++reasons[step.skipped];
     std::string text;
     for (const auto& [reason, count] : reasons)
-        text += "\nskipped: " + numbered(count, "check") + ", for " + reason;
+        text += "\nskipped: " + numbered(count, "check") + ": " + reason;
     return text;
 }
 

@@ -364,7 +364,7 @@ class Output(Judgement):
                           "settings were not delivered as they should be", "no action was pushed",
                           "--patience was not given"}, reasons)
         for reason in reasons:
-            self.assertIn(f", for {reason}\n", run.stdout)
+            self.assertIn(f": {reason}\n", run.stdout)
 
     def test_a_command_that_fails_is_a_finding(self):
         report, run = self.cloud().judge("--family", "keeper", "--push-action", "exit 3")
