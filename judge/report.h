@@ -16,7 +16,7 @@ struct Wording {
     const char* suite = "platform"; // before a family's name, in JUnit's class names
     const char* calls = "calls";    // columns of the table
     const char* cases = "cases";
-    const char* call = "call"; // at most six letters
+    const char* call = "call";   // at most six letters
     const char* says = "header"; // of a must, where there are shoulds, too
 };
 
