@@ -27,18 +27,21 @@ function(vx_install_pages component page)
   endforeach()
 endfunction()
 
-# vx_install_scripts(<component> <folder> <script>...): scripts of tools/ beside a places.py that
-# knows the installed tree from there.
+# vx_install_scripts(<component> <folder> PROGRAMS <script>... [MODULES <script>...]): scripts of tools/
+# beside a places.py that knows the installed tree from there.
 function(vx_install_scripts component folder)
+  cmake_parse_arguments(PARSE_ARGV 2 scripts "" "" "PROGRAMS;MODULES")
+  list(TRANSFORM scripts_PROGRAMS PREPEND ${CMAKE_SOURCE_DIR}/tools/)
+  list(TRANSFORM scripts_MODULES PREPEND ${CMAKE_SOURCE_DIR}/tools/)
   foreach(kind IN ITEMS BINDIR INCLUDEDIR DATADIR)
     file(RELATIVE_PATH ${kind} ${CMAKE_INSTALL_PREFIX}/${folder}
          ${CMAKE_INSTALL_FULL_${kind}})
   endforeach()
   configure_file(${CMAKE_SOURCE_DIR}/packaging/workstation/places.py.in
                  ${made}/${folder}/places.py @ONLY)
-  install(FILES ${made}/${folder}/places.py DESTINATION ${folder} COMPONENT ${component})
-  list(TRANSFORM ARGN PREPEND ${CMAKE_SOURCE_DIR}/tools/ OUTPUT_VARIABLE scripts)
-  install(PROGRAMS ${scripts} DESTINATION ${folder} COMPONENT ${component})
+  install(FILES ${made}/${folder}/places.py ${scripts_MODULES} DESTINATION ${folder}
+          COMPONENT ${component})
+  install(PROGRAMS ${scripts_PROGRAMS} DESTINATION ${folder} COMPONENT ${component})
 endfunction()
 
 # vx_install_command(<component> <name> <script>): a script under the name of a command.
@@ -75,7 +78,8 @@ endif()
 if(VX_WORKSTATION AND NOT CMAKE_CROSSCOMPILING)
   install(TARGETS lab_cloud cloud_judge vx_cloud_sim vx_cloud_doctor_sim platform_judge_sim
           DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT workstation)
-  vx_install_scripts(workstation ${shared} run.py story.py workbench.py wire_schema.py make_image.py)
+  vx_install_scripts(workstation ${shared} PROGRAMS run.py make_image.py
+                     MODULES story.py workbench.py wire_schema.py)
   vx_install_command(workstation vx_cloud_run ${shared}/run.py)
   vx_install_command(workstation vx_cloud_make_image ${shared}/make_image.py)
   file(GLOB schemas CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/docs/schema/*.schema.json)
@@ -97,7 +101,7 @@ install(DIRECTORY platform driver DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vx_clo
 file(RELATIVE_PATH PC_TO_INCLUDE ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig
      ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 vx_install_made(vendor vendor/vx_cloud.pc.in ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-vx_install_scripts(vendor ${shared}/vendor null_platform.py)
+vx_install_scripts(vendor ${shared}/vendor PROGRAMS null_platform.py)
 vx_install_command(vendor vx_cloud_null_platform ${shared}/vendor/null_platform.py)
 vx_install_pages(vendor vx_cloud_null_platform.1)
 install(DIRECTORY examples/twelve_ports COMPONENT vendor

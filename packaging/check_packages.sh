@@ -20,7 +20,7 @@ build() {
   say "building $version from a clean clone"
   git clone -q --no-hardlinks . "$folder/vx-cloud-$version"
   (cd "$folder/vx-cloud-$version" && dpkg-buildpackage -us -uc > "$folder/build.log" 2>&1) || {
-    tail -50 "$folder/build.log"
+    tail -50 "$folder/build.log" | cut -c1-200
     return 1
   }
   grep -E '[0-9]+ names from outside' "$folder/build.log"
@@ -39,7 +39,7 @@ look() {
 
 # What the packages and their tests need of the distribution: it is there before they come.
 needed() {
-  for package in "$folder"/*.deb; do
+  for package in "$folder"/in/*.deb; do
     dpkg-deb -f "$package" Depends
   done | cat - <(sed -n 's/^Depends: //p' debian/tests/control) | tr ',' '\n' | sed 's/^ *//' |
     grep -v '^vx-cloud-' | grep . | sort -u | paste -sd,
@@ -52,7 +52,8 @@ try() {
   say "a clean root"
   apt-config dump | grep '^Acquire::' > "$folder/apt.conf"
   mkdir "$folder/in"
-  cp "$folder"/*.deb packaging/try_packages.sh "$folder/in"
+  find "$folder" -maxdepth 1 -name '*.deb' ! -name '*-dbgsym_*' -exec cp -t "$folder/in" {} +
+  cp packaging/try_packages.sh "$folder/in"
   cp -r debian/tests "$folder/in/tests"
   needed > "$folder/in/needed"
   # shellcheck disable=SC2046

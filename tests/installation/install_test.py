@@ -70,6 +70,10 @@ class Workstation(Tree):
             *(f"share/vx_cloud/{name}.py" for name in scripts),
             *(f"share/vx_cloud/schema/{name}.schema.json" for name in schemas))
 
+    def test_a_script_that_is_no_command_cannot_be_run(self):
+        for path in (self.prefix / "share/vx_cloud").glob("*.py"):
+            self.assertEqual(path.read_text().startswith("#!"), os.access(path, os.X_OK), path.name)
+
     def test_every_command_tells_the_version(self):
         for command in sorted((self.prefix / "bin").iterdir()):
             self.assertEqual(f"{command.name} {VERSION}\n", output_of(command, "--version"))

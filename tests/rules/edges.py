@@ -9,7 +9,8 @@ import subprocess
 import sys
 
 HARMLESS = """
-    abort snprintf __snprintf_chk vsnprintf __vsnprintf_chk sprintf sscanf __isoc99_sscanf
+    abort snprintf __snprintf_chk vsnprintf __vsnprintf_chk sprintf __sprintf_chk __printf_chk __fprintf_chk
+    __memcpy_chk sscanf __isoc99_sscanf
     __isoc23_sscanf strlen strcmp strncmp strcasecmp strncasecmp strcpy strncpy strchr strrchr strstr
     strcspn strspn strtok_r strtol strtoul strtoull strtod __isoc23_strtol __isoc23_strtoul strnlen
     strdup strndup strerror memcpy memset memmove memcmp memchr explicit_bzero free atoi qsort
