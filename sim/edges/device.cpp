@@ -3,6 +3,7 @@
 // is made for one.
 #include "sim/edges/device.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
@@ -46,6 +47,11 @@ class Descriptors {
             return false;
         open_[static_cast<std::size_t>(descriptor - first_descriptor)] = false;
         return true;
+    }
+
+    std::size_t count() {
+        std::lock_guard guard(mutex_);
+        return static_cast<std::size_t>(std::count(open_.begin(), open_.end(), true));
     }
 
   private:
@@ -95,6 +101,8 @@ int open_chip() { return board().device.driver_loaded ? descriptors().open() : r
 bool is_chip(int descriptor) { return descriptor >= first_descriptor; }
 
 int close_chip(int descriptor) { return descriptors().close(descriptor) ? 0 : refuse(EBADF); }
+
+std::size_t open_chip_descriptors() { return descriptors().count(); }
 
 } // namespace sim
 

@@ -22,6 +22,8 @@ void Faults::clear() {
 }
 
 std::optional<int> Faults::hit(Edge edge, std::string_view name) {
+    if (heard)
+        heard(edge, name);
     std::lock_guard lock(mutex_);
     ++counts_[static_cast<std::size_t>(edge)];
     std::optional<int> code;

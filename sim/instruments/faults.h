@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -38,6 +39,9 @@ class Faults {
     std::uint64_t count(Edge edge) const; // calls since clear()
     bool planned() const;                 // whether any fault is
     bool planned(Edge edge) const;
+
+    // Hears of every call that is counted, before it is answered; empty where nobody listens.
+    std::function<void(Edge edge, std::string_view name)> heard;
 
   private:
     mutable std::mutex mutex_;

@@ -38,6 +38,11 @@ std::vector<std::string> Trace::calls() const {
     return names;
 }
 
+std::size_t Trace::size() const {
+    std::lock_guard lock(mutex_);
+    return lines_.size();
+}
+
 void Trace::clear() {
     std::lock_guard lock(mutex_);
     lines_.clear();

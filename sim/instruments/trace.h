@@ -29,6 +29,7 @@ class Trace {
     // What was kept.
     std::vector<std::string> lines() const;
     std::vector<std::string> calls() const; // names only
+    std::size_t size() const;
     void clear();
 
   private:

@@ -1,38 +1,21 @@
-// The report, with every call that it makes failing in turn.
-#include <cstdlib>
-
-#include "base/debug.h"
+// The report of a switch on which there is something to report in every section.
 #include "core/dispatch.h"
-#include "json/json_print.h"
 #include "tests/support/on_board.h"
+#include "tests/torture/switch_in_use.h"
 #include "tests/torture/torture.h"
 
 namespace {
 
-std::string report_text() {
-    Json document(createJsonObject());
-    vxc_get(document);
-    return compact(document);
-}
+cJSON* document;
 
-const TorturedRun report = {
-    [](sim::Board&) {},
-    [] {
-        cJSON* document = createJsonObject();
-        if (!document)
-            return;
-        vxc_get(document);
-        std::free(printJson(document));
-        deleteJsonObject(document);
+const torture::Scenario report = {
+    "report",
+    [](sim::Board& board) {
+        torture::put_switch_to_use(board);
+        document = createJsonObject();
     },
-    report_text};
-
-const TorturedRun report_on_the_console = {
-    [](sim::Board&) { debug_flag = 1; }, report.run, report_text};
+    [] { vxc_get(document); }, [](sim::Board&) { return document; }};
 
 } // namespace
 
-TEST(ReportTorture, platform_calls) { EXPECT_GT(torture(sim::Edge::platform, report), 100u); }
-TEST(ReportTorture, driver_requests) { EXPECT_GT(torture(sim::Edge::ioctl, report), 100u); }
-TEST(ReportTorture, allocations) { EXPECT_GT(torture(sim::Edge::allocation, report), 500u); }
-TEST(ReportTorture, files) { EXPECT_GT(torture(sim::Edge::file, report_on_the_console), 10u); }
+TEST(ReportTorture, each_call_that_fails_has_the_outcome_of_its_row) { torture::torture(report); }
