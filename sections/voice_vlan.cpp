@@ -177,18 +177,22 @@ int oui_delete(const cJSON* edit) {
 
 namespace {
 
-int edit_vendor(const cJSON* edit) {
+// What an edit fails with stands in the error list, and the next one follows.
+void edit_vendor(const cJSON* edit) {
     int method = -1;
     read_int(edit, "method", &method);
     switch (method) {
     case METHOD_DELETE:
-        return oui_delete(edit);
+        oui_delete(edit);
+        break;
     case METHOD_ADD:
-        return oui_add(edit);
+        oui_add(edit);
+        break;
     case METHOD_CHANGE:
-        return oui_update(edit);
+        oui_update(edit);
+        break;
     default:
-        return 0;
+        break;
     }
 }
 

@@ -1,6 +1,6 @@
 """Changes the agent's sources one small thing at a time and asks whether a test notices.
 
-usage: ./check --mutants [PATH...] [--sample N --seed S] [--jobs N] [--again] [--list] [--figures]
+usage: ./check --mutants [PATH...] [--sample N --seed S] [--jobs N] [--limit S] [--again] [--list] [--figures]
 """
 import argparse
 import collections
@@ -25,6 +25,8 @@ def read_arguments():
     parser.add_argument("--sample", type=int, metavar="N", help="N mutants a source, by chance")
     parser.add_argument("--seed", type=int, default=1, metavar="S", help="of the chance; 1")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N")
+    parser.add_argument("--limit", type=float, default=5, metavar="S",
+                        help="seconds of tests that a mutant has to live through; 5")
     parser.add_argument("--operator", help="mutants of this operator only")
     parser.add_argument("--again", action="store_true",
                         help="those alone that no test noticed the last time")
@@ -74,7 +76,7 @@ def run_all(chosen, found, arguments, results):
     programs = list(dict.fromkeys(
         program for folder in folders for program in build.SUITES[folder]))
     build.make(programs, arguments.jobs)
-    trials = trial.Trials(found, programs)
+    trials = trial.Trials(found, programs, arguments.limit)
     reasons = equivalents.read()
     verdicts = {}
     started = time.monotonic()
@@ -89,7 +91,7 @@ def run_all(chosen, found, arguments, results):
             results[as_text(mutant.key)] = [verdict, by]
             if verdict in figures.LIVES:
                 show(mutant, verdict)
-            if count % 200 == 0:
+            if count % 50 == 0:
                 write_results(results)
                 print(f"... {count} of {len(chosen)}, {time.monotonic() - started:.0f} s",
                       file=sys.stderr, flush=True)

@@ -146,7 +146,11 @@ class Finder:
 
     def narrow(self, node, initial):
         kind = node.cursor.type.spelling.replace("const ", "")
-        if kind in HALF_AS_WIDE and not is_literal(bare(initial)):
+        value = bare(initial)
+        is_known = is_literal(value) or (
+            value.kind == Kind.DECL_REF_EXPR and value.cursor.referenced and
+            value.cursor.referenced.kind == Kind.ENUM_CONSTANT_DECL)
+        if kind in HALF_AS_WIDE and not is_known:
             self.add("width", initial, narrowed(kind, self.written(initial)))
 
     def on_cxx_static_cast_expr(self, node):
@@ -189,6 +193,8 @@ class Finder:
             self.add("comparison", condition, f"!{self.written(condition)}", asks=True)
 
     def on_integer_literal(self, node):
+        if self.is_inside(node, Kind.CXX_UNARY_EXPR):  # the size of a table's first row is any's
+            return
         text = self.written(node)
         match = re.fullmatch(r"(0[xX][0-9a-fA-F]+|[0-9]+)([uUlL]*)", text)
         if not match:
@@ -232,8 +238,8 @@ class Finder:
             self.add("constant", node, f"static_cast<decltype({name})>({name} + 1)")
 
     def is_overwritten(self, node):
-        """A variable's first value, where the next statement is `if (int code = get(&variable))`:
-        nobody sees it."""
+        """A variable's first value, where the first statement that knows the variable is an if or a
+        return that hands it out to be written: `if (int code = get(&variable))`. Nobody sees it."""
         at = node
         while at.parent and at.parent.kind in WRAPPERS:
             at = at.parent
@@ -241,20 +247,30 @@ class Finder:
         if (variable.kind != Kind.VAR_DECL or not variable.parent or
                 variable.parent.kind != Kind.DECL_STMT):
             return False
-        statement = variable.parent
-        siblings = statement.parent.children
-        following = siblings[siblings.index(statement) + 1:]
-        while following and following[0].kind == Kind.DECL_STMT:
-            following = following[1:]
+        siblings = variable.parent.parent.children
         name = variable.cursor.spelling
-        return bool(following) and bool(re.match(
-            rf"if \(int code = [^;]*&{name}\b", self.written(following[0])))
+        for statement in siblings[siblings.index(variable.parent) + 1:]:
+            if re.search(rf"\b{name}\b", self.written(statement)):
+                return (statement.kind in (Kind.IF_STMT, Kind.RETURN_STMT) and
+                        self.hands_out(statement.children[0], name))
+        return False
+
+    def hands_out(self, node, name):
+        condition = node
+        if condition.kind == Kind.DECL_STMT:
+            condition = condition.children[0]
+        return bool(re.search(rf"&{name}\b", self.written(condition)))
+
+    def is_inside(self, node, kind):
+        while node and node.kind != kind:
+            node = node.parent
+        return node is not None
 
     def must_be_constant(self, node):
         at = node
         while at.parent:
             parent = at.parent
-            if parent.kind in (Kind.ENUM_CONSTANT_DECL, Kind.FIELD_DECL):
+            if parent.kind in (Kind.ENUM_CONSTANT_DECL, Kind.FIELD_DECL, Kind.PARM_DECL):
                 return True
             if parent.kind == Kind.CXX_UNARY_EXPR:  # sizeof
                 return True
@@ -327,7 +343,10 @@ class Finder:
             return
         value = bare(node.children[0])
         is_number = node.children[0].cursor.type.get_canonical().kind in UNSIGNED_OR_SIGNED
-        if value.kind == Kind.DECL_REF_EXPR and is_number:
+        is_zero = (value.kind == Kind.DECL_REF_EXPR and value.cursor.referenced and
+                   value.cursor.referenced.kind == Kind.ENUM_CONSTANT_DECL and
+                   value.cursor.referenced.enum_value == 0)
+        if value.kind == Kind.DECL_REF_EXPR and is_number and not is_zero:
             self.add("returned code", node.children[0], "0")
 
     # --- What is exchanged.

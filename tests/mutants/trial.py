@@ -130,7 +130,8 @@ class Reach:
 # --- One mutant.
 
 class Trials:
-    def __init__(self, found, programs):
+    def __init__(self, found, programs, limit):
+        self.limit = limit
         self.reach = Reach(found, programs)
         self.alone = build.Alone()
         self.lock = threading.Lock()
@@ -164,10 +165,21 @@ class Trials:
                 return "killed", killer
         return "survived", ""
 
+    def within_limit(self, tests):
+        """The tests of a mutant's time, the quick ones first to be taken; in their order."""
+        left = self.limit
+        taken = set()
+        for test in sorted(tests, key=lambda test: test.seconds):
+            left -= test.seconds
+            if left >= 0 or not taken:
+                taken.add(id(test))
+        return [test for test in tests if id(test) in taken]
+
     def batches(self, mutant, tests):
         """The likely ones first, then the others program by program."""
         with self.lock:
             known = self.killers.get((mutant.file, mutant.function), [])[:6]
+        tests = self.within_limit(tests)
         likely = [test for test in tests if test.name in known]
         rest = [test for test in tests if test.name not in known]
         own = tests[0].program

@@ -641,6 +641,16 @@ TEST_F(Diagnostic, a_running_ping_that_memory_is_too_short_for_stays_running) {
     EXPECT_TRUE(exists(ping_path));
 }
 
+TEST_F(Diagnostic, a_traceroute_that_memory_is_too_short_for_fails_and_waits) {
+    put_file(trace_path, "t\n");
+    traceroute_status = DIAGNOSTIC_READY;
+    Json diagnostic(createJsonObject());
+    board.faults.plan({sim::Edge::allocation, "", 1, true, 1, 0});
+    EXPECT_EQ(vxc_traceroute_get(diagnostic), -1);
+    EXPECT_EQ(traceroute_status, static_cast<uint32_t>(DIAGNOSTIC_READY));
+    EXPECT_TRUE(exists(trace_path));
+}
+
 // --- What the connection keeper makes of them.
 
 namespace {

@@ -14,6 +14,10 @@ struct OddSwitch {
     std::optional<std::uint32_t> sources;  // sal_mirror_group_state_get
     bool takes_any_limit = false;          // sal_poe_power_th_type_config_set
 
+    // What it was given: lists of VLANs to render, and how many of their buffers were not all zero.
+    int vlan_lists = 0;
+    int used_buffers = 0;
+
     OddSwitch();
     ~OddSwitch();
     OddSwitch(const OddSwitch&) = delete;

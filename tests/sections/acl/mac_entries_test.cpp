@@ -120,6 +120,9 @@ TEST_F(AceMacs, values_of_a_new_entry) {
         {R"("ethertype":"600")", "{10 permit ethertype 0600}"},
         {R"("ethertype":"FFFF")", "{10 permit ethertype FFFF}"},
         {R"("ethertype":"0x86dd")", "{10 permit ethertype 86DD}"},
+        {R"("ethertype":"0X86DD")", "{10 permit ethertype 86DD}"},
+        {R"("ethertype":"8x0600")", nullptr},
+        {R"("ethertype":"0y0600")", nullptr},
         {R"("ethertype":"05FF")", nullptr},
         {R"("ethertype":"10000")", nullptr},
         {R"("ethertype":"1FFFFFFFF")", nullptr},
@@ -229,6 +232,15 @@ TEST_F(AceMacs, a_mask_modified_where_there_is_no_address_is_not_looked_at) {
     EXPECT_EQ(modify(R"("source_mask":"no mask","destination_mask":"FF:00:00:00:00:00")"), 0);
     EXPECT_EQ(entry(), "{10 permit}");
     EXPECT_EQ(recorded(), Codes{});
+}
+
+TEST_F(AceMacs, an_address_that_is_taken_away_takes_its_mask_along) {
+    start_with(full_entry);
+    EXPECT_EQ(modify(R"("destination_mac":"","source_mac":"")"), 0);
+    const AceMac& mac = device.acl.lists[0].entries[0].match.mac;
+    for (const auto& bytes :
+         {mac.destination_mac, mac.destination_mask, mac.source_mac, mac.source_mask})
+        EXPECT_EQ(std::string(bytes, bytes + MAC_ADDRESS_SIZE), std::string(6, '\0'));
 }
 
 TEST_F(AceMacs, entries_are_kept_in_the_startup_configuration) {

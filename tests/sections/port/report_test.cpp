@@ -12,6 +12,7 @@
 #include "platform/poe.h"
 #include "platform/vlan.h"
 #include "sections/port/speed.h"
+#include "tests/sections/odd_switch.h"
 #include "tests/support/on_board.h"
 #include "tests/support/short_of_memory.h"
 #include "tests/support/sized_board.h"
@@ -243,6 +244,13 @@ TEST(VlanText, has_room_for_any_mask) {
         ASSERT_EQ(sys_util_str2Vlanmask(text.c_str(), &again), 0);
         EXPECT_EQ(std::memcmp(&mask, &again, sizeof mask), 0) << "gap at " << gap;
     }
+}
+
+TEST_F(PortReport, every_list_of_vlans_is_rendered_into_a_buffer_of_zeros) {
+    OddSwitch odd;
+    report();
+    EXPECT_EQ(odd.vlan_lists, 2 * 28);
+    EXPECT_EQ(odd.used_buffers, 0);
 }
 
 TEST_F(PortReport, calls_before_the_ports_come_in_their_order) {
