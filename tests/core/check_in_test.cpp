@@ -509,3 +509,16 @@ TEST(RedactAccount, hides_what_any_spelling_of_the_names_holds) {
     EXPECT_EQ(redacted("\"secret\":\"a\\"), "\"secret\":\"**");
     EXPECT_EQ(redacted(""), "");
 }
+
+TEST(RedactAccount, an_empty_name_is_a_name_and_the_beginning_of_one_is_not_the_name) {
+    auto redacted = [](const char* text) {
+        char* copy = redact_account(text);
+        std::string result = copy;
+        std::free(copy);
+        return result;
+    };
+    EXPECT_EQ(redacted(R"({"": 1, "key": "abc"})"), R"({"": 1, "key": "***"})");
+    EXPECT_EQ(redacted(R"({"": "abc", "ke": "abc"})"), R"({"": "abc", "ke": "abc"})");
+    EXPECT_EQ(redacted(R"({"key": "", "secret": "a"})"), R"({"key": "", "secret": "*"})");
+    EXPECT_EQ(redacted("\"secret\":\"a\\\""), "\"secret\":\"***");
+}

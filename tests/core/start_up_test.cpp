@@ -6,6 +6,7 @@
 
 #include "base/debug.h"
 #include "base/errors.h"
+#include "core/local_request.h"
 #include "tests/core/running_keeper.h"
 #include "tests/support/environment.h"
 
@@ -113,6 +114,41 @@ TEST_F(StartUp, loads_hosts_interval_and_account) {
     EXPECT_EQ(checkin_timeout, 120);
     EXPECT_EQ(checkin_connect_timeout, 120);
     EXPECT_EQ(checkin_type, CHECKIN_ANY_ADDRESS);
+}
+
+TEST_F(StartUp, before_the_services_come_up_it_is_known_reachable_and_has_its_time_outs) {
+    checkin_timeout = checkin_connect_timeout = 1;
+    checkin_type = CHECKIN_IPV6_ONLY;
+    signal(SIGUSR1, SIG_IGN);
+    Lines seen;
+    board.clock.on_sleep = [&](unsigned seconds) {
+        struct sigaction now {};
+        sigaction(SIGUSR1, nullptr, &now);
+        if (seconds == 30)
+            seen = {file("/var/run/vx_cloud.pid"),
+                    macstr,
+                    std::to_string(checkin_timeout),
+                    std::to_string(checkin_connect_timeout),
+                    std::to_string(checkin_type),
+                    now.sa_handler == handleAction ? "handled" : "not handled"};
+        return 0u;
+    };
+    start();
+    EXPECT_EQ(
+        seen, (Lines{std::to_string(getpid()), "021b2c3d4e5f", "120", "120", "0", "handled"}));
+}
+
+TEST_F(StartUp, connection_starts_unestablished_before_the_keeper_comes_up) {
+    checkin_connect_establish = checkin_connect_retry = 1;
+    Lines seen;
+    board.clock.on_sleep = [&](unsigned seconds) {
+        seen.push_back(
+            std::to_string(seconds) + ": " + std::to_string(checkin_connect_establish) +
+            std::to_string(checkin_connect_retry));
+        return 0u;
+    };
+    start();
+    EXPECT_EQ(seen, (Lines{"30: 11", "2: 00"}));
 }
 
 TEST_F(StartUp, keeper_listens_before_the_account_is_loaded) {

@@ -26,13 +26,13 @@ SUITES = {
     "driver": ("driver_tests",),
     "sections": ("section_tests", "core_tests"),
     "transport": ("transport_tests", "core_tests"),
-    "core": ("core_tests", "dispatch_table_tests", "doctor_tests"),
+    "core": ("core_tests", "dispatch_table_tests", "section_tests"),
 }
 FOLDER_OF = {
     "base_tests": "tests/base", "json_tests": "tests/json", "driver_tests": "tests/driver",
     "transport_tests": "tests/transport", "section_tests": "tests/sections",
     "dispatch_table_tests": "tests/core/dispatch_table", "core_tests": "tests/core",
-    "doctor_tests": "tests/doctor", "sim_tests": "tests/sim"}
+    "sim_tests": "tests/sim"}
 COMPILER = ("clang-14", "clang++-14")
 
 

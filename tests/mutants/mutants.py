@@ -44,7 +44,7 @@ def is_wanted(name, paths):
 def choose(every, arguments, results):
     wanted = collections.defaultdict(list)
     for mutant in every:
-        lived = results.get(as_text(mutant.key), ["survived"])[0] in figures.LIVES
+        lived = results.get(as_text(mutant.key), [None])[0] in figures.LIVES
         if (is_wanted(mutant.file, arguments.paths) and (lived or not arguments.again) and
                 arguments.operator in (None, mutant.operator)):
             wanted[mutant.file].append(mutant)

@@ -2,8 +2,11 @@
 #include "transport/hmac.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/mman.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "hex.h"
 
@@ -26,6 +29,32 @@ std::string key_of(std::size_t length) {
     for (std::size_t i = 0; i < length; ++i)
         key += static_cast<char>(7 * i + 1);
     return key;
+}
+
+// What `run` leaves on a stack that it has for itself.
+std::string stack_after(std::function<void()> run) {
+    constexpr std::size_t size = 1 << 20;
+    void* stack = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstack(&attributes, stack, size);
+    pthread_t thread;
+    auto call = [](void* function) -> void* {
+        (*static_cast<std::function<void()>*>(function))();
+        return nullptr;
+    };
+    EXPECT_EQ(pthread_create(&thread, &attributes, call, &run), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    std::string left(static_cast<const char*>(stack), size);
+    munmap(stack, size);
+    return left;
+}
+
+std::string sha256(const std::string& text) {
+    std::uint8_t digest[HMAC_SHA256_SIZE];
+    EVP_Digest(text.data(), text.size(), digest, nullptr, EVP_sha256(), nullptr);
+    return {digest, digest + sizeof digest};
 }
 
 struct Vector {
@@ -108,4 +137,17 @@ TEST(Hmac, pads_are_filled_beyond_the_key) {
     EXPECT_EQ(hex(opad, 3), "1d5c5c");
     EXPECT_EQ(ipad[63], 0x36);
     EXPECT_EQ(opad[63], 0x5c);
+}
+
+TEST(Hmac, neither_the_keys_digest_nor_the_inner_one_stays_on_the_stack) {
+    std::string key = key_of(65);
+    mbedtls_sha256_context context;
+    std::uint8_t mac[HMAC_SHA256_SIZE];
+    mbedtls_sha256_init(&context);
+    std::string left = stack_after([&] { sha256_hmac_starts(&context, raw(key), key.size(), 0); });
+    EXPECT_EQ(left.find(sha256(key)), std::string::npos);
+    std::string inner = sha256(std::string(ipad, ipad + sizeof ipad));
+    left = stack_after([&] { sha256_hmac_finish(&context, mac); });
+    EXPECT_EQ(left.find(inner), std::string::npos);
+    mbedtls_sha256_free(&context);
 }
