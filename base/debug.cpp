@@ -43,9 +43,7 @@ void write_to_console(const char* text, size_t length) {
 
 } // namespace
 
-void debug_print(const char* format, ...) {
-    if (!debug_flag)
-        return;
+void print_to_console(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     char* text = format_text(format, arguments);

@@ -261,7 +261,8 @@ bool find_port(const cJSON* settings, int* port) {
         return false;
     if (parse_port_id(id, port) && is_port(*port))
         return true;
-    debug_print("\nid => %d \n", sys_logic_port_num_ret());
+    int ports = sys_logic_port_num_ret();
+    debug_print("\nid => %d \n", ports);
     return false;
 }
 

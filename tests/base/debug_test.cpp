@@ -48,6 +48,16 @@ const std::string long_text(300'000, 'x');
 
 } // namespace
 
+TEST_F(Console, arguments_are_evaluated_only_for_a_line_that_is_printed) {
+    int evaluated = 0;
+    debug_flag = 0;
+    debug_print("%d\n", ++evaluated);
+    EXPECT_EQ(evaluated, 0);
+    debug_flag = 1;
+    debug_print("%d\n", ++evaluated);
+    EXPECT_EQ(evaluated, 1);
+}
+
 TEST_F(Console, text_is_lost_where_nobody_is_at_the_console) {
     EXPECT_LT(seconds_to_print("text\n"), 0.5);
 }
