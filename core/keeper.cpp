@@ -29,9 +29,8 @@ enum {
     KEEPALIVE_INTERVAL = 60,  // seconds
     PAUSE_AFTER_FAILURE = 10, // seconds
     FAILURES_TO_REPORT = 10,
-    LONGEST_WAIT = 60000, // milliseconds; libcurl asks for far less when it has a timer running
-    WAIT_WITHOUT_SOCKET = 100,
-    LONGEST_JOIN = 2000, // milliseconds
+    WAIT_WITHOUT_SOCKET = 100, // milliseconds
+    LONGEST_JOIN = 2000,       // milliseconds
     JOIN_STEP = 10,
     WAITED_SOCKETS = 16, // a transfer has one, or two while it chooses between address families
 };
@@ -75,10 +74,12 @@ nfds_t list_sockets(pollfd* sockets) {
     return count;
 }
 
+// The kernel keeps the connection alive by itself: the thread is woken by an answer, or when the
+// next of libcurl's timers is due, of which the last is the end of the transfer.
 int longest_wait(bool has_sockets) {
     long wanted = -1;
     curl_multi_timeout(transfers, &wanted);
-    int limit = has_sockets ? LONGEST_WAIT : WAIT_WITHOUT_SOCKET;
+    int limit = has_sockets ? LISTEN_TIMEOUT * 1000 : WAIT_WITHOUT_SOCKET;
     return wanted < 0 || wanted > limit ? limit : static_cast<int>(wanted);
 }
 

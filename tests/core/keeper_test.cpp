@@ -11,6 +11,7 @@
 #include "base/debug.h"
 #include "core/main_loop.h"
 #include "sim/edges/transfers.h"
+#include "tests/core/idle_day.h"
 #include "tests/core/name_service.h"
 #include "tests/core/running_keeper.h"
 #include "tests/support/environment.h"
@@ -111,6 +112,15 @@ TEST_F(Keeper, host_is_looked_up_for_each_request) {
     keeper_turn(named.c_str(), &failures);
     EXPECT_EQ(names.lookups(), 2);
     EXPECT_EQ(failures, 0);
+}
+
+// The end of the transfer every half an hour is all that would wake it; the rest is its beginning.
+TEST_F(Keeper, a_day_without_anything_to_do_wakes_it_for_the_end_of_a_transfer_only) {
+    IdleDay day;
+    keeper.answer(silence());
+    running.start();
+    ASSERT_TRUE(day.wait_for_end());
+    EXPECT_LE(day.waits(), 24 * 2 + 20);
 }
 
 TEST_F(Keeper, refused_connection_is_a_failure) {

@@ -5,6 +5,7 @@
 
 #include "base/debug.h"
 #include "core/local_request.h"
+#include "tests/core/idle_day.h"
 #include "tests/core/running_keeper.h"
 
 namespace {
@@ -54,6 +55,18 @@ TEST_F(MainLoop, established_connection_sleeps_out_the_interval) {
     CheckinInterval = 77;
     turn();
     EXPECT_EQ(sleeps(), (Lines{"sleep(77) = 0"}));
+}
+
+TEST_F(MainLoop, a_day_has_one_wait_a_checkin_and_no_other) {
+    IdleDay day;
+    CheckinInterval = 3600;
+    for (int hour = 0; hour < 24; ++hour) {
+        cloud.answer(reply("{}"));
+        turn();
+    }
+    EXPECT_EQ(sleeps(), Lines(24, "sleep(3600) = 0"));
+    EXPECT_EQ(board.clock.running(), 24 * 3600);
+    EXPECT_EQ(day.waits(), 0);
 }
 
 TEST_F(MainLoop, full_sleep_skips_both_need_sleep_prints) {
