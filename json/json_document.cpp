@@ -4,6 +4,7 @@
 #include <stddef.h>
 #include <string.h>
 
+#include "json/json_list.h"
 #include "json/json_node.h"
 #include "json/utf8.h"
 
@@ -236,6 +237,11 @@ void addJsonObject(cJSON* object, const char* name, cJSON* node) {
 }
 
 void addJsonArrayItem(cJSON* array, cJSON* node) { take(array, node); }
+
+void addJsonArrayStringItem(cJSON* array, const char* text) {
+    if (text)
+        take(array, new_text(nullptr, text));
+}
 
 void addJsonObjectStringItem(cJSON* object, const char* name, const char* text) {
     if (text)

@@ -142,7 +142,7 @@ int add_leading_members(PortReport* report, cJSON* object, int port) {
         return code;
     if (int code = add_vlans(report, object, port, "untagged_vlans", VLAN_UNTAGGED))
         return code;
-    addJsonObject(object, "connected_device_mac_list", create_mac_list(&report->macs, port));
+    addJsonObject(object, "connected_device_mac_list", take_mac_list(&report->macs, port));
     if (int code = add_port_poe(object, port, &draw))
         return code;
     report->draw = static_cast<uint16_t>(report->draw + draw);
