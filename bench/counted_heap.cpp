@@ -45,13 +45,18 @@ extern "C" {
 void* malloc(std::size_t size) { return taken(__libc_malloc(size)); }
 void* calloc(std::size_t count, std::size_t size) { return taken(__libc_calloc(count, size)); }
 
-// A block that grows counts as both old and new: it may have had to move.
+// A block that grows counts as both old and new: it may have had to move. One that shrinks gives
+// back its end.
 void* realloc(void* memory, std::size_t size) {
     std::ptrdiff_t old = memory && is_agents() ? size_of(memory) : 0;
-    void* larger = taken(__libc_realloc(memory, size));
-    if (larger)
+    void* changed = __libc_realloc(memory, size);
+    if (changed && is_agents()) {
+        held += size_of(changed);
+        if (size_of(changed) > old)
+            most = std::max(most, held);
         held -= old;
-    return larger;
+    }
+    return changed;
 }
 
 void free(void* memory) {

@@ -121,7 +121,7 @@ int main() {
         auto times = bench::take_turns(
             {[&] { return std::vector{seconds_layered(operation)}; },
              [&] { return std::vector{seconds_bare(operation)}; }},
-            {.repetitions = 11, .rounds = 20, .row = 2});
+            {.repetitions = 21, .rounds = 10, .row = 2});
         std::string name = std::to_string(operation.size) + " bytes: " + operation.name;
         worst = std::max(worst, bench::print_ratio(name, times[0][0], times[1][0]));
     }
