@@ -36,10 +36,9 @@ Recorder::Recorder(sim::Board& board) : board_(board) {
     };
 }
 
-CleanRun Recorder::take_down() {
+CleanRun Recorder::take_down(const std::vector<std::string>& lines) {
     board_.faults.heard = nullptr;
     CleanRun run;
-    std::vector<std::string> lines = board_.trace.lines();
     std::map<sim::Edge, std::uint64_t> count;
     auto hit = hits_.begin();
     for (std::size_t line = 0; line <= lines.size(); ++line) {
@@ -48,12 +47,14 @@ CleanRun Recorder::take_down() {
             std::uint64_t nth = ++count[hit->edge];
             if (hit->edge == sim::Edge::platform)
                 event.platform = nth;
+            else if (hit->edge == sim::Edge::transfer)
+                event.transfer = nth;
             else if (hit->edge == sim::Edge::ioctl)
                 event.requests.push_back(nth);
             else if (hit->edge == sim::Edge::file && hit->name == chip_device)
                 event.openings.push_back(nth);
             else if (hit->edge == sim::Edge::file)
-                run.events.push_back({"open " + hit->name, "", 0, nth, {}, {}});
+                run.events.push_back({"open " + hit->name, "", 0, 0, nth, {}, {}});
             else if (hit->edge == sim::Edge::allocation)
                 run.allocations.push_back(run.events.size());
         }

@@ -15,6 +15,7 @@ struct Event {
     std::string call;                    // "name(arguments)"; "open PATH"
     std::string result;                  // as traced
     std::uint64_t platform = 0;          // which platform call it is, from 1; 0: none that can fail
+    std::uint64_t transfer = 0;          // which transfer it is, from 1
     std::uint64_t file = 0;              // which opening it is, from 1
     std::vector<std::uint64_t> requests; // of the driver that were made within it
     std::vector<std::uint64_t> openings; // of the driver's device within it
@@ -35,7 +36,7 @@ struct CleanRun {
 class Recorder {
   public:
     explicit Recorder(sim::Board& board);
-    CleanRun take_down();
+    CleanRun take_down(const std::vector<std::string>& lines); // of the trace
 
   private:
     struct Hit {

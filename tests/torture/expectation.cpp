@@ -27,7 +27,7 @@ class Follower {
                 ++at;
                 continue;
             }
-            std::optional<std::string> code = fails_(at, expected_.calls.size());
+            std::optional<std::string> code = fails_(at, expected_.calls.size(), event.call);
             if (!code && refused_.contains(at))
                 code = refused_[at];
             bool is_without_driver = event.name() == "ioctl" && code == no_driver;
@@ -152,7 +152,7 @@ class Follower {
             return at + 1;
         expected_.calls.push_back(filled_in(call, at));
         Row* row = events_[at].section->find("do " + call);
-        if (!row || !fails_(events_.size(), expected_.calls.size() - 1))
+        if (!row || !fails_(events_.size(), expected_.calls.size() - 1, call))
             return at + 1;
         ++row->injected;
         std::size_t next = apply(*row, at, code);

@@ -20,8 +20,9 @@ struct Expectation {
 };
 
 // The code with which an event of the clean run fails, if it does. It is given the event's number
-// and the number of calls that came before it in the run.
-using Fails = std::function<std::optional<std::string>(std::size_t event, std::size_t calls)>;
+// and the number of calls that came before it in the run, and the call.
+using Fails = std::function<std::optional<std::string>(
+    std::size_t event, std::size_t calls, const std::string& call)>;
 
 // Throws std::runtime_error for a table that cannot be followed.
 Expectation expect_failures(const CleanRun& clean, const Fails& fails, bool for_good);

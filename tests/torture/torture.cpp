@@ -10,6 +10,7 @@
 #include <fstream>
 #include <map>
 #include <memory>
+#include <set>
 
 #include "base/errors.h"
 #include "json/json_document.h"
@@ -43,6 +44,11 @@ struct Injection {
     std::uint64_t nth;
     bool for_good;
     std::string what;
+
+    // Whether such a call can fail with it.
+    bool is_about(const std::string& call) const {
+        return (edge == sim::Edge::transfer) == call.starts_with("transfer(");
+    }
 
     std::string name() const {
         static const std::map<sim::Edge, const char*> names = {
@@ -160,6 +166,12 @@ class Runner {
             std::filesystem::remove_all(folder_.path() / "board" / "flash");
     }
 
+    void hide_host(std::string& line) const {
+        std::size_t at = scenario_.host.empty() ? line.npos : line.find(scenario_.host);
+        if (at != line.npos)
+            line.replace(at, scenario_.host.size(), "HOST");
+    }
+
     Outcome run(const sim::Fault* fault) {
         clear_board();
         sim::Board board(folder_.path() / "board", scenario_file());
@@ -176,10 +188,13 @@ class Runner {
         else
             recorder.emplace(board);
         scenario_.run();
+        std::vector<std::string> lines = board.trace.lines();
+        for (std::string& line : lines)
+            hide_host(line);
         if (recorder)
-            events_ = recorder->take_down();
+            events_ = recorder->take_down(lines);
         board.faults.clear();
-        Outcome outcome = {calls_of(board.trace.lines()), recorded_codes(), nullptr};
+        Outcome outcome = {calls_of(lines), recorded_codes(), nullptr};
         outcome.result.reset(scenario_.result(board));
         return outcome;
     }
@@ -216,18 +231,19 @@ class Runner {
         return list;
     }
 
-    // One of each some forty, and one more at each section's begin; and the last ones.
+    // The first before a call of each row, one of each some forty, and the last ones.
     std::vector<Injection> allocations_that_fail() {
         constexpr std::size_t stride = 41;
+        constexpr std::size_t last_ones = 4;
         std::vector<Injection> list;
-        const Section* before = nullptr;
-        for (std::size_t i = 0; i < events_.allocations.size(); ++i) {
-            std::size_t event = std::min(events_.allocations[i], events_.events.size() - 1);
-            const Section* section = events_.events[event].section;
-            bool is_first = section != before;
-            before = section;
-            if (is_full() || is_first || i % stride == 0 || i + 4 >= events_.allocations.size())
-                add(list, sim::Edge::allocation, i + 1, "allocation in " + section->name);
+        std::set<const Row*> seen;
+        const std::size_t count = events_.allocations.size();
+        for (std::size_t i = 0; i < count; ++i) {
+            const Event& event =
+                events_.events[std::min(events_.allocations[i], events_.events.size() - 1)];
+            bool is_first = seen.insert(event.row).second;
+            if (is_full() || is_first || i % stride == 0 || i + last_ones >= count)
+                add(list, sim::Edge::allocation, i + 1, "allocation before " + event.call);
         }
         possible_ += 2 * events_.allocations.size();
         return list;
@@ -250,6 +266,9 @@ class Runner {
                 sim::Edge::file, [&](const Event& event) { return first(event.openings); }));
             append(calls_that_fail(sim::Edge::file, [](const Event& event) { return event.file; }));
         }
+        if (edges & transfers)
+            append(calls_that_fail(
+                sim::Edge::transfer, [](const Event& event) { return event.transfer; }));
         if (edges & memory)
             append(allocations_that_fail());
         if (!wish().empty() && wish() != "full")
@@ -292,17 +311,21 @@ class Runner {
     }
 
     // The code with which a call of the clean run failed in this one.
-    std::optional<std::string>
-    code_of(const Injection& injection, const Outcome& outcome, std::size_t at, std::size_t call) {
+    std::optional<std::string> code_of(
+        const Injection& injection, const Outcome& outcome, std::size_t at, std::size_t call,
+        const std::string& text) {
         auto fails = [&](std::uint64_t nth) {
             return nth == injection.nth || (injection.for_good && nth > injection.nth);
         };
         const std::string code = std::to_string(scenario_.code);
         if (at == events_.events.size()) // a call that the clean run does not make
-            return injection.for_good ? std::optional(code) : std::nullopt;
+            return injection.for_good && injection.is_about(text) ? std::optional(code)
+                                                                  : std::nullopt;
         const Event& event = events_.events[at];
         if (injection.edge == sim::Edge::platform)
             return event.platform && fails(event.platform) ? std::optional(code) : std::nullopt;
+        if (injection.edge == sim::Edge::transfer)
+            return event.transfer && fails(event.transfer) ? std::optional(code) : std::nullopt;
         if (event.file && injection.edge == sim::Edge::file)
             return fails(event.file) ? std::optional(code) : std::nullopt;
         bool requests = injection.edge == sim::Edge::ioctl;
@@ -317,8 +340,8 @@ class Runner {
     }
 
     void judge(const Injection& injection, const Outcome& outcome) {
-        Fails fails = [&](std::size_t at, std::size_t call) {
-            auto code = code_of(injection, outcome, at, call);
+        Fails fails = [&](std::size_t at, std::size_t call, const std::string& text) {
+            auto code = code_of(injection, outcome, at, call, text);
             if (code && at < events_.events.size())
                 note_injected(events_.events[at]);
             return code;

@@ -37,6 +37,7 @@ struct Scenario {
     std::string board = small_switch;          // a scenario file's text
     bool keeps_flash = true;                   // the run leaves the firmware as it was
     int code = failure_code;
+    std::string host = {}; // of its transfers, "HOST" in the table
 };
 
 enum Edges : unsigned {
@@ -44,7 +45,8 @@ enum Edges : unsigned {
     driver_requests = 2,
     files = 4,
     memory = 8,
-    every_edge = platform_calls | driver_requests | files | memory,
+    transfers = 16,
+    every_edge = platform_calls | driver_requests | files | memory | transfers,
 };
 
 // Runs the scenario with every fault at these edges, and expects that every row of the table met a
