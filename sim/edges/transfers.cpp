@@ -3,6 +3,7 @@
 #include "sim/edges/transfers.h"
 
 #include <curl/curl.h>
+#include <nlohmann/json.hpp>
 
 #include <atomic>
 #include <cctype>
@@ -111,6 +112,38 @@ void tell_failed_check_in(CURL* handle, CURLcode result) {
     std::string reason = reason_of_failure(handle, result, transfer.heard);
     if (!reason.empty())
         board().tell("check-in at " + host_of(transfer.url) + ": " + reason);
+}
+
+// --- What every transfer was, for whoever counts them.
+
+template <class Number> Number measure(CURL* handle, CURLINFO what) {
+    Number number = 0;
+    curl_easy_getinfo(handle, what, &number);
+    return number;
+}
+
+// Bytes are those of HTTP: heads and bodies, as they are before TLS.
+std::string describe_transfer(CURL* handle, const Transfer& transfer) {
+    const auto sent = measure<curl_off_t>(handle, CURLINFO_SIZE_UPLOAD_T) +
+                      measure<long>(handle, CURLINFO_REQUEST_SIZE);
+    const auto received = measure<curl_off_t>(handle, CURLINFO_SIZE_DOWNLOAD_T) +
+                          measure<long>(handle, CURLINFO_HEADER_SIZE);
+    const auto limit = transfer.numbers.find(CURLOPT_TIMEOUT);
+    const nlohmann::ordered_json line = {
+        {"url", transfer.url},
+        {"status", measure<long>(handle, CURLINFO_RESPONSE_CODE)},
+        {"milliseconds", measure<curl_off_t>(handle, CURLINFO_TOTAL_TIME_T) / 1000.0},
+        {"handshakes", measure<curl_off_t>(handle, CURLINFO_APPCONNECT_TIME_T) > 0 ? 1 : 0},
+        {"sent", sent},
+        {"received", received},
+        {"time_limit", limit == transfer.numbers.end() ? 0 : limit->second}};
+    return line.dump();
+}
+
+void tell_transfer(CURL* handle) {
+    const Transfer& transfer = transfers().of(handle);
+    if (has_board() && board().tell_transfer && !transfer.url.empty())
+        board().tell_transfer(describe_transfer(handle, transfer));
 }
 
 // --- The calls.
@@ -222,6 +255,7 @@ CURL* __wrap_curl_easy_init() { return sim::start_transfer(); }
 CURLcode __wrap_curl_easy_perform(CURL* transfer) { return sim::traced_transfer(transfer); }
 
 void __wrap_curl_easy_cleanup(CURL* transfer) {
+    sim::tell_transfer(transfer);
     __real_curl_easy_cleanup(transfer);
     sim::transfers().forget(transfer);
 }

@@ -40,6 +40,8 @@ class Board {
     std::vector<std::string> remarks;
     // Gets a line for every check-in that fails; empty where nobody is to be told.
     std::function<void(const std::string&)> tell;
+    // Gets a line of JSON for every transfer that has ended, from the thread that made it.
+    std::function<void(const std::string&)> tell_transfer;
 
     Clock clock;
     Trace trace;
