@@ -76,8 +76,8 @@ std::variant<Verified, Rejection> CheckinService::examine_call(const Call& call)
     const std::int64_t oldest = examiner.window > 0 ? examiner.now - examiner.window
                                                     : std::numeric_limits<std::int64_t>::min();
     examiner.find_account = [this](const std::string& mac) { return store_.find_account(mac); };
-    examiner.record_nonce = [this, oldest](const Authorization& authorization) {
-        return store_.record_nonce(authorization, oldest);
+    examiner.record_nonce = [this, oldest](const std::string& mac, const Authorization& used) {
+        return store_.record_nonce(mac, used, oldest);
     };
     return examine(call, examiner);
 }

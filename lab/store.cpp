@@ -24,9 +24,10 @@ CREATE TABLE IF NOT EXISTS settings (
 CREATE TABLE IF NOT EXISTS actions (
     id INTEGER PRIMARY KEY AUTOINCREMENT, mac TEXT NOT NULL, document TEXT NOT NULL,
     state TEXT NOT NULL DEFAULT 'queued', time INTEGER NOT NULL);
-CREATE TABLE IF NOT EXISTS nonces (
-    key TEXT NOT NULL, nonce TEXT NOT NULL, timestamp INTEGER NOT NULL,
-    PRIMARY KEY (key, nonce, timestamp));
+DROP TABLE IF EXISTS nonces; -- of an earlier version
+CREATE TABLE IF NOT EXISTS used_nonces (
+    timestamp INTEGER NOT NULL, mac TEXT NOT NULL, nonce TEXT NOT NULL,
+    PRIMARY KEY (timestamp, mac, nonce)) WITHOUT ROWID;
 CREATE TABLE IF NOT EXISTS events (
     id INTEGER PRIMARY KEY AUTOINCREMENT, time INTEGER NOT NULL, kind TEXT NOT NULL,
     mac TEXT NOT NULL, text TEXT NOT NULL, details TEXT NOT NULL);
@@ -133,12 +134,13 @@ std::vector<SwitchRecord> Store::list_switches() {
     return read_all(rows, read_switch);
 }
 
-bool Store::record_nonce(const Authorization& authorization, std::int64_t oldest) {
+bool Store::record_nonce(
+    const std::string& mac, const Authorization& authorization, std::int64_t oldest) {
     const std::lock_guard lock(mutex_);
-    Statement(database_, "DELETE FROM nonces WHERE timestamp < ?", oldest).step();
+    Statement(database_, "DELETE FROM used_nonces WHERE timestamp < ?", oldest).step();
     Statement(
-        database_, "INSERT OR IGNORE INTO nonces VALUES (?, ?, ?)", authorization.key,
-        authorization.nonce, authorization.timestamp)
+        database_, "INSERT OR IGNORE INTO used_nonces VALUES (?, ?, ?)", authorization.timestamp,
+        mac, authorization.nonce)
         .step();
     return database_.changes() == 1;
 }

@@ -74,8 +74,10 @@ class Store {
     std::optional<SwitchRecord> find_switch(const std::string& mac);
     std::vector<SwitchRecord> list_switches();
 
-    // True the first time. What is older than `oldest` is forgotten.
-    bool record_nonce(const Authorization& authorization, std::int64_t oldest);
+    // True the first time that this switch uses it with this timestamp. What is older than `oldest`
+    // is forgotten.
+    bool
+    record_nonce(const std::string& mac, const Authorization& authorization, std::int64_t oldest);
 
     // Its id.
     std::int64_t add_report(

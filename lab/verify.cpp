@@ -208,7 +208,7 @@ Finding check_signature(Examination& e) {
 }
 
 Finding check_nonce(Examination& e) {
-    if (!e.examiner.record_nonce(e.authorization))
+    if (!e.examiner.record_nonce(e.mac, e.authorization))
         return reject(
             "nonce", "the nonce " + e.authorization.nonce + " was already used with timestamp " +
                          std::to_string(e.authorization.timestamp));

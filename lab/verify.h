@@ -25,8 +25,8 @@ struct Authorization {
 // What a request is held against.
 struct Examiner {
     std::function<std::optional<Account>(const std::string& mac)> find_account;
-    // Remembers the triple; false when it was known.
-    std::function<bool(const Authorization&)> record_nonce;
+    // Remembers switch, nonce and timestamp; false when they were known.
+    std::function<bool(const std::string& mac, const Authorization&)> record_nonce;
     std::int64_t now = 0;
     std::int64_t window = 0; // seconds a timestamp may lie off either way; 0: any timestamp
 };

@@ -205,6 +205,15 @@ TEST_F(Checkins, a_restarted_switch_may_repeat_its_nonces) {
     EXPECT_EQ(check_in(checkin).status, 200);
 }
 
+TEST_F(Checkins, two_switches_of_one_account_may_use_a_nonce_in_the_same_second) {
+    Checkin checkin;
+    EXPECT_EQ(check_in(checkin).status, 200);
+    checkin.mac = "AA:BB:CC:DD:EE:00";
+    admin("PUT", "/switches/" + checkin.mac, R"({"key":"lab-key","secret":"lab-secret"})", 201);
+    EXPECT_EQ(check_in(checkin).status, 200);
+    EXPECT_EQ(check_in(checkin).status, 403);
+}
+
 TEST_F(Checkins, a_refused_request_does_not_use_up_its_nonce) {
     Checkin checkin;
     checkin.secret = "wrong";
