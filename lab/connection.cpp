@@ -25,6 +25,11 @@ void name_of_peer(const sockaddr_in& address, std::string& ip, int& port) {
 
 } // namespace
 
+bool has_hung_up(int socket) {
+    pollfd entry{socket, POLLRDHUP, 0};
+    return poll(&entry, 1, 0) > 0 && (entry.revents & (POLLRDHUP | POLLHUP | POLLERR));
+}
+
 std::string Connection::head() const { return head_received_ ? received_ : std::string(); }
 
 int Connection::port() const {
@@ -34,9 +39,10 @@ int Connection::port() const {
     return port;
 }
 
-bool Connection::hung_up() const {
-    pollfd entry{socket_, POLLRDHUP, 0};
-    return poll(&entry, 1, 0) > 0 && (entry.revents & (POLLRDHUP | POLLHUP | POLLERR));
+void Connection::repeat(std::string head, Reply reply) {
+    repeated_ = std::move(head);
+    buffered_ = repeated_;
+    ready = std::move(reply);
 }
 
 void Connection::allow_body(std::size_t most) { allowed_ = most; }
@@ -51,7 +57,7 @@ bool Connection::is_readable() const {
     return !buffered_.empty() || (ssl_ && SSL_pending(ssl_) > 0) || poll(&entry, 1, 0) > 0;
 }
 
-bool Connection::is_writable() const { return !hung_up(); }
+bool Connection::is_writable() const { return !has_hung_up(socket_); }
 
 ssize_t Connection::read(char* bytes, std::size_t size) {
     if (allowed_ == 0) {
@@ -93,6 +99,8 @@ void Connection::note_received(std::string_view bytes) {
 }
 
 ssize_t Connection::write(const char* bytes, std::size_t size) {
+    if (put_off)
+        return static_cast<ssize_t>(size);
     std::string_view rest(bytes, size);
     const std::size_t head = head_left(rest);
     const bool sent = write_all(bytes, head) && write_body(rest.substr(head));

@@ -6,12 +6,16 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "lab/http.h"
 #include "lab/misbehaviour.h"
 
 namespace lab {
+
+bool has_hung_up(int socket); // the peer has closed its side
 
 class Connection : public httplib::Stream {
   public:
@@ -24,7 +28,6 @@ class Connection : public httplib::Stream {
     std::string head() const;
     bool tls() const { return ssl_ != nullptr; }
     int port() const; // ours
-    bool hung_up() const;
     const Misbehaviour& misbehaviour() const { return misbehaviour_; }
 
     // What may come after the head, as it comes over the wire; nothing until this is said.
@@ -43,7 +46,12 @@ class Connection : public httplib::Stream {
     void get_local_ip_and_port(std::string& ip, int& port) const override;
     int socket() const override { return socket_; }
 
-    std::function<void()> unsent; // what to do should the reply not get through
+    // Reads this head, which came earlier, and answers with this reply.
+    void repeat(std::string head, Reply reply);
+
+    std::optional<Reply> ready;       // the reply to a request that is read once more
+    decltype(Reply::put_off) put_off; // nothing is written: the reply comes later
+    decltype(Reply::unsent) unsent;   // what to do should the reply not get through
 
   private:
     ssize_t receive(char* bytes, std::size_t size);
@@ -58,6 +66,7 @@ class Connection : public httplib::Stream {
     const int socket_;
     SSL* const ssl_;
     const Misbehaviour misbehaviour_;
+    std::string repeated_;
     std::string received_;
     bool head_received_ = false;
     std::array<char, 16384> buffer_; // the HTTP library reads much byte by byte

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +24,17 @@ struct Call {
     std::function<bool()> hung_up;                      // the peer has closed its connection
 };
 
+struct Reply;
+
+// A peer whose reply is not there yet. Its connection is held open, without a thread, until this is
+// answered or goes.
+class Waiter {
+  public:
+    virtual ~Waiter() = default;
+    virtual bool hung_up() const = 0;            // the peer has closed its connection
+    virtual void answer(const Reply& reply) = 0; // once, from any thread; waits for no peer
+};
+
 struct Reply {
     int status = 200;
     std::string body = {};
@@ -31,6 +43,8 @@ struct Reply {
     // Asked for piece after piece of a body without an end, in the place of `body`; false: it ends.
     // Should it wait, then for some seconds only: a peer that has gone is noticed in between.
     std::function<bool(std::string& piece)> next_piece = {};
+    // There is no reply yet: gets the peer, to answer it later. For connections without TLS.
+    std::function<void(std::unique_ptr<Waiter>)> put_off = {};
     std::function<void()> unsent = {}; // runs when the reply could not be written to the peer
 };
 

@@ -1,10 +1,13 @@
-// Long-polls wait here. A switch has one at a time: a newer one takes the place of an older one,
-// whose switch has most likely gone without a word.
+// Long-polls wait here, without a thread: one thread looks after all of them. A switch has one at a
+// time: a newer one takes the place of an older one, whose switch has most likely gone without a
+// word.
 #include "lab/keeper_service.h"
 
 #include <nlohmann/json.hpp>
 
-#include <chrono>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "lab/mac.h"
 
@@ -13,24 +16,35 @@ namespace lab {
 namespace {
 
 constexpr std::string_view listen_path = "/router/listen/";
-// How often a waiting poll looks whether its peer is still there.
+// How often is looked whether the peers are still there and whose time is over.
 constexpr auto glance = std::chrono::milliseconds(200);
+constexpr std::size_t most_waiting = 10000;
 
-using Clock = std::chrono::steady_clock;
-
-Clock::time_point find_end(double seconds) {
-    return Clock::now() + std::chrono::milliseconds(std::int64_t(seconds * 1000));
+std::chrono::steady_clock::time_point find_end(double seconds) {
+    return std::chrono::steady_clock::now() +
+           std::chrono::milliseconds(std::int64_t(seconds * 1000));
 }
 
 Reply make_empty_reply() { return {200, "{}"}; }
 
 } // namespace
 
+KeeperService::KeeperService(Store& store, EventLog& events, const PolicyBox& policy)
+    : store_(store), events_(events), policy_(policy), watching_([this] { watch(); }) {}
+
 Reply KeeperService::listen(const Call& call) {
     const std::string mac =
         call.path.starts_with(listen_path) ? call.path.substr(listen_path.size()) : std::string();
-    if (call.method == "GET" && canonical_mac(mac) == mac)
-        return wait_for_action(mac, call);
+    if (call.method == "GET" && canonical_mac(mac) == mac) {
+        Reply later;
+        later.put_off = [this, mac, port = call.port](std::unique_ptr<Waiter> waiter) {
+            const Policy policy = policy_.get();
+            begin(
+                mac, {std::move(waiter), port, find_end(policy.poll_seconds),
+                      find_end(policy.first_checkin_seconds)});
+        };
+        return later;
+    }
     const std::string reason = call.method + " " + call.path + " is not GET /router/listen/MAC";
     store_.count("rejected.path");
     events_.note(
@@ -40,31 +54,74 @@ Reply KeeperService::listen(const Call& call) {
 }
 
 // A switch that nobody registered waits like any other: an answer would make it ask again at once.
-Reply KeeperService::wait_for_action(const std::string& mac, const Call& call) {
+void KeeperService::begin(const std::string& mac, Poll poll) {
+    if (const auto over = replace(mac, poll))
+        over->answer(make_empty_reply());
+    hand_out(mac);
+}
+
+// The one to be answered instead. A new one that has gone before its turn came takes no place;
+// where too many wait, it ends without an answer, after which a switch pauses.
+std::unique_ptr<Waiter> KeeperService::replace(const std::string& mac, Poll& poll) {
+    const std::lock_guard lock(mutex_);
+    if (stopping_)
+        return std::move(poll.waiter);
+    const bool full = waiting_.size() >= most_waiting && !waiting_.contains(mac);
+    if (full || poll.waiter->hung_up())
+        return nullptr;
+    if (waiting_.empty())
+        changed_.notify_all();
+    events_.note("poll", mac, mac + " waits on the keeper channel", {{"port", poll.port}});
+    return std::move(std::exchange(waiting_[mac], std::move(poll)).waiter);
+}
+
+// Gives a switch that waits the oldest action that is queued for it. A poll whose peer has gone
+// gets none, for it would be lost.
+void KeeperService::hand_out(const std::string& mac) {
     std::unique_lock lock(mutex_);
-    if (call.hung_up()) // gone before its turn came, it must not take the place of one that waits
-        return make_empty_reply();
-    const std::uint64_t number = ++last_number_;
-    Polls& polls = waiting_[mac];
-    polls.latest = number;
-    polls.count++;
-    changed_.notify_all();
-    events_.note("poll", mac, mac + " waits on the keeper channel", {{"port", call.port}});
-    const auto end = find_end(policy_.get().poll_seconds);
-    std::optional late = find_end(policy_.get().first_checkin_seconds);
-    std::optional<ActionRecord> action;
-    while (!stopping_ && polls.latest == number && !call.hung_up()) {
-        if (late && Clock::now() >= *late) {
-            note_late_checkin(mac);
-            late.reset();
-        }
-        if ((action = store_.take_action(mac)) || Clock::now() >= end)
-            break;
-        changed_.wait_for(lock, glance);
+    const auto found = waiting_.find(mac);
+    if (found == waiting_.end() || found->second.waiter->hung_up())
+        return;
+    const auto action = store_.take_action(mac);
+    if (!action)
+        return;
+    const Poll poll = std::move(found->second);
+    waiting_.erase(found);
+    lock.unlock();
+    poll.waiter->answer(make_answer(*action, mac, poll.port));
+}
+
+void KeeperService::watch() {
+    std::unique_lock lock(mutex_);
+    while (!stopping_) {
+        const std::vector<Poll> ended = take_ended();
+        lock.unlock();
+        for (const Poll& poll : ended)
+            poll.waiter->answer(make_empty_reply());
+        lock.lock();
+        if (waiting_.empty())
+            changed_.wait(lock, [this] { return stopping_ || !waiting_.empty(); });
+        else
+            changed_.wait_for(lock, glance, [this] { return stopping_; });
     }
-    if (--polls.count == 0)
-        waiting_.erase(mac);
-    return action ? answer(*action, mac, call.port) : make_empty_reply();
+}
+
+// Those to be answered, for their time is over; those whose peers have gone are forgotten.
+std::vector<KeeperService::Poll> KeeperService::take_ended() {
+    std::vector<Poll> ended;
+    for (auto entry = waiting_.begin(); entry != waiting_.end();) {
+        auto& [mac, poll] = *entry;
+        const bool gone = poll.waiter->hung_up();
+        const bool over = !gone && Clock::now() >= poll.end;
+        if (!gone && poll.late && Clock::now() >= *poll.late) {
+            note_late_checkin(mac);
+            poll.late.reset();
+        }
+        if (over)
+            ended.push_back(std::move(poll));
+        entry = gone || over ? waiting_.erase(entry) : std::next(entry);
+    }
+    return ended;
 }
 
 // A switch that polls is up and finds its clouds: if it never checks in, its check-in host, its
@@ -81,12 +138,15 @@ void KeeperService::note_late_checkin(const std::string& mac) {
         {{"registered", known.has_value()}});
 }
 
-Reply KeeperService::answer(const ActionRecord& action, const std::string& mac, int port) {
+Reply KeeperService::make_answer(const ActionRecord& action, const std::string& mac, int port) {
     events_.note(
         "action-answered", mac, mac + " is sent action " + action.document,
         {{"action_id", action.id}, {"port", port}});
     Reply reply{200, action.document};
-    reply.unsent = [this, id = action.id] { store_.put_back_action(id); };
+    reply.unsent = [this, mac, id = action.id] {
+        store_.put_back_action(id);
+        hand_out(mac);
+    };
     return reply;
 }
 
@@ -94,24 +154,29 @@ std::int64_t KeeperService::push(const std::string& mac, const std::string& docu
     const std::int64_t id = store_.queue_action(mac, document, wall_seconds());
     events_.note(
         "action-queued", mac, "action for " + mac + " queued: " + document, {{"action_id", id}});
-    const std::lock_guard lock(mutex_);
-    changed_.notify_all();
+    hand_out(mac);
     return id;
 }
 
 std::int64_t KeeperService::count_waiting(const std::string& mac) const {
     const std::lock_guard lock(mutex_);
-    std::int64_t count = 0;
-    for (const auto& [owner, polls] : waiting_)
-        if (mac.empty() || mac == owner)
-            count += polls.count;
-    return count;
+    return std::ranges::count_if(waiting_, [&](const auto& entry) {
+        return (mac.empty() || mac == entry.first) && !entry.second.waiter->hung_up();
+    });
 }
 
 void KeeperService::stop() {
-    const std::lock_guard lock(mutex_);
-    stopping_ = true;
-    changed_.notify_all();
+    std::map<std::string, Poll> all;
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+        all.swap(waiting_);
+        changed_.notify_all();
+    }
+    for (const auto& [mac, poll] : all)
+        poll.waiter->answer(make_empty_reply());
+    if (watching_.joinable())
+        watching_.join();
 }
 
 } // namespace lab

@@ -140,6 +140,39 @@ void drain(int socket) {
         ;
 }
 
+// A connection from its acceptance to its close.
+class TakenSocket {
+  public:
+    TakenSocket(OpenSockets& all, int number) : all_(all), number_(number) {}
+    ~TakenSocket() {
+        all_.remove(number_);
+        ::close(number_);
+    }
+    TakenSocket(const TakenSocket&) = delete;
+    TakenSocket& operator=(const TakenSocket&) = delete;
+    int number() const { return number_; }
+
+  private:
+    OpenSockets& all_;
+    const int number_;
+};
+
+using SharedSocket = std::shared_ptr<TakenSocket>;
+
+// What is kept of a connection whose reply was put off.
+class HeldConnection : public Waiter {
+  public:
+    using Answer = std::function<void(const Reply&)>;
+
+    HeldConnection(int socket, Answer answer) : socket_(socket), answer_(std::move(answer)) {}
+    bool hung_up() const override { return has_hung_up(socket_); }
+    void answer(const Reply& reply) override { std::exchange(answer_, nullptr)(reply); }
+
+  private:
+    const int socket_;
+    Answer answer_; // owns the socket, until it is called
+};
+
 struct Body {
     std::string bytes;
     std::string flaw; // as in Call
@@ -199,6 +232,7 @@ class Listener::Server : public httplib::Server {
             sockets_.end_all();
             stop();
             accepting_.join();
+            answering_.wait_for_all();
         }
         if (keep_port && held_ < 0)
             held_ = hold_port(port_);
@@ -268,12 +302,9 @@ class Listener::Server : public httplib::Server {
     void answer(const Call& call, Response& response) {
         Connection& connection = *current_connection;
         sockets_.work(connection.socket());
-        Reply reply;
-        if (connection.misbehaviour().fault == Fault::status)
-            reply = {connection.misbehaviour().status, "told to fail\n", "text/plain"};
-        else
-            reply = connection.tls() ? plan_.tls(call) : plan_.plain(call);
+        Reply reply = connection.ready ? std::move(*connection.ready) : decide(call);
         sockets_.wait_for_peer(connection.socket());
+        connection.put_off = reply.put_off;
         connection.unsent = reply.unsent;
         response.status = reply.status;
         for (const auto& [name, value] : reply.headers)
@@ -282,6 +313,13 @@ class Listener::Server : public httplib::Server {
             return stream(response, std::move(reply));
         connection.expect_reply_body(reply.body.size());
         response.set_content(std::move(reply.body), reply.type);
+    }
+
+    Reply decide(const Call& call) const {
+        const Connection& connection = *current_connection;
+        if (connection.misbehaviour().fault == Fault::status)
+            return {connection.misbehaviour().status, "told to fail\n", "text/plain"};
+        return connection.tls() ? plan_.tls(call) : plan_.plain(call);
     }
 
     static void stream(Response& response, Reply reply) {
@@ -310,7 +348,7 @@ class Listener::Server : public httplib::Server {
         call.tls = connection.tls();
         call.port = connection.port();
         call.connected_at = connected_at;
-        call.hung_up = [&connection] { return connection.hung_up(); };
+        call.hung_up = [socket = connection.socket()] { return has_hung_up(socket); };
         return call;
     }
 
@@ -323,20 +361,19 @@ class Listener::Server : public httplib::Server {
     }
 
     bool process_and_close_socket(int socket) override {
+        const auto taken = std::make_shared<TakenSocket>(sockets_, socket);
         if (sockets_.add(socket)) {
             const timeval timeout{io_timeout_seconds, 0};
             setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
             setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
-            serve(socket);
-            sockets_.remove(socket);
+            serve(taken);
         }
-        ::close(socket);
         return true;
     }
 
-    void serve(int socket) {
+    void serve(const SharedSocket& socket) {
         connected_at = std::chrono::steady_clock::now();
-        const int byte = peek_first_byte(socket);
+        const int byte = peek_first_byte(socket->number());
         if (byte < 0)
             return note_no_request(plan_.plain_name, "a connection closed without a request");
         const bool tls = byte == tls_handshake_record;
@@ -344,7 +381,7 @@ class Listener::Server : public httplib::Server {
             return;
         const Misbehaviour misbehaviour = take_misbehaviour(tls);
         if (misbehaviour.fault == Fault::reset)
-            reset(socket);
+            reset(socket->number());
         else if (tls)
             serve_tls(socket, misbehaviour);
         else
@@ -366,10 +403,10 @@ class Listener::Server : public httplib::Server {
         return taken;
     }
 
-    void serve_tls(int socket, const Misbehaviour& misbehaviour) {
+    void serve_tls(const SharedSocket& socket, const Misbehaviour& misbehaviour) {
         SSL_CTX* context = plan_.authority->context(choose_certificate(misbehaviour.fault));
         const std::unique_ptr<SSL, void (*)(SSL*)> ssl(SSL_new(context), SSL_free);
-        if (!ssl || SSL_set_fd(ssl.get(), socket) != 1)
+        if (!ssl || SSL_set_fd(ssl.get(), socket->number()) != 1)
             return;
         if (SSL_accept(ssl.get()) != 1) {
             if (plan_.on_tls_failure)
@@ -382,12 +419,9 @@ class Listener::Server : public httplib::Server {
         ERR_clear_error();
     }
 
-    bool serve_request(int socket, SSL* ssl, const Misbehaviour& misbehaviour) {
-        Connection connection(socket, ssl, misbehaviour);
-        current_connection = &connection;
-        bool closed = false;
-        process_request(connection, true, closed, take_as_it_is);
-        current_connection = nullptr;
+    bool serve_request(const SharedSocket& socket, SSL* ssl, const Misbehaviour& misbehaviour) {
+        Connection connection(socket->number(), ssl, misbehaviour);
+        process(connection);
         if (connection.head().empty())
             note_no_request(
                 ssl ? plan_.tls_name : plan_.plain_name,
@@ -395,17 +429,42 @@ class Listener::Server : public httplib::Server {
                       "finds another name in the certificate" +
                           describe_name(ssl)
                     : std::string("a connection closed in the middle of a request's head"));
+        if (connection.put_off)
+            hold(socket, connection);
+        if (connection.overran())
+            drain(socket->number());
+        return !connection.write_failed();
+    }
+
+    void process(Connection& connection) {
+        current_connection = &connection;
+        bool closed = false;
+        process_request(connection, true, closed, take_as_it_is);
+        current_connection = nullptr;
         if (connection.write_failed() && connection.unsent)
             connection.unsent();
-        if (connection.overran())
-            drain(socket);
-        return !connection.write_failed();
+    }
+
+    // The library has a reply to every request, which is not written; when there is one, it is
+    // given the request once more.
+    void hold(const SharedSocket& socket, const Connection& connection) {
+        sockets_.work(socket->number());
+        const auto answer = [this, socket, head = connection.head(),
+                             misbehaviour = connection.misbehaviour()](const Reply& reply) {
+            answering_.run([this, socket, head, misbehaviour, reply] {
+                Connection again(socket->number(), nullptr, misbehaviour);
+                again.repeat(head, reply);
+                process(again);
+            });
+        };
+        connection.put_off(std::make_unique<HeldConnection>(socket->number(), answer));
     }
 
     const ListenerPlan plan_;
     int port_;
     int held_ = -1;
     OpenSockets sockets_{most_patience};
+    ThreadEach answering_{most_threads, [this] { sockets_.end_slow(); }}; // what was put off
     std::thread accepting_;
 };
 

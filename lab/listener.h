@@ -1,6 +1,7 @@
-// A listening port of the lab: accepts connections on loopback, one thread each, and hands whole
-// requests to a handler. A port with certificates speaks TLS to who starts with TLS and plain HTTP
-// to everyone else, for a switch uses one "host:port" text for both.
+// A listening port of the lab: accepts connections on loopback, one thread each until there is a
+// reply or it is put off, and hands whole requests to a handler. A port with certificates speaks
+// TLS to who starts with TLS and plain HTTP to everyone else, for a switch uses one "host:port"
+// text for both.
 #pragma once
 
 #include <functional>
@@ -43,7 +44,8 @@ class Listener {
     // is refused and no other program can take it.
     void close(bool keep_port = false);
     int port() const;
-    // Serves one connection that came some other way, on the calling thread, and closes it.
+    // Serves one connection that came some other way, on the calling thread, and closes it unless
+    // its reply was put off.
     void serve(int socket);
 
   private:

@@ -6,6 +6,7 @@
 #include <exception>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace lab {
 
@@ -19,11 +20,14 @@ void ThreadEach::run(std::function<void()> task) {
     start_thread(task);
 }
 
-// A workstation that has no thread to give has one later.
+// A workstation that has no thread to give has one later. What the task holds goes before the task
+// counts as done, for who waits for that may be about to take away what it belongs to.
 void ThreadEach::start_thread(const std::function<void()>& task) {
     for (;;)
         try {
-            std::thread([this, task] { work(task); }).detach();
+            std::thread([this, task = std::function(task)]() mutable {
+                work([&task] { std::exchange(task, nullptr)(); });
+            }).detach();
             return;
         } catch (const std::system_error&) {
             std::this_thread::sleep_for(std::chrono::milliseconds(100));

@@ -8,7 +8,7 @@ namespace judge::cloud {
 namespace {
 
 constexpr const char* once = "1.3: a request sent twice is refused the second time";
-constexpr const char* triple = "1.3: the triple of key, nonce and timestamp is what is remembered";
+constexpr const char* triple = "1.3: the triple of MAC, nonce and timestamp is what is remembered";
 
 void judge_replay(Session& session) {
     const Checkin checkin = session.good();

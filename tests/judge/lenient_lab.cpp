@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
+#include <future>
 #include <map>
 #include <mutex>
 #include <set>
@@ -521,6 +522,39 @@ Reply no_time(const std::string&, const Call& call, const Handler& serve) {
     return is_time(call) ? refuse(404) : serve(call);
 }
 
+// --- Replies that are put off.
+
+// A habit looks at the reply to a poll, so a thread waits for it.
+class Awaited : public lab::Waiter {
+  public:
+    explicit Awaited(const Call& call) : hung_up_(call.hung_up) {}
+    ~Awaited() override {
+        if (!answered_)
+            reply.set_value(nothing());
+    }
+    bool hung_up() const override { return hung_up_(); }
+    void answer(const Reply& given) override {
+        answered_ = true;
+        reply.set_value(given);
+    }
+
+    std::promise<Reply> reply;
+
+  private:
+    const std::function<bool()> hung_up_;
+    bool answered_ = false;
+};
+
+Reply serve_to_the_end(const Handler& serve, const Call& call) {
+    const Reply reply = serve(call);
+    if (!reply.put_off)
+        return reply;
+    auto awaited = std::make_unique<Awaited>(call);
+    std::future<Reply> later = awaited->reply.get_future();
+    reply.put_off(std::move(awaited));
+    return later.get();
+}
+
 struct Habit {
     const char* name;
     Answer answer;
@@ -629,5 +663,9 @@ int main(int count, char** given) {
     arguments.erase(at, at + 2);
     data_path = value_of(arguments, "--data");
     take_account(value_of(arguments, "--account"));
-    return lab::run_program(arguments, habit);
+    return lab::run_program(
+        arguments, [habit](const std::string& listener, const Call& call, const Handler& serve) {
+            return habit(
+                listener, call, [&](const Call& other) { return serve_to_the_end(serve, other); });
+        });
 }

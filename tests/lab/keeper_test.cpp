@@ -1,6 +1,8 @@
 // The connection keeper: long-polls that wait, are answered, are replaced, and never get in the
 // way.
+#include <filesystem>
 #include <future>
+#include <iterator>
 #include <list>
 #include <thread>
 
@@ -16,6 +18,11 @@ class Keeper : public Lab {
   protected:
     std::future<Answer> poll(std::size_t listener = 0) {
         return std::async(std::launch::async, get, keeper_listener(listener), listen_path);
+    }
+    void wait_for_polls(int count) {
+        for (int i = 0; i < 2000 && admin_get("/stats")["waiting_polls"] != count; i++)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        EXPECT_EQ(admin_get("/stats")["waiting_polls"], count);
     }
     void push(const std::string& action) { admin("POST", of_switch("/actions"), action, 201); }
 };
@@ -55,6 +62,14 @@ TEST_F(Keeper, a_new_poll_takes_the_place_of_the_old_one) {
     EXPECT_EQ(fresh.get().body, R"({"action":"checkin"})");
 }
 
+struct FakeWaiter : lab::Waiter {
+    FakeWaiter(bool is_gone, std::string* text) : gone(is_gone), answered(text) {}
+    bool hung_up() const override { return gone; }
+    void answer(const lab::Reply& reply) override { *answered = reply.body; }
+    const bool gone;
+    std::string* const answered;
+};
+
 // Its request may be looked at only when the switch has asked anew.
 TEST(KeeperService, a_poll_whose_switch_is_gone_takes_nobodys_place) {
     const TempFolder folder;
@@ -65,15 +80,13 @@ TEST(KeeperService, a_poll_whose_switch_is_gone_takes_nobodys_place) {
     lab::Call call;
     call.method = "GET";
     call.path = listen_path;
-    call.hung_up = [] { return false; };
-    auto waiting = std::async(std::launch::async, [&] { return keeper.listen(call); });
-    while (keeper.count_waiting(mac) == 0)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    lab::Call gone = call;
-    gone.hung_up = [] { return true; };
-    EXPECT_EQ(keeper.listen(gone).body, "{}");
+    std::string to_waiting, to_gone;
+    keeper.listen(call).put_off(std::make_unique<FakeWaiter>(false, &to_waiting));
+    keeper.listen(call).put_off(std::make_unique<FakeWaiter>(true, &to_gone));
+    EXPECT_EQ(keeper.count_waiting(mac), 1);
     keeper.push(mac, R"({"action":"checkin"})");
-    EXPECT_EQ(waiting.get().body, R"({"action":"checkin"})");
+    EXPECT_EQ(to_waiting, R"({"action":"checkin"})");
+    EXPECT_EQ(to_gone, "");
 }
 
 TEST_F(Keeper, an_action_is_not_lost_to_a_poll_whose_switch_is_gone) {
@@ -148,6 +161,37 @@ TEST_F(Keeper, many_waiting_polls_and_idle_connections_delay_no_check_in) {
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(report_seqno(1), Json::object());
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+}
+
+std::size_t count_threads() {
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
+}
+
+TEST_F(Keeper, polls_that_wait_have_no_thread_each) {
+    std::list<IdleConnection> crowd;
+    const std::size_t before = count_threads();
+    for (int i = 100; i < 400; i++)
+        crowd.emplace_back(
+            keeper_listener().port, "GET /router/listen/00:00:00:00:0" + std::to_string(i / 100) +
+                                        ":" + std::to_string(i % 100 + 100).substr(1) +
+                                        " HTTP/1.1\r\nHost: lab\r\n\r\n");
+    wait_for_polls(300);
+    EXPECT_LT(count_threads(), before + 20);
+    auto waiting = poll();
+    wait_for_polls(301);
+    push(R"({"action":"checkin"})");
+    EXPECT_EQ(waiting.get().body, R"({"action":"checkin"})");
+}
+
+TEST_F(Keeper, a_poll_whose_peer_has_gone_is_forgotten) {
+    {
+        const IdleConnection gone(
+            keeper_listener().port, "GET " + listen_path + " HTTP/1.1\r\nHost: lab\r\n\r\n");
+        events("poll");
+        EXPECT_EQ(admin_get("/stats")["waiting_polls"], 1);
+    }
+    wait_for_polls(0);
 }
 
 TEST_F(Keeper, stopping_does_not_wait_for_polls) {
