@@ -7,6 +7,7 @@ import signal
 import subprocess
 import threading
 import time
+import typing
 import urllib.error
 import urllib.request
 
@@ -44,22 +45,28 @@ def judge(what, faults, bad):
 
 
 class Process:
-    """A program whose output goes to a file, and to `listener` line by line."""
+    """A program whose output goes to a file, and to `listener` line by line. One `of_its_own` hears
+    of no Ctrl-C at the terminal, and is killed should whoever started it end without a word."""
 
-    def __init__(self, command, log, listener=None):
+    def __init__(self, command, log, listener=None, of_its_own=False):
         self.log = pathlib.Path(log)
-        self.child = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                      stdin=subprocess.DEVNULL)
-        self.reader = threading.Thread(target=self._read, args=(listener,), daemon=True)
-        self.reader.start()
+        if of_its_own:
+            command = ["setpriv", "--pdeathsig", "KILL", *command]
+        with open(self.log, "ab") as log:
+            self.child = subprocess.Popen(
+                command, stdout=subprocess.PIPE if listener else log, stderr=subprocess.STDOUT,
+                stdin=subprocess.DEVNULL, start_new_session=of_its_own)
+        self.reader = None
+        if listener:
+            self.reader = threading.Thread(target=self._read, args=(listener,), daemon=True)
+            self.reader.start()
 
     def _read(self, listener):
         with open(self.log, "ab") as log:
             for line in self.child.stdout:
                 log.write(line)
                 log.flush()
-                if listener:
-                    listener(line.decode(errors="replace").rstrip("\n"))
+                listener(line.decode(errors="replace").rstrip("\n"))
 
     def running(self):
         return self.child.poll() is None
@@ -72,14 +79,33 @@ class Process:
             except subprocess.TimeoutExpired:
                 self.child.kill()
                 self.child.wait()
-        self.reader.join(10)
+        if self.reader:
+            self.reader.join(10)
         return self.child.returncode
 
 
-class Lab:
-    """The lab cloud, with one account for the switch of MAC unless others are given."""
+class Account(typing.NamedTuple):
+    """Who a switch is to its cloud."""
+    mac: str = MAC
+    key: str = KEY
+    secret: str = SECRET
 
-    def __init__(self, program, folder, listener=None, options=()):
+    def digits(self):
+        return self.mac.replace(":", "").lower()
+
+
+class Cloud(typing.NamedTuple):
+    """Where a switch finds its cloud, each as HOST:PORT, and the certificates by which it knows it."""
+    checkin: str
+    fallback: str
+    keeper: str
+    trust: str
+
+
+class Lab:
+    """The lab cloud, with an account for the switch of MAC."""
+
+    def __init__(self, program, folder, listener=None, options=(), of_its_own=False):
         self.folder = pathlib.Path(folder)
         self.folder.mkdir(parents=True, exist_ok=True)
         ports = self.folder / "ports.json"
@@ -88,13 +114,17 @@ class Lab:
             [str(program), "--data", str(self.folder), "--https-port", "0", "--https-port", "0",
              "--keeper-port", "0", "--keeper-port", "0", "--account", f"{MAC},{KEY},{SECRET}",
              *options],
-            self.folder / "lab.log", listener)
+            self.folder / "lab.log", listener, of_its_own)
         wait_until("the lab cloud is ready", lambda: ports.exists() or self._check_running())
         self.ports = json.loads(ports.read_text())
 
     def _check_running(self):
         if not self.process.running():
             raise Failed("the lab cloud ended: " + (self.folder / "lab.log").read_text())
+
+    def cloud(self):
+        return Cloud(f"localhost:{self.ports['https'][0]}", f"localhost:{self.ports['https'][1]}",
+                     f"localhost:{self.ports['keeper'][0]}", self.ports["ca_dir"])
 
     def ask(self, method, path, document=None):
         body = None
@@ -173,45 +203,52 @@ class Lab:
 
 
 class Switch:
-    """A simulated switch whose cloud is a lab, with the agent on it."""
+    """A simulated switch with the agent on it; `cloud` is a lab or a Cloud."""
 
-    def __init__(self, program, folder, lab, speed=60, scenario=None, listener=None, options=()):
+    def __init__(self, program, folder, cloud, speed=60, scenario=None, listener=None, options=(),
+                 account=Account(), traced=True, of_its_own=False):
         self.program = program
         self.root = pathlib.Path(folder)
         self.root.mkdir(parents=True, exist_ok=True)
         self.speed = speed
         self.listener = listener
         self.options = options
+        self.traced = traced
+        self.account = account
+        self.of_its_own = of_its_own
         self.scenario = self.root.with_suffix(".json")
-        self._trust(lab)
-        self._write_scenario(lab, scenario or {})
+        if isinstance(cloud, Lab):
+            cloud = cloud.cloud()
+        self._trust(cloud)
+        self._write_scenario(cloud, scenario or {})
         self.process = None
 
-    def _trust(self, lab):
+    def _trust(self, cloud):
         certificates = self.root / "etc/ssl/certs"
         shutil.rmtree(certificates, ignore_errors=True)
-        shutil.copytree(lab.ports["ca_dir"], certificates)
+        shutil.copytree(cloud.trust, certificates)
 
-    def _write_scenario(self, lab, scenario):
-        suffix = MAC.replace(":", "").lower()
+    def _write_scenario(self, cloud, scenario):
+        suffix = self.account.digits()
         cloud = {
-            "checkin_host": f"localhost:{lab.ports['https'][0]}",
-            "fallback_host": f"localhost:{lab.ports['https'][1]}",
-            "connkeeper_host": f"localhost:{lab.ports['keeper'][0]}",
-            "key": KEY + suffix,
-            "secret": SECRET + suffix,
+            "checkin_host": cloud.checkin,
+            "fallback_host": cloud.fallback,
+            "connkeeper_host": cloud.keeper,
+            "key": self.account.key + suffix,
+            "secret": self.account.secret + suffix,
             **scenario.get("cloud", {}),
         }
         hardware = {**scenario.get("hardware", {})}
-        hardware["system"] = {"mac": MAC, **hardware.get("system", {})}
+        hardware["system"] = {"mac": self.account.mac, **hardware.get("system", {})}
         self.scenario.write_text(
             json.dumps({**scenario, "hardware": hardware, "cloud": cloud}, indent=1))
 
     def start(self):
+        trace = ["--trace", str(self.root / "trace.log")] if self.traced else []
         self.process = Process(
             [str(self.program), "--root", str(self.root), "--scenario", str(self.scenario),
-             "--speed", str(self.speed), "--trace", str(self.root / "trace.log"), *self.options],
-            self.root / "agent.log", self.listener)
+             "--speed", str(self.speed), *trace, *self.options],
+            self.root / "agent.log", self.listener, self.of_its_own)
         return self
 
     def running(self):
