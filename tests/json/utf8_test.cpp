@@ -123,6 +123,18 @@ TEST(Utf8, one_byte_is_found_anywhere_in_a_text) {
 }
 
 // The bytes next to every limit of the encoding.
+TEST(Utf8, one_byte_of_any_value_is_found_among_letters_and_among_digits) {
+    for (int byte = 0x80; byte <= 0xFF; ++byte) {
+        for (std::size_t at = 0; at < 24; ++at) {
+            for (char other : {'a', '1'}) {
+                std::string text(24, other);
+                text[at] = static_cast<char>(byte);
+                EXPECT_FALSE(is_utf8(text.data(), text.size())) << byte << " at " << at;
+            }
+        }
+    }
+}
+
 TEST(Utf8, every_sequence_of_four_bytes_is_repaired_as_the_list_of_letters_says) {
     const std::string bytes = "a\x80\x8F\x90\x9F\xA0\xBF\xC1\xC2\xDF\xE0\xE1\xEC\xED\xEE\xEF"
                               "\xF0\xF1\xF3\xF4\xF5\xFF";
