@@ -31,7 +31,8 @@ constexpr const char* usage =
     "  --trace FILE     append every platform call, sleep, command and transfer to FILE\n"
     "  --transfers FILE append a line of JSON for every transfer that ended to FILE\n"
     "  --fault FAULT    EDGE[:NAME][#N[+]][=CODE], EDGE one of platform, ioctl, allocation, file,\n"
-    "                   transfer: fail the N-th call, or with + every one from there on\n"
+    "                   transfer: fail the N-th call, or with + every one from there on;\n"
+    "                   =off: the power goes there\n"
     "  --version\n"
     "  --help\n";
 
