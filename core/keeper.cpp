@@ -48,6 +48,7 @@ void release_capture() {
     free(capture.text);
     capture.text = nullptr;
     capture.length = 0;
+    capture.head_length = 0;
 }
 
 short poll_events(int socket, const fd_set* readable, const fd_set* writable) {

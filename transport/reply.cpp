@@ -60,6 +60,17 @@ size_t api_write_cb(char* data, size_t size, size_t count, void* descriptor) {
     return bytes;
 }
 
+size_t api_head_cb(char*, size_t size, size_t count, void* descriptor) {
+    size_t bytes = size * count;
+    api_reply* reply = static_cast<api_reply*>(descriptor);
+    if (!reply)
+        return bytes;
+    if (bytes > LONGEST_HEAD - reply->head_length)
+        return 0;
+    reply->head_length += static_cast<uint32_t>(bytes);
+    return bytes;
+}
+
 int file_exists(const char* path) {
     struct stat status;
     int exists = stat(path, &status) == 0;

@@ -12,6 +12,10 @@ enum { REPLY_DISCARD = 0, REPLY_TO_FILE = 1, REPLY_IN_MEMORY = 2 };
 // otherwise.
 enum { LONGEST_DOCUMENT = 1048576, LONGEST_NOTE = 65536 };
 
+// The longest head of a reply: its status line, header lines and trailers in bytes, and those of
+// the preliminary replies before it. libcurl keeps them all until the transfer ends.
+enum { LONGEST_HEAD = 65536 };
+
 struct api_reply {
     uint32_t type;
     union {
@@ -21,6 +25,7 @@ struct api_reply {
     };
     uint32_t length;                   // REPLY_IN_MEMORY: bytes in `text` with its terminator
     uint32_t limit = LONGEST_DOCUMENT; // REPLY_IN_MEMORY: most bytes without it
+    uint32_t head_length = 0;          // bytes of the head that have arrived
 };
 
 extern "C" {
@@ -30,6 +35,11 @@ extern "C" {
 // text would exceed its limit, it is freed, the descriptor is empty again, and the result 0 makes
 // libcurl end the transfer.
 size_t api_write_cb(char* data, size_t size, size_t count, void* descriptor);
+
+// A CURLOPT_HEADERFUNCTION whose CURLOPT_HEADERDATA is an api_reply or null: counts the bytes of
+// the head. Returns them, or 0 where there are more than LONGEST_HEAD, which makes libcurl end the
+// transfer.
+size_t api_head_cb(char* data, size_t size, size_t count, void* descriptor);
 
 // 1 if `path` exists in any form, else 0.
 int file_exists(const char* path);

@@ -4,6 +4,8 @@
 void set_common_options(CURL* curl, api_reply* reply) {
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, api_write_cb);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, reply);
+    curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, api_head_cb);
+    curl_easy_setopt(curl, CURLOPT_HEADERDATA, reply);
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(curl, CURLOPT_PROXY, ""); // none, also where the environment names one
     curl_easy_setopt(curl, CURLOPT_TCP_KEEPALIVE, 1L);

@@ -36,6 +36,15 @@ class ApiCall : public OnWire {
         return result_of(answer);
     }
 
+    // What libcurl said to each transfer.
+    Codes transfer_results() const {
+        Codes codes;
+        for (const std::string& line : trace())
+            if (line.starts_with("transfer("))
+                codes.push_back(std::stoi(line.substr(line.rfind("= ") + 2)));
+        return codes;
+    }
+
     // The console with what differs from run to run made the same.
     Lines plain_console() {
         Lines lines = console();
@@ -196,6 +205,32 @@ TEST_F(ApiCall, reply_that_does_not_fit_into_memory_ends_the_transfer) {
     board.faults.plan({sim::Edge::allocation, "", allocations, false, 1, 0});
     EXPECT_EQ(call({}, &reply), API_FAILED);
     EXPECT_EQ(reply.text, nullptr);
+}
+
+TEST_F(ApiCall, head_of_more_than_64_kib_ends_the_transfer) {
+    auto with_head_of = [](std::size_t size) {
+        HttpAnswer answer;
+        answer.headers = {"X: " + std::string(30'000, 'x'), "X: " + std::string(30'000, 'x')};
+        const std::string rest = "HTTP/1.1 200 Canned\r\nConnection: close\r\n"
+                                 "Content-Length: 0\r\nX: \r\n\r\n";
+        answer.headers.push_back("X: " + std::string(size - 2 * 30'005 - rest.size(), 'x'));
+        return answer;
+    };
+    cloud.answer(with_head_of(65537));
+    EXPECT_EQ(call(), API_FAILED);
+    cloud.answer(with_head_of(65536));
+    EXPECT_EQ(call(), API_OK);
+    EXPECT_EQ(transfer_results(), (Codes{CURLE_WRITE_ERROR, CURLE_OK}));
+}
+
+TEST_F(ApiCall, preliminary_replies_without_an_end_end_the_transfer) {
+    HttpAnswer answer;
+    for (int i = 0; i < 4000; ++i)
+        answer.headers.insert(answer.headers.end(), {"", "HTTP/1.1 100 Continue"});
+    answer.status = 100;
+    cloud.answer(answer);
+    EXPECT_EQ(call(), API_FAILED);
+    EXPECT_EQ(transfer_results(), (Codes{CURLE_WRITE_ERROR}));
 }
 
 TEST_F(ApiCall, slow_cloud_runs_into_the_whole_transfers_time_out) {
