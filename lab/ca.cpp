@@ -28,7 +28,7 @@ using Cert = std::shared_ptr<X509>;
 constexpr std::int64_t day = 24 * 60 * 60;
 constexpr std::int64_t authority_life = 20 * 365 * day;
 constexpr std::int64_t server_life = 397 * day;
-constexpr const char* server_names = "DNS:localhost,IP:127.0.0.1,IP:::1";
+constexpr const char* server_names = "DNS:localhost,DNS:lab.test,IP:127.0.0.1,IP:::1";
 
 struct Pair {
     Cert certificate;

@@ -83,8 +83,9 @@ ListenerPlan Cloud::plan_checkin(int port) {
         return fetch ? answer_plain(call) : checkin_.answer(call);
     });
     plan.tls_name = "checkin";
-    plan.tls =
-        put_between(plan.tls_name, [this](const Call& call) { return checkin_.answer(call); });
+    plan.tls = put_between(plan.tls_name, [this](const Call& call) {
+        return FirmwareService::serves(call) ? firmware_.answer(call) : checkin_.answer(call);
+    });
     plan.authority = &authority_;
     plan.body_limit = [](const Call&) { return CheckinService::longest_body; };
     plan.on_tls_failure = [this](const std::string& reason) {

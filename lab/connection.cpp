@@ -101,6 +101,8 @@ void Connection::note_received(std::string_view bytes) {
 ssize_t Connection::write(const char* bytes, std::size_t size) {
     if (put_off)
         return static_cast<ssize_t>(size);
+    if (reply_ended_)
+        return -1;
     std::string_view rest(bytes, size);
     const std::size_t head = head_left(rest);
     const bool sent = write_all(bytes, head) && write_body(rest.substr(head));

@@ -38,6 +38,8 @@ class Connection : public httplib::Stream {
     void expect_reply_body(std::size_t length);
     bool write_failed() const { return write_failed_; }
 
+    void end_reply() { reply_ended_ = true; } // whatever is written from here on is dropped
+
     bool is_readable() const override;
     bool is_writable() const override;
     ssize_t read(char* bytes, std::size_t size) override;
@@ -73,6 +75,7 @@ class Connection : public httplib::Stream {
     std::string_view buffered_;      // of that, what the library has not had yet
     std::size_t allowed_;            // bytes that may still come
     bool overran_ = false;
+    bool reply_ended_ = false;
     bool reply_expected_ = false;
     std::string reply_head_;
     std::size_t body_length_ = 0;

@@ -20,6 +20,7 @@
 #include "lab/body_share.h"
 #include "lab/connection.h"
 #include "lab/open_sockets.h"
+#include "lab/spoiled_reply.h"
 #include "lab/thread_each.h"
 
 namespace lab {
@@ -81,6 +82,11 @@ int peek_first_byte(int socket) {
     if (poll(&entry, 1, first_byte_wait_ms) <= 0 || recv(socket, &byte, 1, MSG_PEEK) != 1)
         return -1;
     return byte;
+}
+
+void wait_for_end(int socket) {
+    pollfd entry{socket, POLLRDHUP, 0};
+    poll(&entry, 1, -1);
 }
 
 void reset(int socket) {
@@ -304,6 +310,8 @@ class Listener::Server : public httplib::Server {
         sockets_.work(connection.socket());
         Reply reply = connection.ready ? std::move(*connection.ready) : decide(call);
         sockets_.wait_for_peer(connection.socket());
+        if (!reply.put_off && write_unruly(connection, reply))
+            return;
         connection.put_off = reply.put_off;
         connection.unsent = reply.unsent;
         response.status = reply.status;
@@ -317,8 +325,8 @@ class Listener::Server : public httplib::Server {
 
     Reply decide(const Call& call) const {
         const Connection& connection = *current_connection;
-        if (connection.misbehaviour().fault == Fault::status)
-            return {connection.misbehaviour().status, "told to fail\n", "text/plain"};
+        if (has_spoiled_reply(connection.misbehaviour().fault))
+            return make_spoiled_reply(connection.misbehaviour());
         return connection.tls() ? plan_.tls(call) : plan_.plain(call);
     }
 
@@ -382,6 +390,8 @@ class Listener::Server : public httplib::Server {
         const Misbehaviour misbehaviour = take_misbehaviour(tls);
         if (misbehaviour.fault == Fault::reset)
             reset(socket->number());
+        else if (misbehaviour.fault == Fault::silent)
+            wait_for_end(socket->number());
         else if (tls)
             serve_tls(socket, misbehaviour);
         else

@@ -12,15 +12,21 @@ namespace lab {
 
 enum class Fault {
     none,
-    refuse,     // nobody listens on the port
-    reset,      // the connection is reset once the peer has sent something
-    status,     // an HTTP status and no processing
-    truncate,   // the connection ends in the middle of the reply's body
-    slow,       // the reply's body in small pieces with pauses
-    corrupt,    // one byte of the reply's body is altered
-    expired,    // an expired certificate
-    unknown_ca, // a certificate of an authority that nobody trusts
-    wrong_name, // a certificate for another host
+    refuse,       // nobody listens on the port
+    reset,        // the connection is reset once the peer has sent something
+    silent,       // the connection is held and nothing is said, not even in a TLS handshake
+    status,       // an HTTP status and no processing
+    redirect,     // a redirection and no processing
+    truncate,     // the connection ends in the middle of the reply's body
+    short_length, // the reply is announced half as long as it is
+    endless,      // a body without an end and no processing
+    endless_head, // header lines without an end and no processing
+    bomb,         // a small packed body that unpacks to a large one, and no processing
+    slow,         // the reply's body in small pieces with pauses
+    corrupt,      // one byte of the reply's body is altered
+    expired,      // an expired certificate
+    unknown_ca,   // a certificate of an authority that nobody trusts
+    wrong_name,   // a certificate for another host
 };
 
 struct Misbehaviour {

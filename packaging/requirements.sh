@@ -4,6 +4,7 @@ build_packages=(
   cmake ninja-build pkg-config g++ libc6-dev
   libcurl4-openssl-dev libmbedtls-dev libcjson-dev
   libssl-dev libcpp-httplib-dev nlohmann-json3-dev libvalijson-dev libsqlite3-dev
+  zlib1g-dev
   python3 python3-jsonschema)
 check_packages=(
   libgtest-dev libbenchmark-dev clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 cppcheck

@@ -1,5 +1,6 @@
 // What the lab does wrong when it is told to, and that it stops when told so.
 #include <openssl/x509_vfy.h>
+#include <zlib.h>
 
 #include <chrono>
 
@@ -15,6 +16,23 @@ class Misbehaving : public Lab {
   protected:
     Answer check_in_at(std::size_t listener = 0) {
         return talk(checkin_listener(listener), Checkin().text());
+    }
+
+    // The size of a gzip file's content; 0 when there is something wrong with it.
+    static std::size_t unpacked_size(const std::string& packed) {
+        z_stream stream{};
+        std::string piece(1 << 20, '\0');
+        inflateInit2(&stream, 15 + 16);
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(packed.data()));
+        stream.avail_in = static_cast<uInt>(packed.size());
+        int state = Z_OK;
+        while (state == Z_OK) {
+            stream.next_out = reinterpret_cast<Bytef*>(piece.data());
+            stream.avail_out = static_cast<uInt>(piece.size());
+            state = inflate(&stream, Z_NO_FLUSH);
+        }
+        inflateEnd(&stream);
+        return state == Z_STREAM_END ? stream.total_out : 0;
     }
 };
 
@@ -49,6 +67,64 @@ TEST_F(Misbehaving, resets_the_connection) {
     EXPECT_TRUE(answer.connected);
     EXPECT_FALSE(answer.handshake);
     EXPECT_EQ(check_in_at().status, 200);
+}
+
+TEST_F(Misbehaving, holds_the_connection_and_says_nothing) {
+    misbehave({{"mode", "silent"}, {"listener", "plain"}, {"count", 1}});
+    const std::string request = "GET /time HTTP/1.1\r\nHost: lab\r\n\r\n";
+    const Answer answer = talk(plain_listener(), request, true); // waits until the client is done
+    EXPECT_TRUE(answer.connected);
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_EQ(get(plain_listener(), "/time").status, 200);
+    misbehave({{"mode", "silent"}, {"listener", "plain"}});
+    const IdleConnection held(plain_listener().port, request);
+    nth_event("misbehaviour", 2);
+    stop(); // does not wait for the client
+}
+
+TEST_F(Misbehaving, redirects_and_does_not_process) {
+    misbehave({{"mode", "redirect"}, {"count", 1}});
+    const Answer answer = check_in_at();
+    EXPECT_EQ(answer.status, 307);
+    EXPECT_NE(answer.head.find("Location: /elsewhere\r\n"), std::string::npos);
+    EXPECT_EQ(counter("checkin"), 0);
+}
+
+TEST_F(Misbehaving, announces_half_of_the_body) {
+    misbehave({{"mode", "short-length"}, {"count", 1}});
+    const Answer answer = check_in_at();
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_NE(answer.head.find("Content-Length: 1\r\n"), std::string::npos);
+    EXPECT_EQ(answer.body, "{}");
+    EXPECT_EQ(counter("checkin"), 1);
+}
+
+TEST_F(Misbehaving, sends_bodies_and_heads_without_an_end) {
+    for (const char* mode : {"endless", "endless-head"}) {
+        misbehave({{"mode", mode}, {"count", 1}});
+        const Answer answer = check_in_at();
+        EXPECT_EQ(answer.status, mode == std::string("endless") ? 200 : 0) << mode;
+        EXPECT_FALSE(answer.whole) << mode;
+        misbehave({{"mode", mode}, {"listener", "keeper"}, {"count", 1}});
+        get(keeper_listener(), std::string("/router/listen/") + mac);
+    }
+    EXPECT_EQ(counter("checkin"), 0);
+    EXPECT_EQ(check_in_at().status, 200);
+}
+
+TEST_F(Misbehaving, sends_a_little_that_unpacks_to_much) {
+    misbehave({{"mode", "bomb"}, {"count", 1}});
+    const Answer answer = check_in_at();
+    EXPECT_NE(answer.head.find("Transfer-Encoding: gzip\r\n"), std::string::npos);
+    EXPECT_LT(answer.body.size(), 32768u);
+    EXPECT_EQ(unpacked_size(answer.body), 16u << 20);
+}
+
+TEST_F(Misbehaving, firmware_over_tls_is_spoiled_as_check_ins_are) {
+    admin("PUT", "/firmware/image", "bytes", 201);
+    EXPECT_EQ(get(checkin_listener(), "/firmware/image").body, "bytes");
+    misbehave({{"mode", "unknown-ca"}, {"count", 1}});
+    EXPECT_FALSE(get(checkin_listener(), "/firmware/image").handshake);
 }
 
 TEST_F(Misbehaving, answers_with_a_status_and_does_not_process) {

@@ -68,7 +68,8 @@ void talk_plain(int fd, const std::string& bytes, bool cut, Answer& answer) {
         shutdown(fd, SHUT_WR);
     std::string received;
     char buffer[4096];
-    for (ssize_t count; (count = recv(fd, buffer, sizeof buffer, 0)) > 0;)
+    for (ssize_t count;
+         received.size() < longest_answer && (count = recv(fd, buffer, sizeof buffer, 0)) > 0;)
         received.append(buffer, static_cast<std::size_t>(count));
     take_apart(received, answer);
 }
@@ -93,7 +94,8 @@ void talk_tls(
         SSL_shutdown(ssl.get());
     std::string received;
     char buffer[4096];
-    for (int count; (count = SSL_read(ssl.get(), buffer, sizeof buffer)) > 0;)
+    for (int count; received.size() < longest_answer &&
+                    (count = SSL_read(ssl.get(), buffer, sizeof buffer)) > 0;)
         received.append(buffer, static_cast<std::size_t>(count));
     ERR_clear_error();
     take_apart(received, answer);

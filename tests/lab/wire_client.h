@@ -27,8 +27,11 @@ struct Peer {
     std::string trust_folder; // empty: plain HTTP
 };
 
-// Sends the bytes, then reads to the end of the connection. With `cut` the sending side is closed
-// once the bytes are out.
+// Where the client has had enough, in bytes.
+constexpr std::size_t longest_answer = 20 << 20;
+
+// Sends the bytes, then reads to the end of the connection, or until it has had enough. With `cut`
+// the sending side is closed once the bytes are out.
 Answer talk(const Peer& peer, const std::string& bytes, bool cut = false);
 
 // A connection that is opened and left alone until the object goes.
