@@ -5,7 +5,7 @@
 #include <curl/curl.h>
 #include <nlohmann/json.hpp>
 
-#include <atomic>
+#include <algorithm>
 #include <cctype>
 #include <cstdarg>
 #include <map>
@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "sim/instruments/patience.h"
 #include "sim/library/board.h"
 
 extern "C" {
@@ -31,6 +32,7 @@ namespace {
 
 constexpr std::size_t heard_bytes = 100;
 constexpr long status_ok = 200;
+constexpr long default_connect_time_out = 300; // libcurl's own, seconds
 
 // What is known of a transfer beside what libcurl knows.
 struct Transfer {
@@ -146,13 +148,53 @@ void tell_transfer(CURL* handle) {
         board().tell_transfer(describe_transfer(handle, transfer));
 }
 
+// --- Time.
+
+void lose_patience(CURL* handle, const std::string& url) {
+    auto milliseconds = patience().milliseconds(url);
+    if (!milliseconds)
+        return;
+    __real_curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, *milliseconds);
+    __real_curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, *milliseconds);
+}
+
+// Whether the connection, with TLS where it is under it, came about.
+bool was_connected(CURL* handle) {
+    curl_off_t begun = 0;
+    curl_easy_getinfo(handle, CURLINFO_PRETRANSFER_TIME_T, &begun);
+    return begun > 0;
+}
+
+// The seconds that the agent had given to a transfer that ran into its time-out.
+double given_seconds(CURL* handle, const Transfer& transfer) {
+    auto number = [&](CURLoption option, long otherwise) {
+        auto found = transfer.numbers.find(option);
+        return found == transfer.numbers.end() ? otherwise : found->second;
+    };
+    long whole = number(CURLOPT_TIMEOUT, 0);
+    long connect = number(CURLOPT_CONNECTTIMEOUT, default_connect_time_out);
+    return static_cast<double>(was_connected(handle) ? whole : std::min(whole, connect));
+}
+
 // --- The calls.
+
+TransferWatcher watcher;
+
+CURLcode perform(CURL* handle, const Transfer& transfer) {
+    lose_patience(handle, transfer.url);
+    CURLcode result = __real_curl_easy_perform(handle);
+    if (result == CURLE_OPERATION_TIMEDOUT)
+        patience().wait_out(transfer.url, given_seconds(handle, transfer), board().clock);
+    return result;
+}
 
 CURLcode traced_transfer(CURL* handle) {
     Transfer& transfer = transfers().of(handle);
     transfer.heard.clear();
+    if (watcher)
+        watcher(transfer.url);
     auto fault = board().faults.hit(Edge::transfer, transfer.url);
-    CURLcode result = fault ? static_cast<CURLcode>(*fault) : __real_curl_easy_perform(handle);
+    CURLcode result = fault ? static_cast<CURLcode>(*fault) : perform(handle, transfer);
     board().trace.add_call("transfer", static_cast<int>(result), transfer.url.c_str());
     tell_failed_check_in(handle, result);
     return result;
@@ -161,6 +203,7 @@ CURLcode traced_transfer(CURL* handle) {
 // A transfer that goes on beside others; how it ends is not known yet.
 CURLMcode traced_listen(CURLM* multi, CURL* handle) {
     const std::string& url = transfers().of(handle).url;
+    lose_patience(handle, url);
     CURLMcode result = board().faults.hit(Edge::transfer, url)
                            ? CURLM_OUT_OF_MEMORY
                            : __real_curl_multi_add_handle(multi, handle);
@@ -210,14 +253,10 @@ CURLcode set_pointer(CURL* handle, CURLoption option, void* value) {
     return __real_curl_easy_setopt(handle, option, value);
 }
 
-std::atomic<long> longest_transfer = 0;
-
 CURLcode set_number(CURL* handle, CURLoption option, long value) {
     CURLcode result = __real_curl_easy_setopt(handle, option, value);
     if (result == CURLE_OK)
         transfers().of(handle).numbers[option] = value;
-    if (option == CURLOPT_TIMEOUT && longest_transfer > 0)
-        __real_curl_easy_setopt(handle, option, longest_transfer.load());
     return result;
 }
 
@@ -231,7 +270,7 @@ CURLcode set_option(CURL* handle, CURLoption option, va_list arguments) {
 
 } // namespace
 
-void cut_time_outs(long seconds) { longest_transfer = seconds; }
+void watch_transfers(TransferWatcher wanted) { watcher = std::move(wanted); }
 
 std::optional<long> transfer_option(const std::string& url, int option) {
     return transfers().last_number(url, option);

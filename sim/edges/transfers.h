@@ -13,9 +13,9 @@ namespace sim {
 // if it was given one.
 std::optional<long> transfer_option(const std::string& url, int option);
 
-// Lets transfers that begin from now on end after so many seconds of the wall, whatever they were
-// given, for nobody waits half an hour. 0: as they were given.
-void cut_time_outs(long seconds);
+// Called with its URL before each transfer that the agent waits for; empty where nobody is to be.
+using TransferWatcher = std::function<void(const std::string& url)>;
+void watch_transfers(TransferWatcher watcher);
 
 // Gets each transfer as it begins, before the agent has told it anything: to give it a socket of a
 // test's own, for instance. Empty, and transfers are as libcurl makes them.

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <thread>
 
+#include "sim/instruments/patience.h"
 #include "sim/instruments/scenario.h"
 #include "sim/library/firmware.h"
 #include "sim/library/switch_settings.h"
@@ -54,7 +55,10 @@ Board::Board(std::filesystem::path root, const std::filesystem::path& scenario)
     current = this;
 }
 
-Board::~Board() { current = nullptr; }
+Board::~Board() {
+    patience().restore();
+    current = nullptr;
+}
 
 void Board::take_scenario(const std::filesystem::path& scenario) {
     read_fields(scenario, [&](Fields& f) {

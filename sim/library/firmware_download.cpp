@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "sim/instruments/codes.h"
+#include "sim/instruments/patience.h"
 #include "sim/library/board.h"
 #include "sim/library/firmware_image.h"
 
@@ -51,9 +52,14 @@ int fetch_from_network(const std::string& url, std::string& content) {
     set(CURLOPT_FAILONERROR, 1L);
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_TIMEOUT, longest_download);
+    if (const auto milliseconds = patience().milliseconds(url))
+        set(CURLOPT_TIMEOUT_MS, *milliseconds);
     set(CURLOPT_WRITEFUNCTION, receive);
     set(CURLOPT_WRITEDATA, static_cast<void*>(&content));
-    return __real_curl_easy_perform(transfer.get()) == CURLE_OK ? code_ok : code_failed;
+    const CURLcode result = __real_curl_easy_perform(transfer.get());
+    if (result == CURLE_OPERATION_TIMEDOUT)
+        patience().wait_out(url, longest_download, board().clock);
+    return result == CURLE_OK ? code_ok : code_failed;
 }
 
 // No path leads out of the board.

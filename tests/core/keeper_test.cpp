@@ -11,10 +11,11 @@
 #include "base/debug.h"
 #include "core/main_loop.h"
 #include "sim/edges/transfers.h"
+#include "sim/instruments/patience.h"
 #include "tests/core/idle_day.h"
-#include "tests/core/name_service.h"
 #include "tests/core/running_keeper.h"
 #include "tests/support/environment.h"
+#include "tests/support/name_service.h"
 
 namespace {
 
@@ -212,9 +213,8 @@ TEST_F(Keeper, request_is_held_for_half_an_hour_and_kept_alive) {
 }
 
 TEST_F(Keeper, request_that_is_never_answered_is_a_failure) {
-    sim::cut_time_outs(1);
+    sim::patience().cut("", 300);
     turn(silence());
-    sim::cut_time_outs(0);
     EXPECT_EQ(failures, 1);
     EXPECT_EQ(traced("sleep("), (Lines{"sleep(10) = 0"}));
 }

@@ -1,5 +1,5 @@
 // Stands before the C library's look-up of names, which libcurl calls on threads of its own.
-#include "tests/core/name_service.h"
+#include "tests/support/name_service.h"
 
 #include <dlfcn.h>
 #include <netdb.h>
@@ -11,6 +11,7 @@ namespace {
 
 std::mutex guard;
 std::string known_host;
+std::atomic<NameService::Answer> current;
 std::atomic<int> asked;
 
 bool is_known(const char* host) {
@@ -24,10 +25,26 @@ void know(const std::string& host) {
     asked = 0;
 }
 
+// Null where the host has no address of the family that is asked for.
+const char* address_for(const addrinfo* hints) {
+    switch (current) {
+    case NameService::Answer::this_machine:
+        return "127.0.0.1";
+    case NameService::Answer::this_machine_ipv6:
+        return hints && hints->ai_family == AF_INET ? nullptr : "::ffff:127.0.0.1";
+    default:
+        return nullptr;
+    }
+}
+
 } // namespace
 
-NameService::NameService(const std::string& host) { know(host); }
+NameService::NameService(const std::string& host, Answer answer) {
+    know(host);
+    change(answer);
+}
 NameService::~NameService() { know(""); }
+void NameService::change(Answer answer) { current = answer; }
 int NameService::lookups() const { return asked; }
 
 extern "C" int
@@ -37,5 +54,6 @@ getaddrinfo(const char* host, const char* service, const addrinfo* hints, addrin
     if (!is_known(host))
         return look_up(host, service, hints, found);
     ++asked;
-    return look_up("127.0.0.1", service, hints, found);
+    const char* address = address_for(hints);
+    return address ? look_up(address, service, hints, found) : EAI_NONAME;
 }
