@@ -23,7 +23,8 @@ enum {
 
 // Takes the firmware lock, fetches an image from `url` into the file `path`, and checks it. The
 // caller of a failed download gives the lock back and releases the file, which may hold a part of
-// the image or not be there at all.
+// the image or not be there at all. A server may be slow, silent or without an end: a download is
+// bounded in time, for nothing else is done meanwhile, and by the size of a partition.
 int sal_fwImage_download(const char* path, const char* url);
 
 // Writes the image in the file `path` to a partition, 0 or 1, and gives the firmware lock back.
