@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <thread>
 
 namespace {
 
@@ -13,6 +14,7 @@ std::mutex guard;
 std::string known_host;
 std::atomic<NameService::Answer> current;
 std::atomic<int> asked;
+std::atomic<std::chrono::microseconds> needed_time;
 
 bool is_known(const char* host) {
     std::lock_guard lock(guard);
@@ -23,6 +25,7 @@ void know(const std::string& host) {
     std::lock_guard lock(guard);
     known_host = host;
     asked = 0;
+    needed_time = std::chrono::microseconds(0);
 }
 
 // Null where the host has no address of the family that is asked for.
@@ -45,6 +48,7 @@ NameService::NameService(const std::string& host, Answer answer) {
 }
 NameService::~NameService() { know(""); }
 void NameService::change(Answer answer) { current = answer; }
+void NameService::take_time(std::chrono::microseconds time) { needed_time = time; }
 int NameService::lookups() const { return asked; }
 
 extern "C" int
@@ -54,6 +58,7 @@ getaddrinfo(const char* host, const char* service, const addrinfo* hints, addrin
     if (!is_known(host))
         return look_up(host, service, hints, found);
     ++asked;
+    std::this_thread::sleep_for(needed_time.load());
     const char* address = address_for(hints);
     return address ? look_up(address, service, hints, found) : EAI_NONAME;
 }
