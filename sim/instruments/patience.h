@@ -1,5 +1,5 @@
-// How long the wall waits for a peer that says nothing. The switch waits for minutes, and up to half
-// an hour; a test has no time for that.
+// How long the wall waits for a peer that says nothing. The switch waits for minutes, and up to
+// half an hour; a test has no time for that.
 #pragma once
 
 #include <mutex>
