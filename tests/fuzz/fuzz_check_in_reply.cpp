@@ -2,6 +2,7 @@
 // chunks and document, for the cloud's host and, where the reply makes it that, for the fallback's.
 #include <string>
 
+#include "base/debug.h"
 #include "base/errors.h"
 #include "core/check_in.h"
 #include "tests/fuzz/support/account.h"
@@ -15,6 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     start_agent();
     const std::string input(reinterpret_cast<const char*>(data), size);
     Answers answers(input, input);
+    debug_flag = one_in(8, data, size);
     whole_reports = one_in(500, data, size);
     api_checkin();
     require(error_count <= ERROR_LIST_SIZE);

@@ -47,8 +47,9 @@ LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t most, 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Run run;
     start_agent();
-    Answers answers(
-        with_head(std::string(reinterpret_cast<const char*>(data), size)), with_head("{}"));
+    const std::string input(reinterpret_cast<const char*>(data), size);
+    Answers answers(as_answer(input), as_answer("{}"));
+    run.board.device.cloud.debug = one_in(8, data, size);
     whole_reports = one_in(500, data, size);
     int failures = 0;
     keeper_turn("http://127.0.0.1:80/router/listen/02:1B:2C:3D:4E:5F", &failures);

@@ -3,6 +3,7 @@
 // applied.
 #include <string>
 
+#include "base/debug.h"
 #include "base/errors.h"
 #include "core/dispatch.h"
 #include "json/json_document.h"
@@ -26,7 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Run run;
     std::string input(reinterpret_cast<const char*>(data), size);
     cJSON* document = parseJsonString(input.c_str());
+    debug_flag = one_in(16, data, size);
     vxc_set(document);
+    if (one_in(4, data, size)) // and finds what it has made
+        vxc_set(document);
     deleteJsonObject(document);
     require(error_count <= ERROR_LIST_SIZE);
     judge_setters(run.board.trace.lines());

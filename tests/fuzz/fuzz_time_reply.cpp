@@ -4,6 +4,7 @@
 #include <ctime>
 #include <string>
 
+#include "base/debug.h"
 #include "tests/fuzz/support/account.h"
 #include "tests/fuzz/support/answers.h"
 #include "tests/fuzz/support/fresh_board.h"
@@ -31,8 +32,7 @@ void check_text(const std::string& input) {
 // With status and header lines of its own, or those of a good reply.
 void set_clock(const std::string& input) {
     start_agent();
-    const std::string reply = input.starts_with("HTTP/") ? input : with_head(input);
-    Answers answers(reply, reply);
+    Answers answers(as_answer(input), as_answer(input));
     sync_clock();
 }
 
@@ -46,6 +46,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Run run;
+    debug_flag = one_in(8, data, size);
     const std::string input(reinterpret_cast<const char*>(data), size);
     check_text(input);
     set_clock(input);

@@ -8,7 +8,11 @@
 #include <filesystem>
 #include <memory>
 
-extern "C" const char* __asan_default_options() { return "malloc_context_size=3"; }
+#include "tests/fuzz/support/reached.h"
+
+extern "C" const char* __asan_default_options() {
+    return "malloc_context_size=3:quarantine_size_mb=4";
+}
 
 namespace lab_fuzz {
 
@@ -87,6 +91,7 @@ std::string InProcess::ask(lab::Listener& port, const std::string& request) {
     for (ssize_t count; (count = recv(ends[1], bytes, sizeof bytes, MSG_DONTWAIT)) > 0;)
         reply.append(bytes, static_cast<std::size_t>(count));
     close(ends[1]);
+    note_reached();
     return reply;
 }
 

@@ -35,17 +35,21 @@ Answers::~Answers() {
         close(peer);
 }
 
-// The answer and an end of file are there before the request is.
+// The answer and an end of file are there before the request is. Without an answer, nobody listens.
 int Answers::connect() {
+    const std::string& answer = made_++ == 0 ? first_ : others_;
+    if (answer.empty())
+        return CURL_SOCKET_BAD;
     int ends[2];
     require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) == 0);
     peers_.push_back(ends[1]);
-    const std::string& answer = made_++ == 0 ? first_ : others_;
     if (send(ends[1], answer.data(), answer.size(), MSG_NOSIGNAL) >= 0)
         shutdown(ends[1], SHUT_WR);
     return ends[0];
 }
 
-std::string with_head(const std::string& body) {
-    return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+std::string as_answer(const std::string& text) {
+    if (text.starts_with("HTTP/"))
+        return text;
+    return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(text.size()) + "\r\n\r\n" + text;
 }

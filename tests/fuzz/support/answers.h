@@ -9,7 +9,7 @@
 
 class Answers {
   public:
-    // Bytes for the first transfer, and for all others.
+    // Bytes for the first transfer, and for all others. Without bytes the connection is refused.
     Answers(std::string first, std::string others);
     ~Answers();
     Answers(const Answers&) = delete;
@@ -23,5 +23,5 @@ class Answers {
     std::vector<int> peers_;
 };
 
-// An answer with status 200 and that body.
-std::string with_head(const std::string& body);
+// A text that begins as an answer does, or an answer with status 200 and that body.
+std::string as_answer(const std::string& text);

@@ -8,16 +8,20 @@
 #include <memory>
 #include <string>
 
+#include "tests/fuzz/support/reached.h"
 #include "tests/support/fresh_agent.h"
 #include "tests/support/temp_folder.h"
 
-// Allocations are told by their callers only: the whole stack of each takes as long as the run.
-// ASAN_OPTIONS=malloc_context_size=30 shows all of it when a find is replayed.
-extern "C" const char* __asan_default_options() { return "malloc_context_size=3"; }
+// The whole stack of each allocation, and memory that is never used again, take as long as the run.
+// ASAN_OPTIONS=malloc_context_size=30 shows whole stacks when a find is replayed.
+extern "C" const char* __asan_default_options() {
+    return "malloc_context_size=3:quarantine_size_mb=4";
+}
 
 namespace {
 
 constexpr int logical_ports = 16; // the last ten are two fibre ports and eight groups
+constexpr int most_vlans = 32;    // a port's list of all VLANs would create each of them
 
 // Files that the agent leaves on the board.
 constexpr const char* left_files[] = {
@@ -57,6 +61,7 @@ void put_back(sim::Board& board) {
     board.clock.set_ahead(0);
     std::destroy_at(&board.device);
     std::construct_at(&board.device, logical_ports);
+    board.device.vlans.capacity = most_vlans;
     remove_files(board);
 }
 
@@ -71,7 +76,10 @@ Run::Run() : board(the_board()) {
     static_cast<void>(prepared);
 }
 
-Run::~Run() { put_back(board); }
+Run::~Run() {
+    note_reached();
+    put_back(board);
+}
 
 void put_file(
     const sim::Board& board, const char* path, const std::uint8_t* data, std::size_t size) {
