@@ -18,6 +18,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LES
   add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
 endif()
 
+if(VX_COVERAGE)
+  add_link_options(-fprofile-instr-generate)
+endif()
 if(VX_SANITIZE)
   add_compile_options(-fsanitize=${VX_SANITIZE} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
