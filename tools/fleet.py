@@ -202,7 +202,7 @@ class Fleet:
         return Cloud(self.arguments.cloud, fallback, self.arguments.keeper, self.arguments.trust)
 
     def _lab_cloud(self):
-        self.lab = Lab(self.places.program("lab_cloud", arguments.build), self.folder / "cloud",
+        self.lab = Lab(places.program("lab_cloud", self.arguments.build), self.folder / "cloud",
                        options=["--quiet"], of_its_own=True)
         for account in self.accounts:
             self.lab.ask("PUT", f"/switches/{account.mac}",
@@ -220,7 +220,7 @@ class Fleet:
 
     def _start(self, number):
         root = self.folder / f"switch-{number}"
-        switch = Switch(self.places.program("vx_cloud_sim", arguments.build), root, self.cloud,
+        switch = Switch(places.program("vx_cloud_sim", self.arguments.build), root, self.cloud,
                         self.arguments.speed, scenario_of(number, self.arguments.interval,
                                                           self.dice),
                         options=["--transfers", str(root / "transfers.json")],

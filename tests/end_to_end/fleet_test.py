@@ -59,7 +59,7 @@ class Fleet(unittest.TestCase):
         self.assertEqual(lab["checkin"], figures["checkins"])
         self.assertGreaterEqual(lab["settings-acknowledged"], 3)
         self.assertGreaterEqual(lab["action-answered"], 3)
-        self.assertEqual(3, lab["waiting_polls"])
+        self.assertIn(lab["waiting_polls"], (1, 2, 3))  # one that obeys is between two polls
         self.assertGreater(figures["memory"], 1e6)
 
     def test_an_interrupted_fleet_says_what_it_did_and_leaves_nothing(self):

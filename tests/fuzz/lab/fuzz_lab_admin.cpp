@@ -31,7 +31,9 @@ void check(const std::string& reply) {
     require(!reply.starts_with("HTTP/1.1 500 "), reply);
     const std::size_t body = reply.find("\r\n\r\n");
     const bool chunked = reply.find("Transfer-Encoding: chunked") < body;
-    if (body == std::string::npos || chunked || reply.find("Content-Type: application/json") > body)
+    const bool packed = reply.find("Content-Encoding: ") < body;
+    if (body == std::string::npos || chunked || packed ||
+        reply.find("Content-Type: application/json") > body)
         return;
     require(nlohmann::json::accept(reply.substr(body + 4)), reply);
 }
