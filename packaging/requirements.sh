@@ -8,7 +8,7 @@ build_packages=(
   python3 python3-jsonschema)
 check_packages=(
   libgtest-dev libbenchmark-dev clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 cppcheck
-  binutils strace systemd python3-clang-14 lld-14
+  binutils curl strace systemd python3-clang-14 lld-14
   chromium chromium-driver python3-selenium fonts-dejavu-core)
 # A Node.js of somebody's own brings npm along, and goes with no other.
 command -v npm >/dev/null || check_packages+=(npm)

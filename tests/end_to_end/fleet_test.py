@@ -56,7 +56,8 @@ class Fleet(unittest.TestCase):
         self.assertEqual((3, 3), (figures["switches"], figures["checked_in"]))
         self.assertGreaterEqual(figures["fewest"], 2)
         self.assertEqual((0, 0), (figures["refused"], figures["unanswered"]))
-        self.assertEqual(lab["checkin"], figures["checkins"])
+        # One of each switch may be on its way when they are counted.
+        self.assertAlmostEqual(lab["checkin"], figures["checkins"], delta=3)
         self.assertGreaterEqual(lab["settings-acknowledged"], 3)
         self.assertGreaterEqual(lab["action-answered"], 3)
         self.assertIn(lab["waiting_polls"], (1, 2, 3))  # one that obeys is between two polls
