@@ -1,24 +1,13 @@
 // platform_judge: holds a platform library against its contract.
 #include <cstdio>
-#include <fstream>
 #include <string>
 
 #include "judge/options.h"
+#include "judge/report.h"
 #include "judge/watch.h"
 #include "judge/worker.h"
 
 namespace {
-
-bool write_file(const std::string& file, const std::string& text) {
-    if (file.empty())
-        return true;
-    std::ofstream out(file);
-    out << text;
-    out.flush();
-    if (!out)
-        std::fprintf(stderr, "platform_judge: %s cannot be written\n", file.c_str());
-    return static_cast<bool>(out);
-}
 
 std::string joined(char** arguments) {
     std::string text;
@@ -41,9 +30,10 @@ int main(int argc, char** argv) {
         return judge::work(options);
     judge::Report report = judge::watch(options, argv);
     std::fputs(judge::as_table(report).c_str(), stdout);
-    bool written = write_file(options.json, judge::as_json(report)) &&
-                   write_file(options.junit, judge::as_junit(report)) &&
-                   write_file(options.summary, judge::as_summary(report, joined(argv)));
+    bool written = judge::write_file("platform_judge", options.json, judge::as_json(report)) &&
+                   judge::write_file("platform_judge", options.junit, judge::as_junit(report)) &&
+                   judge::write_file(
+                       "platform_judge", options.summary, judge::as_summary(report, joined(argv)));
     if (report.interrupted)
         return 3;
     return report.findings() || !written ? 1 : 0;

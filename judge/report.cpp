@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <fstream>
 
 #include "version/version.h"
 
@@ -294,6 +295,17 @@ std::string as_summary(const Report& report, const std::string& command) {
     std::strftime(date, sizeof date, "%Y-%m-%d %H:%M UTC", std::gmtime(&now));
     return "Judgement of " + std::string(report.wording.subject) + " by " + report.wording.judge +
            " " VX_VERSION "\n" + std::string(date) + "\n" + command + "\n\n" + as_table(report);
+}
+
+bool write_file(const char* program, const std::string& file, const std::string& text) {
+    if (file.empty())
+        return true;
+    std::ofstream out(file);
+    out << text;
+    out.flush();
+    if (!out)
+        std::fprintf(stderr, "%s: %s cannot be written\n", program, file.c_str());
+    return static_cast<bool>(out);
 }
 
 } // namespace judge

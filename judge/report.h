@@ -61,4 +61,8 @@ std::string as_json(const Report& report);
 std::string as_junit(const Report& report);
 std::string as_summary(const Report& report, const std::string& command);
 
+// Writes one of these to a file, unless its name is empty. False, with a line of `program` on
+// standard error, when the file cannot be written.
+bool write_file(const char* program, const std::string& file, const std::string& text);
+
 } // namespace judge

@@ -2,24 +2,12 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
-#include <fstream>
 
 #include "judge/cloud/families.h"
 
 namespace {
 
 using namespace judge::cloud;
-
-bool write_file(const std::string& file, const std::string& text) {
-    if (file.empty())
-        return true;
-    std::ofstream out(file);
-    out << text;
-    out.flush();
-    if (!out)
-        std::fprintf(stderr, "cloud_judge: %s cannot be written\n", file.c_str());
-    return static_cast<bool>(out);
-}
 
 // With the wrong account a cloud is right to refuse everything.
 void remark_on_account(Session& session) {
@@ -42,9 +30,11 @@ int tell(const Session& session) {
     const judge::Report& report = session.report;
     const Options& options = session.options;
     std::fputs(judge::as_table(report).c_str(), stdout);
-    const bool written = write_file(options.json, judge::as_json(report)) &&
-                         write_file(options.junit, judge::as_junit(report)) &&
-                         write_file(options.summary, judge::as_summary(report, options.command));
+    const bool written =
+        judge::write_file("cloud_judge", options.json, judge::as_json(report)) &&
+        judge::write_file("cloud_judge", options.junit, judge::as_junit(report)) &&
+        judge::write_file(
+            "cloud_judge", options.summary, judge::as_summary(report, options.command));
     if (report.interrupted)
         return 3;
     return report.findings() || (options.strict && report.shoulds()) || !written ? 1 : 0;
